@@ -1,0 +1,32 @@
+#include "gis/coordinates.h"
+
+#include <cmath>
+
+#include "gis/language.h"
+#include "gis/text_format.h"
+#include "platform/message_box.h"
+
+int ClassifyCoordinate(double first, double second) {
+    const double a = std::fabs(first);
+    const double b = std::fabs(second);
+    if (a <= 90.0 && b <= 180.0) return COORD_GEOGRAPHIC;
+    if (a > 100000.0 || b > 100000.0) return COORD_PROJECTED;
+    return COORD_OUT_OF_RANGE;  // also where a value is not a number
+}
+
+int PromptProjectedCoordinate(const char* source, double first, double second) {
+    std::string format = GetText(2039);
+    format += GetText(2040);
+    format += '\n';
+    format += GetText(2041);
+    const std::string text = FormatText(format, {source ? source : "", first, second});
+    const int answer = ShowMessageBox(text, GetText(5054), MB_YESNO | MB_ICONEXCLAMATION, 2039);
+    return answer == IDYES ? IDYES : IDNO;
+}
+
+std::string DescribeSourceForPrompt(const char* formatPart) {
+    std::string s = GetText(1010);
+    s += formatPart ? formatPart : "";
+    s += GetText(1011);
+    return s;
+}

@@ -1,0 +1,23 @@
+#include "gis/format_table.h"
+
+#include <iterator>
+
+namespace {
+// Adding a format: include its header and fill in its row.
+const TGisFormat kFormats[] = {
+    {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
+    {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
+    {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
+    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
+};
+}  // namespace
+
+const TGisFormat* FindGisFormat(int type) {
+    for (const TGisFormat& f : kFormats)
+        if (f.eType == type) return &f;
+    return nullptr;
+}
+
+const TGisFormat* GisFormatsBegin() { return std::begin(kFormats); }
+const TGisFormat* GisFormatsEnd() { return std::end(kFormats); }

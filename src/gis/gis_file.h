@@ -1,0 +1,81 @@
+#pragma once
+// Base of the five format classes: progress reporting, the vertex array that readers build
+// lines in, and the library-wide export settings.
+
+#include <cstdint>
+
+#include "gis/result_codes.h"
+#include "hostmap/map_layer.h"
+
+class TFileBase;
+
+// Receives a rough percentage of the file read; may be null.
+typedef void (*GisProgressCallback)(int);
+
+// How the JOB writer fits lines into its limits (500 lines, fewer than 999 vertices per line,
+// 98,901 vertices in all).
+enum REDUCTION_OPTIONS {
+    REDUCE_ALL_LIMITS = 0,      // decimate long lines, drop lines past 500, stop at the total
+    REDUCE_LINE_LIMITS = 1,     // as 0 without the total limit
+    REDUCE_BY_TOLERANCE = 2,    // decimate by the user's tolerance and warn about the limits
+    REDUCE_NONE = 3,            // write everything
+};
+
+// JOB header version written: 0, 1, 2 give versions 1, 2, 3.
+enum GISFILE_FORMAT { GISFILE_JOB_V1 = 0, GISFILE_JOB_V2 = 1, GISFILE_JOB_V3 = 2 };
+
+class TGisFile {
+public:
+    TGisFile() = default;
+    virtual ~TGisFile();
+    // Copies duplicate the vertex array, so no array is ever released twice.
+    TGisFile(const TGisFile& other);
+    TGisFile& operator=(const TGisFile& other);
+
+    // Writes the layer to the path. The base writes nothing and returns 0.
+    virtual int WriteFile(const char* path, TMapLayer* layer);
+    // Progress set-up that every reader runs first: 0, or 6001 when the file has no status.
+    virtual int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress);
+
+    static bool IsValidFile(const char* path);
+
+    // Export settings, set by the host before a write.
+    static double s_dDecimationLimitM;  // JOB decimation tolerance of option 2, metres
+    static int s_iCompatible;           // REDUCTION_OPTIONS
+    static int s_iGisFileFormat;        // GISFILE_FORMAT
+
+protected:
+    // Reports the reading position of the file to the progress callback when it has changed.
+    void UpdateProgressControl(const TFileBase& file);
+    void UpdateProgressControl(std::int64_t position);
+
+    // Releases the array and allocates room for exactly count vertices; m_iNumLocs is kept.
+    // Shows a message and returns false when the memory cannot be had.
+    bool AllocateLocArray(int count);
+    // Appends a vertex, growing the array by 300 when full; false without an array or memory.
+    bool AddVertex(double lat, double lon);
+    bool AddVertex(const tagLOC* loc);
+    bool ReleaseLocArray();
+
+public:
+    TMapLayer* m_pLayer = nullptr;
+    tagLOC* m_pLocs = nullptr;
+    int m_iLocArraySize = 0;
+    int m_iNumLocs = 0;
+    int m_iFeatureType = 0;
+    int m_iBoundType = 0;
+    bool m_bJobReduced = false;
+    int m_iJobPolygons = -1;
+    int m_iJobVertices = 0;
+    bool m_abJobWarnings[8] = {};
+    GisProgressCallback m_pfnProgress = nullptr;
+    int m_iProgressStep = 0;
+    int m_iLastProgress = 0;
+};
+
+// Tells whether the text after the last '.' of the path equals ext, ignoring case.
+bool HasFileExtension(const char* path, const char* ext);
+
+// Replaces the path's extension (from its last '.') with ext; a '.' is added when ext has
+// none. The text is changed in place and returned.
+std::string& ChangeExtension(std::string& path, const char* ext);

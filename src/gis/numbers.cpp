@@ -1,0 +1,111 @@
+#include "gis/numbers.h"
+
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <limits>
+
+namespace {
+bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+
+char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+
+std::string_view SkipSpace(std::string_view s) {
+    std::size_t i = 0;
+    while (i < s.size() && IsSpace(s[i])) ++i;
+    return s.substr(i);
+}
+}  // namespace
+
+double ParseDouble(std::string_view text, bool* ok) {
+    std::string_view s = SkipSpace(text);
+    bool negative = false;
+    if (!s.empty() && (s[0] == '+' || s[0] == '-')) {
+        negative = s[0] == '-';
+        s.remove_prefix(1);
+    }
+    double value = 0.0;
+    const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value, std::chars_format::general);
+    const bool found = end != s.data() && (ec == std::errc() || ec == std::errc::result_out_of_range);
+    if (ok) *ok = found;
+    if (!found) return 0.0;
+    if (ec == std::errc::result_out_of_range) {
+        // strtod saturates to infinity on overflow and goes to 0 on underflow; from_chars leaves the
+        // value untouched, so decide by the exponent's sign.
+        const std::string_view digits(s.data(), static_cast<std::size_t>(end - s.data()));
+        const auto e = digits.find_first_of("eE");
+        const bool tiny = e != std::string_view::npos && e + 1 < digits.size() && digits[e + 1] == '-';
+        value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    }
+    return negative ? -value : value;
+}
+
+long long ParseInt64(std::string_view text, bool* ok) {
+    std::string_view s = SkipSpace(text);
+    bool negative = false;
+    if (!s.empty() && (s[0] == '+' || s[0] == '-')) {
+        negative = s[0] == '-';
+        s.remove_prefix(1);
+    }
+    unsigned long long magnitude = 0;
+    const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), magnitude, 10);
+    const bool found = end != s.data();
+    if (ok) *ok = found;
+    if (!found) return 0;
+    constexpr unsigned long long maxPos = static_cast<unsigned long long>(LLONG_MAX);
+    if (ec == std::errc::result_out_of_range || magnitude > maxPos + (negative ? 1 : 0))
+        return negative ? LLONG_MIN : LLONG_MAX;
+    if (negative) return magnitude == maxPos + 1 ? LLONG_MIN : -static_cast<long long>(magnitude);
+    return static_cast<long long>(magnitude);
+}
+
+int ParseInt(std::string_view text, bool* ok) {
+    const long long v = ParseInt64(text, ok);
+    if (v > INT_MAX) return INT_MAX;
+    if (v < INT_MIN) return INT_MIN;
+    return static_cast<int>(v);
+}
+
+void AppendFixed(std::string& out, double value, int decimals) {
+    if (std::isnan(value)) {
+        out += std::signbit(value) ? "-nan" : "nan";
+        return;
+    }
+    if (std::isinf(value)) {
+        out += value < 0 ? "-inf" : "inf";
+        return;
+    }
+    char buf[400];  // the largest double has 309 integer digits
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
+    if (ec == std::errc()) out.append(buf, end);
+}
+
+std::string FormatFixed(double value, int decimals) {
+    std::string s;
+    AppendFixed(s, value, decimals);
+    return s;
+}
+
+void AppendInt(std::string& out, long long value) {
+    char buf[24];
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value);
+    if (ec == std::errc()) out.append(buf, end);
+}
+
+std::string FormatRoundTrip(double value) {
+    if (!std::isfinite(value)) return std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
+    char buf[64];
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value);
+    return ec == std::errc() ? std::string(buf, end) : std::string("0");
+}
+
+bool EqualsNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (Lower(a[i]) != Lower(b[i])) return false;
+    return true;
+}
+
+bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
+    return text.size() >= prefix.size() && EqualsNoCase(text.substr(0, prefix.size()), prefix);
+}

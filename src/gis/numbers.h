@@ -1,0 +1,29 @@
+#pragma once
+// Locale-independent number parsing and formatting shared by every format.
+//
+// Parsing follows the C library's text-to-number conversions: leading white space is skipped,
+// the longest decimal prefix is taken, and a text without one counts as 0. Formatting gives
+// exactly what printf's "%.Nf" gives in the C locale, whatever locale the host has set.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// Longest leading decimal prefix as a double (atof/strtod style). ok, when given, says whether
+// any number was found.
+double ParseDouble(std::string_view text, bool* ok = nullptr);
+// Longest leading decimal prefix as an integer (atoi style), saturated to the int range.
+int ParseInt(std::string_view text, bool* ok = nullptr);
+long long ParseInt64(std::string_view text, bool* ok = nullptr);
+
+// Appends value with a fixed number of decimals, as "%.<decimals>f" does.
+void AppendFixed(std::string& out, double value, int decimals);
+std::string FormatFixed(double value, int decimals);
+// Appends a decimal integer, as "%d" / "%ld" do.
+void AppendInt(std::string& out, long long value);
+// Shortest text that reads back as the same double (for reports and JSON).
+std::string FormatRoundTrip(double value);
+
+// ASCII case-insensitive comparisons, independent of the locale.
+bool EqualsNoCase(std::string_view a, std::string_view b);
+bool StartsWithNoCase(std::string_view text, std::string_view prefix);

@@ -1,0 +1,39 @@
+#pragma once
+// Element kind codes (upper 20 bits of an element's m_dwType), bound types and flag bits.
+
+#include <cstdint>
+
+constexpr std::uint32_t ELEMENT_KIND_MASK = 0xFFFFF000u;
+constexpr std::uint32_t ELEMENT_LOW_MASK = 0x00000FFFu;
+
+constexpr std::uint32_t ELEMENT_MARKER = 0x03000000u;
+constexpr std::uint32_t ELEMENT_LINE = 0x04100000u;  // line of no particular class
+constexpr std::uint32_t ELEMENT_LINE_BOUNDARY = 0x04101000u;
+constexpr std::uint32_t ELEMENT_LINE_AREA = 0x04102000u;
+constexpr std::uint32_t ELEMENT_LINE_ROAD = 0x04103000u;
+constexpr std::uint32_t ELEMENT_LINE_WATER = 0x04104000u;
+constexpr std::uint32_t ELEMENT_LINE_MISC = 0x0410D000u;
+constexpr std::uint32_t ELEMENT_LINE_GENERIC = 0x0410F000u;
+constexpr std::uint32_t ELEMENT_POINT = 0x05000000u;
+constexpr std::uint32_t ELEMENT_SPRAY = 0x0C000000u;
+constexpr std::uint32_t ELEMENT_SPRAY_ALT = 0x0C010000u;
+constexpr std::uint32_t ELEMENT_PATTERN = 0x10000000u;
+
+constexpr int BOUNDARY_INC = 16;
+constexpr int BOUNDARY_EXC = 17;
+constexpr int BOUNDARY_OPEN = 18;
+
+// Bits of an element's flags word.
+constexpr std::uint32_t ELEMENT_FLAG_PATTERN_A = 0x40u;
+constexpr std::uint32_t ELEMENT_FLAG_PATTERN_B = 0x80u;
+constexpr std::uint32_t ELEMENT_FLAG_SPRAY = 0x2000u;
+constexpr std::uint32_t ELEMENT_FLAG_WRITER_LAYER = 0x10000u;
+
+// Bits of an element's state word.
+constexpr std::uint32_t ELEMENT_STATE_HIGHLIGHT = 0x1u;
+
+// The colour value that means "no colour".
+constexpr std::uint32_t COLOR_NONE = 0xFFFFFFFFu;
+
+// True for the six line kinds.
+constexpr bool IsLineKind(std::uint32_t kind) { return (kind & 0xFFF00000u) == ELEMENT_LINE; }

@@ -1,0 +1,241 @@
+#include "hostmap/map_image.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+
+#include "hostmap/geodesy.h"
+
+TPen TDeviceContext::SelectPen(const TPen& pen) {
+    TPen old = m_pen;
+    m_pen = pen;
+    return old;
+}
+
+TBrush TDeviceContext::SelectBrush(const TBrush& brush) {
+    TBrush old = m_brush;
+    m_brush = brush;
+    return old;
+}
+
+int TDeviceContext::SetROP2(int rop) {
+    const int old = m_iRop;
+    m_iRop = rop;
+    return old;
+}
+
+TDrawCommand TDeviceContext::Begin(TDrawCommand::Kind kind) const {
+    TDrawCommand cmd;
+    cmd.eKind = kind;
+    cmd.pen = m_pen;
+    cmd.brush = m_brush;
+    cmd.iRop = m_iRop;
+    return cmd;
+}
+
+void TDeviceContext::LineTo(TPointLP p) {
+    TDrawCommand cmd = Begin(TDrawCommand::Line);
+    cmd.points = {m_current, p};
+    m_commands.push_back(std::move(cmd));
+    m_current = p;
+}
+
+void TDeviceContext::Polyline(const TPointLP* points, int count) {
+    if (points == nullptr || count < 2) return;
+    TDrawCommand cmd = Begin(TDrawCommand::Polyline);
+    cmd.points.assign(points, points + count);
+    m_commands.push_back(std::move(cmd));
+}
+
+void TDeviceContext::Polygon(const TPointLP* points, int count) {
+    if (points == nullptr || count < 3) return;
+    TDrawCommand cmd = Begin(TDrawCommand::Polygon);
+    cmd.points.assign(points, points + count);
+    m_commands.push_back(std::move(cmd));
+}
+
+void TDeviceContext::Rectangle(const TRectLP& rect) {
+    TDrawCommand cmd = Begin(TDrawCommand::Rectangle);
+    cmd.points = {{rect.left, rect.top}, {rect.right, rect.bottom}};
+    m_commands.push_back(std::move(cmd));
+}
+
+void TDeviceContext::Ellipse(const TRectLP& rect) {
+    TDrawCommand cmd = Begin(TDrawCommand::Ellipse);
+    cmd.points = {{rect.left, rect.top}, {rect.right, rect.bottom}};
+    m_commands.push_back(std::move(cmd));
+}
+
+void TDeviceContext::TextOut(TPointLP at, const std::string& text) {
+    TDrawCommand cmd = Begin(TDrawCommand::Text);
+    cmd.points = {at};
+    cmd.strText = text;
+    m_commands.push_back(std::move(cmd));
+}
+
+namespace {
+// Logical units across the width of the view; keeps coordinates well inside int range.
+constexpr double kUnitsAcross = 1.0e6;
+}  // namespace
+
+TMapImage::TMapImage(const tagLOCRECT& view, int widthPx) : m_iWidthPx(std::max(16, widthPx)) {
+    TLocRect v(view);
+    if (v.IsEmpty() || !std::isfinite(v.dWest) || !std::isfinite(v.dEast) || !std::isfinite(v.dNorth) ||
+        !std::isfinite(v.dSouth)) {
+        v = TLocRect(-0.001, 0.001, 0.001, -0.001);
+    }
+    m_center = {(v.dNorth + v.dSouth) * 0.5, (v.dWest + v.dEast) * 0.5};
+    const double metresPerDegLat = GeoDistance(m_center.dLat - 0.5, m_center.dLon, m_center.dLat + 0.5, m_center.dLon);
+    const double metresPerDegLon = GeoDistance(m_center.dLat, m_center.dLon - 0.5, m_center.dLat, m_center.dLon + 0.5);
+    const double widthM = std::max((v.dEast - v.dWest) * metresPerDegLon, 1.0);
+    const double heightM = std::max((v.dNorth - v.dSouth) * metresPerDegLat, 1.0);
+    const double spanM = std::max(widthM, heightM);
+    m_dScale = spanM * 100000.0 / kUnitsAcross;
+    const double unitsPerMetre = 100000.0 / m_dScale;
+    m_dUnitsPerDegLat = metresPerDegLat * unitsPerMetre;
+    m_dUnitsPerDegLon = std::max(metresPerDegLon, 1e-3) * unitsPerMetre;
+    const int halfW = static_cast<int>(std::lround(widthM * unitsPerMetre / 2));
+    const int halfH = static_cast<int>(std::lround(heightM * unitsPerMetre / 2));
+    m_visible = {-halfW, halfH, halfW, -halfH};
+    m_iHeightPx = std::max(16, static_cast<int>(std::lround(m_iWidthPx * heightM / widthM)));
+}
+
+TPointLP TMapImage::Loc2LP(const tagLOC& loc, bool clip) const {
+    double x = (loc.dLon - m_center.dLon) * m_dUnitsPerDegLon;
+    double y = (loc.dLat - m_center.dLat) * m_dUnitsPerDegLat;
+    if (clip) {
+        x = std::clamp(x, static_cast<double>(m_visible.left), static_cast<double>(m_visible.right));
+        y = std::clamp(y, static_cast<double>(m_visible.bottom), static_cast<double>(m_visible.top));
+    }
+    // Far-away points saturate instead of overflowing.
+    constexpr double lim = 1.0e9;
+    x = std::isfinite(x) ? std::clamp(x, -lim, lim) : 0.0;
+    y = std::isfinite(y) ? std::clamp(y, -lim, lim) : 0.0;
+    return {static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))};
+}
+
+TRectLP TMapImage::LocRect2LP(const tagLOCRECT& rect) const {
+    const TPointLP nw = Loc2LP({rect.dNorth, rect.dWest});
+    const TPointLP se = Loc2LP({rect.dSouth, rect.dEast});
+    return {nw.x, nw.y, se.x, se.y};
+}
+
+namespace {
+std::string SvgColor(std::uint32_t bgr) {
+    char buf[16];
+    std::snprintf(buf, sizeof buf, "#%02x%02x%02x", bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+    return buf;
+}
+
+std::string XmlEscape(const std::string& s) {
+    std::string out;
+    for (unsigned char c : s) {
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"': out += "&quot;"; break;
+            default:
+                // Control bytes are not allowed in XML; bytes above 127 are not valid UTF-8 alone.
+                if (c < 0x20 && c != '\t') out += ' ';
+                else if (c >= 0x80) out += '?';
+                else out += static_cast<char>(c);
+        }
+    }
+    return out;
+}
+}  // namespace
+
+std::string TMapImage::ToSvg(const std::string& title) const {
+    const double sx = static_cast<double>(m_iWidthPx) / std::max(1, m_visible.right - m_visible.left);
+    const double sy = static_cast<double>(m_iHeightPx) / std::max(1, m_visible.top - m_visible.bottom);
+    auto px = [&](TPointLP p) {
+        char buf[64];
+        std::snprintf(buf, sizeof buf, "%.1f,%.1f", (p.x - m_visible.left) * sx, (m_visible.top - p.y) * sy);
+        return std::string(buf);
+    };
+    auto stroke = [&](const TDrawCommand& c) {
+        if (c.pen.iStyle == PS_NULL) return std::string(" stroke=\"none\"");
+        char buf[128];
+        const double w = std::max(1.0, c.pen.iWidth * sx);
+        std::snprintf(buf, sizeof buf, " stroke=\"%s\" stroke-width=\"%.1f\"%s", SvgColor(c.pen.dwColor).c_str(), w,
+                      c.pen.iStyle == PS_DASH ? " stroke-dasharray=\"6,4\"" : (c.pen.iStyle == PS_DOT ? " stroke-dasharray=\"2,3\"" : ""));
+        return std::string(buf);
+    };
+    auto fill = [&](const TDrawCommand& c) {
+        if (c.brush.iStyle == BS_NULL) return std::string(" fill=\"none\"");
+        std::string f = " fill=\"" + SvgColor(c.brush.dwColor) + "\"";
+        if (c.brush.iStyle == BS_HATCHED) f = " fill=\"url(#hatch)\"";
+        return f;
+    };
+    auto blend = [&](const TDrawCommand& c) {
+        return c.iRop == R2_MASKPEN ? std::string(" style=\"mix-blend-mode:multiply\"") : std::string();
+    };
+
+    std::string out;
+    out.reserve(256 + m_dc.Commands().size() * 96);
+    char head[512];
+    std::snprintf(head, sizeof head,
+                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                  "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n",
+                  m_iWidthPx, m_iHeightPx, m_iWidthPx, m_iHeightPx);
+    out += head;
+    if (!title.empty()) out += "<title>" + XmlEscape(title) + "</title>\n";
+    out +=
+        "<defs><pattern id=\"hatch\" width=\"8\" height=\"8\" patternUnits=\"userSpaceOnUse\" "
+        "patternTransform=\"rotate(45)\"><line x1=\"0\" y1=\"0\" x2=\"0\" y2=\"8\" stroke=\"#d00000\" "
+        "stroke-width=\"2\"/></pattern></defs>\n";
+    out += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
+    for (const TDrawCommand& c : m_dc.Commands()) {
+        switch (c.eKind) {
+            case TDrawCommand::Line:
+            case TDrawCommand::Polyline:
+            case TDrawCommand::Polygon: {
+                out += c.eKind == TDrawCommand::Polygon ? "<polygon points=\"" : "<polyline points=\"";
+                for (std::size_t i = 0; i < c.points.size(); ++i) {
+                    if (i) out += ' ';
+                    out += px(c.points[i]);
+                }
+                out += "\"";
+                out += c.eKind == TDrawCommand::Polygon ? fill(c) : std::string(" fill=\"none\"");
+                out += stroke(c) + blend(c) + "/>\n";
+                break;
+            }
+            case TDrawCommand::Rectangle:
+            case TDrawCommand::Ellipse: {
+                const double x0 = (std::min(c.points[0].x, c.points[1].x) - m_visible.left) * sx;
+                const double x1 = (std::max(c.points[0].x, c.points[1].x) - m_visible.left) * sx;
+                const double y0 = (m_visible.top - std::max(c.points[0].y, c.points[1].y)) * sy;
+                const double y1 = (m_visible.top - std::min(c.points[0].y, c.points[1].y)) * sy;
+                char buf[160];
+                if (c.eKind == TDrawCommand::Rectangle)
+                    std::snprintf(buf, sizeof buf, "<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\"", x0, y0,
+                                  x1 - x0, y1 - y0);
+                else
+                    std::snprintf(buf, sizeof buf, "<ellipse cx=\"%.1f\" cy=\"%.1f\" rx=\"%.1f\" ry=\"%.1f\"",
+                                  (x0 + x1) / 2, (y0 + y1) / 2, (x1 - x0) / 2, (y1 - y0) / 2);
+                out += buf + fill(c) + stroke(c) + blend(c) + "/>\n";
+                break;
+            }
+            case TDrawCommand::Text: {
+                const std::string at = px(c.points[0]);
+                const auto comma = at.find(',');
+                out += "<text x=\"" + at.substr(0, comma) + "\" y=\"" + at.substr(comma + 1) +
+                       "\" font-family=\"sans-serif\" font-size=\"12\" fill=\"" + SvgColor(c.pen.dwColor) + "\">" +
+                       XmlEscape(c.strText) + "</text>\n";
+                break;
+            }
+        }
+    }
+    out += "</svg>\n";
+    return out;
+}
+
+bool TMapImage::WriteSvg(const char* path, const std::string& title) const {
+    std::ofstream f(path, std::ios::binary | std::ios::trunc);
+    if (!f) return false;
+    const std::string svg = ToSvg(title);
+    f.write(svg.data(), static_cast<std::streamsize>(svg.size()));
+    return static_cast<bool>(f);
+}

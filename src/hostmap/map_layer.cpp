@@ -1,0 +1,39 @@
+#include "hostmap/map_layer.h"
+
+#include "hostmap/map_image.h"
+
+TMapLayer::TMapLayer() { m_rcExtents.InitExtents(); }
+
+TMapLayer::~TMapLayer() { RemoveAllElements(); }
+
+void TMapLayer::AddElement(TMapElement* element, int mode) {
+    if (element == nullptr) return;
+    m_Elements.push_back(element);
+    m_Owned.push_back(mode == ADD_ELEMENT_BORROWED ? 0 : 1);
+    if (element->IncludeInExtents()) m_rcExtents.ExpandExtents(element->m_rcExtents);
+}
+
+void TMapLayer::AddPolygon(const tagLOC* points, int count, const std::string& id, double value) {
+    m_Polygons.push_back({points, count < 0 ? 0 : count, id, value, 0.0});
+}
+
+void TMapLayer::RemoveAllElements() {
+    for (std::size_t i = 0; i < m_Elements.size(); ++i)
+        if (m_Owned[i]) delete m_Elements[i];
+    m_Elements.clear();
+    m_Owned.clear();
+    m_Polygons.clear();
+    m_Centroids.clear();
+    m_BoundTypes.clear();
+    m_rcExtents.InitExtents();
+}
+
+void TMapLayer::CalculateGeoExtents() {
+    m_rcExtents.InitExtents();
+    for (TMapElement* e : m_Elements)
+        if (e->IncludeInExtents()) m_rcExtents.ExpandExtents(e->m_rcExtents);
+}
+
+void TMapLayer::Draw(TMapImage& image) const {
+    for (const TMapElement* e : m_Elements) e->Draw(image);
+}

@@ -1,0 +1,122 @@
+#include "platform/byte_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+
+TByteFile::~TByteFile() { Close(); }
+
+bool TByteFile::Open(const char* path, OpenMode mode) {
+    Close();
+    m_iOpenError = 0;
+    if (path == nullptr) {
+        m_iOpenError = ENOENT;
+        return false;
+    }
+    std::FILE* f = std::fopen(path, mode == modeRead ? "rb" : "w+b");
+    if (f == nullptr) {
+        m_iOpenError = errno != 0 ? errno : EIO;
+        return false;
+    }
+    struct stat st{};
+    if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
+        std::fclose(f);
+        m_iOpenError = EISDIR;
+        return false;
+    }
+    if (mode == modeRead) std::setvbuf(f, nullptr, _IOFBF, 1 << 16);
+    m_pFile = f;
+    m_strPath = path;
+    m_bWriting = mode == modeCreate;
+    m_bWriteError = false;
+    m_iPos = 0;
+    m_strOut.clear();
+    return true;
+}
+
+void TByteFile::OpenMemory(std::string_view data) {
+    Close();
+    m_bMemory = true;
+    m_strMemory.assign(data);
+    m_iPos = 0;
+    m_strPath = "<memory>";
+}
+
+bool TByteFile::Close() {
+    bool ok = true;
+    if (m_pFile != nullptr) {
+        if (m_bWriting) ok = FlushWrite();
+        if (std::fclose(m_pFile) != 0) ok = false;
+        m_pFile = nullptr;
+    }
+    if (!ok) m_bWriteError = true;
+    m_bMemory = false;
+    m_strMemory.clear();
+    m_strPath.clear();
+    m_iPos = 0;
+    return ok;
+}
+
+std::size_t TByteFile::Read(void* dst, std::size_t n) {
+    if (m_bMemory) {
+        const auto size = static_cast<std::int64_t>(m_strMemory.size());
+        if (m_iPos >= size) return 0;
+        const std::size_t got = std::min<std::size_t>(n, static_cast<std::size_t>(size - m_iPos));
+        std::memcpy(dst, m_strMemory.data() + m_iPos, got);
+        m_iPos += static_cast<std::int64_t>(got);
+        return got;
+    }
+    if (m_pFile == nullptr) return 0;
+    if (m_bWriting && !FlushWrite()) return 0;
+    return std::fread(dst, 1, n, m_pFile);
+}
+
+bool TByteFile::Write(const void* src, std::size_t n) {
+    if (m_pFile == nullptr || !m_bWriting) return false;
+    m_strOut.append(static_cast<const char*>(src), n);
+    if (m_strOut.size() >= (1u << 20)) return FlushWrite();
+    return !m_bWriteError;
+}
+
+bool TByteFile::FlushWrite() {
+    if (m_strOut.empty()) return !m_bWriteError;
+    if (std::fwrite(m_strOut.data(), 1, m_strOut.size(), m_pFile) != m_strOut.size()) m_bWriteError = true;
+    m_strOut.clear();
+    return !m_bWriteError;
+}
+
+bool TByteFile::Seek(std::int64_t pos) {
+    if (pos < 0) return false;
+    if (m_bMemory) {
+        m_iPos = pos;
+        return true;
+    }
+    if (m_pFile == nullptr) return false;
+    if (m_bWriting && !FlushWrite()) return false;
+    return fseeko(m_pFile, static_cast<off_t>(pos), SEEK_SET) == 0;
+}
+
+std::int64_t TByteFile::GetPosition() const {
+    if (m_bMemory) return m_iPos;
+    if (m_pFile == nullptr) return 0;
+    const off_t at = ftello(m_pFile);
+    return (at < 0 ? 0 : static_cast<std::int64_t>(at)) + static_cast<std::int64_t>(m_strOut.size());
+}
+
+std::int64_t TByteFile::GetLength() const {
+    if (m_bMemory) return static_cast<std::int64_t>(m_strMemory.size());
+    if (m_pFile == nullptr) return 0;
+    struct stat st{};
+    if (fstat(fileno(m_pFile), &st) != 0) return 0;
+    return std::max(static_cast<std::int64_t>(st.st_size), GetPosition());
+}
+
+bool TByteFile::GetStatus(const char* path, std::int64_t& size) {
+    size = 0;
+    if (path == nullptr) return false;
+    struct stat st{};
+    if (stat(path, &st) != 0 || S_ISDIR(st.st_mode)) return false;
+    size = static_cast<std::int64_t>(st.st_size);
+    return true;
+}

@@ -1,0 +1,31 @@
+#include <string>
+
+#include "commands.h"
+#include "gis/gis_map.h"
+#include "layer_loading.h"
+#include "session.h"
+
+int RunConvert(const TToolOptions& options) {
+    if (options.positional.size() != 2) {
+        PrintError("usage: tlgis convert IN OUT [options]  (IN may be '-' for an empty layer)");
+        return kExitUsage;
+    }
+    const std::string& in = options.positional[0];
+    const std::string& out = options.positional[1];
+    const TLGIS_FILE_TYPE outType = TGisMap::GetGisFileType(out.c_str());
+    if (outType == GIS_FILE_NONE || !TGisMap::CanWrite(outType)) {
+        PrintError(DescribeFailure(out, outType, GISFILE_ERR_UNAVAILABLE, true));
+        return 1;
+    }
+    TMapLayer layer;
+    const TLoadOutcome loaded = LoadLayer(in, layer, options);
+    if (loaded.iResult != 0) return 1;
+    TGisMap map;
+    const int result = map.WriteFile(out.c_str(), &layer);
+    if (result != 0) {
+        PrintError(DescribeFailure(out, outType, result, true));
+        return 1;
+    }
+    PrintNote("wrote " + out);
+    return 0;
+}

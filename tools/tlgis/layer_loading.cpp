@@ -1,0 +1,82 @@
+#include "layer_loading.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <unistd.h>
+
+#include "gis/gis_map.h"
+#include "session.h"
+
+namespace {
+bool g_bProgressBar = false;
+int g_iLastShown = -1;
+
+// GDAL-style progress: "0...10...20...100 - done." on a pipe, a bar on a terminal.
+void ShowProgress(int percent) {
+    if (percent < 0) percent = 0;
+    if (percent > 100) percent = 100;
+    if (g_bProgressBar) {
+        if (percent == g_iLastShown) return;
+        g_iLastShown = percent;
+        const int filled = percent / 4;
+        std::fprintf(stderr, "\r[%.*s%*s] %3d%%", filled, "=========================", 25 - filled, "", percent);
+        std::fflush(stderr);
+        return;
+    }
+    while (g_iLastShown < percent) {
+        ++g_iLastShown;
+        if (g_iLastShown % 10 == 0)
+            std::fprintf(stderr, "%d", g_iLastShown);
+        else if (g_iLastShown % 2 == 0)
+            std::fputs(".", stderr);
+    }
+    std::fflush(stderr);
+}
+
+void FinishProgress() {
+    if (g_iLastShown < 0) return;
+    if (g_bProgressBar) {
+        ShowProgress(100);
+        std::fputs("\n", stderr);
+    } else {
+        ShowProgress(100);
+        std::fputs(" - done.\n", stderr);
+    }
+    g_iLastShown = -1;
+}
+}  // namespace
+
+std::string DescribeFailure(const std::string& path, int type, int result, bool writing) {
+    std::string what;
+    if (type == GIS_FILE_NONE) {
+        what = "no format for " + path + " (use .job, .pmh, .dxf, .mif or .shp)";
+    } else if (writing ? !TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(type))
+                       : !TGisMap::CanLoad(static_cast<TLGIS_FILE_TYPE>(type))) {
+        what = std::string(writing ? "writing " : "reading ") + TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) +
+               " files is not available in this build: " + path;
+    } else if (result == GISFILE_ERR_OPEN || (!writing && result == GISFILE_ERR_UNAVAILABLE)) {
+        std::error_code ec;
+        if (!writing && !std::filesystem::exists(path, ec))
+            what = "cannot open " + path + " (no such file)";
+        else
+            what = std::string(writing ? "cannot write " : "cannot open ") + path;
+    } else {
+        what = std::string(writing ? "writing " : "reading ") + path + " failed: " + GetResultCodeText(result);
+    }
+    return what + " (" + std::to_string(result) + ")";
+}
+
+TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options) {
+    TLoadOutcome outcome;
+    if (path == "-") return outcome;
+    outcome.iType = TGisMap::GetGisFileType(path.c_str());
+    const bool wantProgress = options.Has("progress") || (isatty(STDERR_FILENO) && !options.Has("quiet"));
+    g_bProgressBar = isatty(STDERR_FILENO) != 0;
+    g_iLastShown = -1;
+    TGisMap map;
+    outcome.iResult = map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr);
+    if (wantProgress) FinishProgress();
+    // A missing file: the base reports no status (6001) and the reader's open fails (6002).
+    if (outcome.iResult != 0) PrintError(DescribeFailure(path, outcome.iType, outcome.iResult, false));
+    return outcome;
+}

@@ -1,0 +1,18 @@
+#pragma once
+// Loading a file into a layer for a command, with the tool's progress display and error line.
+
+#include <string>
+
+#include "hostmap/map_layer.h"
+#include "options.h"
+
+struct TLoadOutcome {
+    int iType = 0;
+    int iResult = 0;
+};
+
+// Loads path into layer ("-" loads nothing). Prints "tlgis: cannot ... (code)" on failure.
+TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options);
+
+// The one-line explanation printed for a failed load or write.
+std::string DescribeFailure(const std::string& path, int type, int result, bool writing);

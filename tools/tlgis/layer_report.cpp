@@ -1,0 +1,123 @@
+#include "layer_report.h"
+
+#include <cstdio>
+#include <map>
+
+#include "gis/gis_map.h"
+#include "gis/numbers.h"
+#include "json_writer.h"
+
+const char* ElementKindName(const TMapElement& element) {
+    switch (element.GetKind()) {
+        case ELEMENT_LINE_BOUNDARY: return "boundary";
+        case ELEMENT_LINE_AREA: return "area";
+        case ELEMENT_LINE_ROAD: return "road";
+        case ELEMENT_LINE_WATER: return "water";
+        case ELEMENT_LINE_MISC: return "misc";
+        case ELEMENT_LINE_GENERIC: return "generic";
+        case ELEMENT_LINE: return "line";
+        case ELEMENT_MARKER: return "marker";
+        case ELEMENT_POINT: return "point";
+        case ELEMENT_SPRAY:
+        case ELEMENT_SPRAY_ALT: return "spray";
+        case ELEMENT_PATTERN: return "pattern";
+        default: return "unknown";
+    }
+}
+
+namespace {
+std::string TypeHex(std::uint32_t type) {
+    char buf[16];
+    std::snprintf(buf, sizeof buf, "0x%08X", type);
+    return buf;
+}
+
+void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord* record, const TReportOptions& options) {
+    json.Key("bound").Integer(line.m_iBoundType);
+    json.Key("points").Integer(line.m_iNumPoints);
+    json.Key("centroid").Pair(line.m_locCentroid.dLat, line.m_locCentroid.dLon);
+    if (record != nullptr) json.Key("area_m2").Number(record->dArea);
+    json.Key("value").Number(line.m_dValue);
+    std::uint32_t color = 0;
+    if (line.GetColor(color)) json.Key("color").Integer(color);
+    if (options.bPoints) {
+        json.Key("vertices").BeginArray();
+        for (int i = 0; i < line.m_iNumPoints; ++i) json.Pair(line.m_pPoints[i].dLat, line.m_pPoints[i].dLon);
+        json.EndArray();
+    }
+}
+}  // namespace
+
+std::string LayerToJson(const std::string& file, int type, int result, const TMapLayer& layer,
+                        const TReportOptions& options) {
+    TJsonWriter json;
+    json.BeginObject();
+    json.Key("file").String(file);
+    json.Key("type").Integer(type);
+    json.Key("result").Integer(result);
+    json.Key("layer").BeginObject();
+    json.Key("llb").String(layer.m_strLLB);
+    json.Key("centroids").BeginArray();
+    for (const tagLOC& c : layer.m_Centroids) json.Pair(c.dLat, c.dLon);
+    json.EndArray();
+    json.Key("shape_type").Integer(layer.m_iShapeType);
+    json.EndObject();
+
+    json.Key("elements").BeginArray();
+    std::size_t lineIndex = 0;  // lines are registered with the layer's polygon records in order
+    for (const TMapElement* e : layer.m_Elements) {
+        json.BeginObject();
+        json.Key("kind").String(ElementKindName(*e));
+        json.Key("type").String(TypeHex(e->m_dwType));
+        json.Key("id").String(e->m_strId);
+        if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) {
+            const TPolygonRecord* record = nullptr;
+            if (lineIndex < layer.m_Polygons.size()) record = &layer.m_Polygons[lineIndex];
+            ++lineIndex;
+            WriteLine(json, *line, record, options);
+        } else if (const auto* marker = dynamic_cast<const TFeatureMarker*>(e)) {
+            json.Key("name").String(marker->m_strName);
+            json.Key("symbol").Integer(marker->GetLowBits());
+            json.Key("loc").Pair(marker->m_Loc.dLat, marker->m_Loc.dLon);
+        } else if (const auto* point = dynamic_cast<const TFeaturePoint*>(e)) {
+            json.Key("loc").Pair(point->m_Loc.dLat, point->m_Loc.dLon);
+        }
+        json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+    return json.Text() + "\n";
+}
+
+std::string LayerSummary(const std::string& file, int type, int result, const TMapLayer& layer) {
+    std::string out;
+    out += "File:     " + file + "\n";
+    out += "Type:     " + std::to_string(type) + " (" + TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) + ")\n";
+    out += "Result:   " + std::to_string(result) + " (" + GetResultCodeText(result) + ")\n";
+    std::map<std::string, int> counts;
+    long long vertices = 0;
+    for (const TMapElement* e : layer.m_Elements) {
+        ++counts[ElementKindName(*e)];
+        if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) vertices += line->m_iNumPoints;
+    }
+    out += "Elements: " + std::to_string(layer.m_Elements.size());
+    if (!counts.empty()) {
+        out += " (";
+        bool first = true;
+        for (const auto& [kind, n] : counts) {
+            out += (first ? "" : ", ") + kind + " " + std::to_string(n);
+            first = false;
+        }
+        out += ")";
+    }
+    out += "\n";
+    if (vertices > 0) out += "Vertices: " + std::to_string(vertices) + "\n";
+    if (!layer.m_Centroids.empty()) out += "Centroids: " + std::to_string(layer.m_Centroids.size()) + "\n";
+    if (!layer.m_strLLB.empty()) out += "LLB:      " + layer.m_strLLB + "\n";
+    if (!layer.m_rcExtents.IsEmpty()) {
+        const auto& r = layer.m_rcExtents;
+        out += "Extents:  west " + FormatFixed(r.dWest, 6) + ", south " + FormatFixed(r.dSouth, 6) + ", east " +
+               FormatFixed(r.dEast, 6) + ", north " + FormatFixed(r.dNorth, 6) + "\n";
+    }
+    return out;
+}

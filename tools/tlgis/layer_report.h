@@ -1,0 +1,18 @@
+#pragma once
+// What `tlgis info` prints about a loaded layer: a human summary or one JSON object.
+
+#include <string>
+
+#include "hostmap/map_layer.h"
+
+struct TReportOptions {
+    bool bPoints = false;  // include every vertex
+};
+
+// The element's kind keyword: boundary, area, road, water, misc, generic, line, marker, point,
+// spray, pattern, or "unknown".
+const char* ElementKindName(const TMapElement& element);
+
+std::string LayerToJson(const std::string& file, int type, int result, const TMapLayer& layer,
+                        const TReportOptions& options);
+std::string LayerSummary(const std::string& file, int type, int result, const TMapLayer& layer);

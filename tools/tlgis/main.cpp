@@ -1,0 +1,69 @@
+// tlgis: read, inspect and convert the GIS files of the spraying system.
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "commands.h"
+#include "options.h"
+#include "session.h"
+
+namespace {
+const char* const kUsage =
+    "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n"
+    "\n"
+    "Commands:\n"
+    "  info FILE [--json] [--points]   load FILE and describe what it holds\n"
+    "  convert IN OUT [options]        load IN ('-' for nothing) and write OUT, format from its extension\n"
+    "  help [COMMAND]                  show this text, or the options of a command\n"
+    "\n"
+    "Formats: .job (JOB), .pmh (PMH), .dxf (DXF), .mif (MID/MIF pair), .shp (shapefile)\n"
+    "\n"
+    "Common options:\n"
+    "  --projected stop|skip|ask   answer to 'the file looks projected, stop?' (default stop)\n"
+    "  --config DIR                folder of Orvanta.ini and the language files\n"
+    "  --lang NAME                 english, french, german, italian, portuguese or spanish\n"
+    "  --progress                  show progress while loading\n"
+    "  --quiet                     no notes\n";
+
+const char* const kConvertHelp =
+    "Usage: tlgis convert IN OUT [options]\n"
+    "Loads IN (or starts from an empty layer when IN is '-') and writes the layer to OUT in the\n"
+    "format that OUT's extension selects.\n";
+
+int Help(const TToolOptions& options) {
+    if (!options.positional.empty() && options.positional[0] == "convert")
+        std::fputs(kConvertHelp, stdout);
+    else
+        std::fputs(kUsage, stdout);
+    return 0;
+}
+}  // namespace
+
+int main(int argc, char** argv) {
+    TToolOptions options;
+    std::string error;
+    if (!ParseToolOptions(argc, argv, options, error)) {
+        PrintError(error);
+        std::fputs(kUsage, stderr);
+        return kExitUsage;
+    }
+    if (options.Has("help") || options.strCommand == "help") return Help(options);
+    if (options.Has("version")) {
+        std::puts("tlgis 0.1.0");
+        return 0;
+    }
+    if (options.strCommand.empty()) {
+        std::fputs(kUsage, stderr);
+        return kExitUsage;
+    }
+    if (!SetUpSession(options, error)) {
+        PrintError(error);
+        return kExitUsage;
+    }
+    if (options.strCommand == "info") return RunInfo(options);
+    if (options.strCommand == "convert") return RunConvert(options);
+    PrintError("unknown command '" + options.strCommand + "'");
+    std::fputs(kUsage, stderr);
+    return kExitUsage;
+}

@@ -1,0 +1,61 @@
+#include "options.h"
+
+#include <algorithm>
+#include <set>
+
+bool TToolOptions::Has(const std::string& flag) const {
+    return std::find(flags.begin(), flags.end(), flag) != flags.end();
+}
+
+std::string TToolOptions::Get(const std::string& name, const std::string& fallback) const {
+    const auto it = values.find(name);
+    return it == values.end() ? fallback : it->second;
+}
+
+bool OptionTakesValue(const std::string& name) {
+    static const std::set<std::string> withValue = {
+        "projected", "config", "lang", "job-version", "reduction", "decimation-m", "spray",
+        "spray-format", "nonspray-format", "company", "source", "spray-only", "mid-delimiter",
+        "mid-spray-channels", "width", "o"};
+    return withValue.count(name) != 0;
+}
+
+bool ParseToolOptions(int argc, char** argv, TToolOptions& out, std::string& error) {
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        if (arg.size() > 1 && arg[0] == '-' && arg != "-") {
+            std::string name = arg.substr(arg[1] == '-' ? 2 : 1);
+            std::string value;
+            bool hasValue = false;
+            const auto eq = name.find('=');
+            if (eq != std::string::npos) {
+                value = name.substr(eq + 1);
+                name.resize(eq);
+                hasValue = true;
+            }
+            if (name == "h") name = "help";
+            if (OptionTakesValue(name)) {
+                if (!hasValue) {
+                    if (i + 1 >= argc) {
+                        error = "option --" + name + " needs a value";
+                        return false;
+                    }
+                    value = argv[++i];
+                }
+                out.values[name] = value;
+            } else {
+                if (hasValue) {
+                    error = "option --" + name + " takes no value";
+                    return false;
+                }
+                out.flags.push_back(name);
+            }
+            continue;
+        }
+        if (out.strCommand.empty())
+            out.strCommand = arg;
+        else
+            out.positional.push_back(arg);
+    }
+    return true;
+}

@@ -1,0 +1,85 @@
+#include "session.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include "gis/language.h"
+#include "platform/message_box.h"
+
+#ifndef TLGIS_SOURCE_CONFIG_DIR
+#define TLGIS_SOURCE_CONFIG_DIR ""
+#endif
+
+namespace {
+bool g_bQuiet = false;
+
+bool IsConfigFolder(const std::string& dir) {
+    std::error_code ec;
+    return !dir.empty() && std::filesystem::is_directory(dir, ec);
+}
+
+std::string ChooseConfigFolder(const TToolOptions& options) {
+    if (options.HasValue("config")) return options.Get("config");
+    if (const char* env = std::getenv("TLGIS_CONFIG"); env != nullptr && *env != '\0') return env;
+    for (const std::string& candidate : {std::string("Config"), std::string(TLanguageTable::GetInstalledConfigFolder()),
+                                        std::string(TLGIS_SOURCE_CONFIG_DIR)})
+        if (IsConfigFolder(candidate)) return candidate;
+    return "Config";
+}
+
+int AskOnTerminal(const TMessageBoxRequest& request) {
+    std::fprintf(stderr, "%s [y/n] ", request.strCaption.empty() ? "Question" : request.strCaption.c_str());
+    std::fflush(stderr);
+    std::string answer;
+    if (!std::getline(std::cin, answer)) return IDYES;
+    return (!answer.empty() && (answer[0] == 'n' || answer[0] == 'N')) ? IDNO : IDYES;
+}
+}  // namespace
+
+void PrintError(const std::string& message) { std::fprintf(stderr, "tlgis: %s\n", message.c_str()); }
+
+void PrintNote(const std::string& message) {
+    if (!g_bQuiet) std::fprintf(stderr, "tlgis: %s\n", message.c_str());
+}
+
+bool SetUpSession(const TToolOptions& options, std::string& error) {
+    g_bQuiet = options.Has("quiet") || options.Has("q");
+    const std::string projected = options.Get("projected", "stop");
+    if (projected != "stop" && projected != "skip" && projected != "ask") {
+        error = "--projected takes stop, skip or ask, not '" + projected + "'";
+        return false;
+    }
+
+    TLanguageTable::SetConfigFolder(ChooseConfigFolder(options));
+    GetTlGisApp().InitInstance();
+    if (options.HasValue("lang") && !g_LanguageTable.SelectLanguage(options.Get("lang"))) {
+        error = "unknown language '" + options.Get("lang") + "' (english, french, german, italian, portuguese, spanish)";
+        return false;
+    }
+
+    SetMessageBoxHandler([projected](const TMessageBoxRequest& request) -> int {
+        // Every message is shown as one line per text line, prefixed with its caption.
+        std::string text = request.strText;
+        std::string prefix = request.strCaption.empty() ? "tlgis" : request.strCaption;
+        if (text.empty() && request.iTextId != 0) text = "message " + std::to_string(request.iTextId);
+        const bool question = request.IsQuestion();
+        if (!question && g_bQuiet && (request.uFlags & 0xF0) == MB_ICONINFORMATION) return IDOK;
+        std::size_t start = 0;
+        while (start <= text.size()) {
+            const auto nl = text.find('\n', start);
+            const std::string line = text.substr(start, nl == std::string::npos ? std::string::npos : nl - start);
+            std::fprintf(stderr, "%s: %s\n", prefix.c_str(), line.c_str());
+            if (nl == std::string::npos) break;
+            start = nl + 1;
+        }
+        if (!question) return IDOK;
+        if (projected == "ask") return AskOnTerminal(request);
+        const int answer = projected == "skip" ? IDNO : IDYES;
+        std::fprintf(stderr, "%s: answered %s (--projected %s)\n", prefix.c_str(), answer == IDYES ? "Yes" : "No",
+                     projected.c_str());
+        return answer;
+    });
+    return true;
+}
