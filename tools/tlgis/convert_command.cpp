@@ -1,6 +1,7 @@
 #include <string>
 
 #include "commands.h"
+#include "extensions.h"
 #include "gis/gis_map.h"
 #include "layer_loading.h"
 #include "session.h"
@@ -17,9 +18,17 @@ int RunConvert(const TToolOptions& options) {
         PrintError(DescribeFailure(out, outType, GISFILE_ERR_UNAVAILABLE, true));
         return 1;
     }
+    std::string error;
+    for (const TToolExtension& ext : ToolExtensions()) {
+        if (ext.applyWriteOptions && !ext.applyWriteOptions(options, error)) {
+            PrintError(error);
+            return kExitUsage;
+        }
+    }
     TMapLayer layer;
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
     if (loaded.iResult != 0) return 1;
+    if (!AugmentLayer(layer, options)) return 1;
     TGisMap map;
     const int result = map.WriteFile(out.c_str(), &layer);
     if (result != 0) {
@@ -27,5 +36,7 @@ int RunConvert(const TToolOptions& options) {
         return 1;
     }
     PrintNote("wrote " + out);
+    for (const TToolExtension& ext : ToolExtensions())
+        if (ext.afterWrite) ext.afterWrite(out, layer, options);
     return 0;
 }

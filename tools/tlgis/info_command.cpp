@@ -15,6 +15,7 @@ int RunInfo(const TToolOptions& options) {
     const std::string& path = options.positional[0];
     TMapLayer layer;
     const TLoadOutcome outcome = LoadLayer(path, layer, options);
+    if (!AugmentLayer(layer, options)) return 1;
     TReportOptions report;
     report.bPoints = options.Has("points");
     if (options.Has("json"))

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <unistd.h>
 
+#include "extensions.h"
 #include "gis/gis_map.h"
 #include "session.h"
 
@@ -66,6 +67,17 @@ std::string DescribeFailure(const std::string& path, int type, int result, bool 
     return what + " (" + std::to_string(result) + ")";
 }
 
+bool AugmentLayer(TMapLayer& layer, const TToolOptions& options) {
+    std::string error;
+    for (const TToolExtension& ext : ToolExtensions()) {
+        if (ext.augmentLayer && !ext.augmentLayer(layer, options, error)) {
+            PrintError(error);
+            return false;
+        }
+    }
+    return true;
+}
+
 TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options) {
     TLoadOutcome outcome;
     if (path == "-") return outcome;
@@ -73,6 +85,14 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     const bool wantProgress = options.Has("progress") || (isatty(STDERR_FILENO) && !options.Has("quiet"));
     g_bProgressBar = isatty(STDERR_FILENO) != 0;
     g_iLastShown = -1;
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) {
+        // Nothing to read: report it as the readers do for a file they cannot open.
+        outcome.iResult = GISFILE_ERR_OPEN;
+        PrintError(std::filesystem::exists(path, ec) ? "cannot open " + path + " (not a file) (6002)"
+                                                     : "cannot open " + path + " (no such file) (6002)");
+        return outcome;
+    }
     TGisMap map;
     outcome.iResult = map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr);
     if (wantProgress) FinishProgress();

@@ -14,5 +14,8 @@ struct TLoadOutcome {
 // Loads path into layer ("-" loads nothing). Prints "tlgis: cannot ... (code)" on failure.
 TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options);
 
+// Lets every extension add to a loaded layer (--spray and the like); false after printing why.
+bool AugmentLayer(TMapLayer& layer, const TToolOptions& options);
+
 // The one-line explanation printed for a failed load or write.
 std::string DescribeFailure(const std::string& path, int type, int result, bool writing);

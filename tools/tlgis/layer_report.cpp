@@ -5,6 +5,7 @@
 
 #include "gis/gis_map.h"
 #include "gis/numbers.h"
+#include "extensions.h"
 #include "json_writer.h"
 
 const char* ElementKindName(const TMapElement& element) {
@@ -61,6 +62,8 @@ std::string LayerToJson(const std::string& file, int type, int result, const TMa
     for (const tagLOC& c : layer.m_Centroids) json.Pair(c.dLat, c.dLon);
     json.EndArray();
     json.Key("shape_type").Integer(layer.m_iShapeType);
+    for (const TToolExtension& ext : ToolExtensions())
+        if (ext.describeLayerJson) ext.describeLayerJson(json, layer);
     json.EndObject();
 
     json.Key("elements").BeginArray();
@@ -70,7 +73,11 @@ std::string LayerToJson(const std::string& file, int type, int result, const TMa
         json.Key("kind").String(ElementKindName(*e));
         json.Key("type").String(TypeHex(e->m_dwType));
         json.Key("id").String(e->m_strId);
-        if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) {
+        bool described = false;
+        for (const TToolExtension& ext : ToolExtensions())
+            if (!described && ext.describeElementJson) described = ext.describeElementJson(json, *e, options);
+        if (described) {
+        } else if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) {
             const TPolygonRecord* record = nullptr;
             if (lineIndex < layer.m_Polygons.size()) record = &layer.m_Polygons[lineIndex];
             ++lineIndex;
@@ -119,5 +126,7 @@ std::string LayerSummary(const std::string& file, int type, int result, const TM
         out += "Extents:  west " + FormatFixed(r.dWest, 6) + ", south " + FormatFixed(r.dSouth, 6) + ", east " +
                FormatFixed(r.dEast, 6) + ", north " + FormatFixed(r.dNorth, 6) + "\n";
     }
+    for (const TToolExtension& ext : ToolExtensions())
+        if (ext.describeLayerText) ext.describeLayerText(out, layer);
     return out;
 }

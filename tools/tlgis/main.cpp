@@ -5,6 +5,7 @@
 #include <string>
 
 #include "commands.h"
+#include "extensions.h"
 #include "options.h"
 #include "session.h"
 
@@ -32,9 +33,17 @@ const char* const kConvertHelp =
     "format that OUT's extension selects.\n";
 
 int Help(const TToolOptions& options) {
-    if (!options.positional.empty() && options.positional[0] == "convert")
+    if (!options.positional.empty() && options.positional[0] == "convert") {
         std::fputs(kConvertHelp, stdout);
-    else
+        bool any = false;
+        for (const TToolExtension& ext : ToolExtensions()) {
+            for (const std::string& line : ext.convertHelp) {
+                if (!any) std::fputs("\nOptions:\n", stdout);
+                any = true;
+                std::printf("  %s\n", line.c_str());
+            }
+        }
+    } else
         std::fputs(kUsage, stdout);
     return 0;
 }

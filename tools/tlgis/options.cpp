@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "extensions.h"
+
 bool TToolOptions::Has(const std::string& flag) const {
     return std::find(flags.begin(), flags.end(), flag) != flags.end();
 }
@@ -13,11 +15,12 @@ std::string TToolOptions::Get(const std::string& name, const std::string& fallba
 }
 
 bool OptionTakesValue(const std::string& name) {
-    static const std::set<std::string> withValue = {
-        "projected", "config", "lang", "job-version", "reduction", "decimation-m", "spray",
-        "spray-format", "nonspray-format", "company", "source", "spray-only", "mid-delimiter",
-        "mid-spray-channels", "width", "o"};
-    return withValue.count(name) != 0;
+    static const std::set<std::string> common = {"projected", "config", "lang", "width", "o"};
+    if (common.count(name) != 0) return true;
+    for (const TToolExtension& ext : ToolExtensions())
+        for (const std::string& v : ext.valueOptions)
+            if (v == name) return true;
+    return false;
 }
 
 bool ParseToolOptions(int argc, char** argv, TToolOptions& out, std::string& error) {
