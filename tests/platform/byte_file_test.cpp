@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
 #include <vector>
 
@@ -88,29 +87,6 @@ TEST(ByteFileWrite, ReadBackThenWriteOn) {
     EXPECT_EQ(ReadBytes(file, 20), "01234XYZ89");
     ASSERT_TRUE(file.Close());
     EXPECT_EQ(ReadFileBytes(path), "01234XYZ89");
-}
-
-TEST(ByteFileOpen, FailuresSayWhy) {
-    TTempDir dir;
-    struct TCase {
-        const char* name;
-        std::string path;
-        TByteFile::OpenMode mode;
-        int error;
-    };
-    const std::vector<TCase> cases = {
-        {"directory for reading", dir.Path(), TByteFile::modeRead, EISDIR},
-        {"directory for writing", dir.Path(), TByteFile::modeCreate, EISDIR},
-        {"missing file", dir.File("missing.bin"), TByteFile::modeRead, ENOENT},
-        {"missing folder for writing", dir.File("no/such.bin"), TByteFile::modeCreate, ENOENT},
-    };
-    for (const TCase& c : cases) {
-        TByteFile file;
-        EXPECT_FALSE(file.Open(c.path.c_str(), c.mode)) << c.name;
-        EXPECT_FALSE(file.IsOpen()) << c.name;
-        EXPECT_EQ(file.GetOpenError(), c.error) << c.name;
-        EXPECT_EQ(file.GetPosition(), 0) << c.name;
-    }
 }
 
 TEST(ByteFileStatus, SizeByName) {

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
 #include <vector>
 
@@ -306,30 +305,6 @@ TEST(TextFileBuffer, LineEndAcrossTheRefill) {
         }
         EXPECT_EQ(viewLines, fillerLines + 2);
     }
-}
-
-TEST(TextFileOpen, FailuresSayWhy) {
-    TTempDir dir;
-    struct TCase {
-        const char* name;
-        std::string path;
-        TTextFile::OpenMode mode;
-        int error;
-    };
-    const std::vector<TCase> cases = {
-        {"directory for reading", dir.Path(), TTextFile::modeRead, EISDIR},
-        {"directory for writing", dir.Path(), TTextFile::modeCreate, EISDIR},
-        {"missing file", dir.File("missing.txt"), TTextFile::modeRead, ENOENT},
-        {"missing folder for writing", dir.File("no/such.txt"), TTextFile::modeCreate, ENOENT},
-    };
-    for (const TCase& c : cases) {
-        TTextFile file;
-        EXPECT_FALSE(file.Open(c.path.c_str(), c.mode)) << c.name;
-        EXPECT_FALSE(file.IsOpen()) << c.name;
-        EXPECT_EQ(file.GetOpenError(), c.error) << c.name;
-    }
-    TTextFile file;
-    EXPECT_FALSE(file.Open(nullptr, TTextFile::modeRead));
 }
 
 TEST(TextFileWrite, LineFeedsBecomeCrLf) {
