@@ -102,25 +102,4 @@ TEST(GisMap, UnknownExtensionIsUnavailable) {
     }
 }
 
-TEST(GisMap, FlagsAreCopied) {
-    TGisMap a;
-    EXPECT_FALSE(a.m_bWriteBoundaries);
-    EXPECT_FALSE(a.m_bReserved);
-    a.m_bWriteBoundaries = true;
-    a.m_bReserved = true;
-    const TGisMap b(a);
-    TGisMap c;
-    c = a;
-    EXPECT_TRUE(b.m_bWriteBoundaries && b.m_bReserved);
-    EXPECT_TRUE(c.m_bWriteBoundaries && c.m_bReserved);
-}
-
-TEST(GisMap, TypeNames) {
-    const std::vector<std::pair<TLGIS_FILE_TYPE, std::string>> cases = {
-        {GIS_FILE_NONE, "none"}, {GIS_FILE_JOB, "JOB"},        {GIS_FILE_PMH, "PMH"},
-        {GIS_FILE_DXF, "DXF"},   {GIS_FILE_MIDMIF, "MID/MIF"}, {GIS_FILE_SHP, "SHP"}};
-    for (const auto& [type, name] : cases) EXPECT_EQ(TGisMap::GetTypeName(type), name) << type;
-    EXPECT_STREQ(TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(99)), "none");
-}
-
 }  // namespace
