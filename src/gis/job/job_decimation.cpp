@@ -23,10 +23,58 @@ struct TFarthest {
     double distance;
 };
 
-TFarthest FindFarthest(const tagLOC* points, int first, int last) {
+// Longitudes scaled by the cosine of their own latitude, worked out once per vertex.
+std::vector<double> ScaledLongitudes(const tagLOC* points, int first, int last) {
+    std::vector<double> x(static_cast<std::size_t>(last - first + 1));
+    for (int i = first; i <= last; ++i)
+        x[static_cast<std::size_t>(i - first)] =
+            std::cos(points[i].dLat * kDegreesToRadians) * points[i].dLon;
+    return x;
+}
+
+// The distance of DistanceToLine with the scaled longitudes given, so that a split measures all
+// its vertices without working out cosines again; the arithmetic is the same, and so are the
+// results.
+class TLineDistance {
+public:
+    TLineDistance(double x1, double lat1, double x2, double lat2) : m_x1(x1), m_lat1(lat1) {
+        if (x1 == x2) {
+            m_eCase = AcrossX;
+        } else if (lat1 == lat2) {
+            m_eCase = AcrossLat;
+        } else {
+            m_eCase = Slanted;
+            m_m = (lat2 - lat1) / (x2 - x1);
+            m_b = lat1 - m_m * x1;
+        }
+    }
+    double operator()(double x, double lat) const {
+        switch (m_eCase) {
+            case AcrossX:
+                return std::fabs(x - m_x1);
+            case AcrossLat:
+                return std::fabs(lat - m_lat1);
+            default: {
+                const double xf = (x / m_m + lat - m_b) / (1.0 / m_m + m_m);
+                const double dx = x - xf;
+                const double dy = lat - (m_m * xf + m_b);
+                return std::sqrt(dx * dx + dy * dy);
+            }
+        }
+    }
+
+private:
+    enum { AcrossX, AcrossLat, Slanted } m_eCase;
+    double m_x1, m_lat1, m_m = 0.0, m_b = 0.0;
+};
+
+// x holds the scaled longitudes of points from index base on.
+TFarthest FindFarthest(const tagLOC* points, const std::vector<double>& x, int base, int first, int last) {
+    auto at = [&](int i) { return x[static_cast<std::size_t>(i - base)]; };
+    const TLineDistance distance(at(first), points[first].dLat, at(last), points[last].dLat);
     TFarthest best{first + 1, -1.0};
     for (int i = first + 1; i < last; ++i) {
-        const double d = DistanceToLine(points[first], points[last], points[i]);
+        const double d = distance(at(i), points[i].dLat);
         if (d > best.distance) best = {i, d};
     }
     return best;
@@ -37,26 +85,21 @@ double DistanceToLine(const tagLOC& p1, const tagLOC& p2, const tagLOC& p) {
     const double x1 = std::cos(p1.dLat * kDegreesToRadians) * p1.dLon;
     const double x2 = std::cos(p2.dLat * kDegreesToRadians) * p2.dLon;
     const double x = std::cos(p.dLat * kDegreesToRadians) * p.dLon;
-    if (x1 == x2) return std::fabs(x - x1);
-    if (p1.dLat == p2.dLat) return std::fabs(p.dLat - p1.dLat);
-    const double m = (p2.dLat - p1.dLat) / (x2 - x1);
-    const double b = p1.dLat - m * x1;
-    const double xf = (x / m + p.dLat - b) / (1.0 / m + m);
-    const double dx = x - xf;
-    const double dy = p.dLat - (m * xf + b);
-    return std::sqrt(dx * dx + dy * dy);
+    return TLineDistance(x1, p1.dLat, x2, p2.dLat)(x, p.dLat);
 }
 
 void MarkDouglasPeucker(const tagLOC* points, std::uint8_t* marks, int first, int last, double tolerance) {
     if (points == nullptr || marks == nullptr) return;
+    if (last - first < 2) return;
     std::vector<TSplit> work;
     try {
+        const std::vector<double> x = ScaledLongitudes(points, first, last);
         work.push_back({first, last});
         while (!work.empty()) {
             const TSplit split = work.back();
             work.pop_back();
             if (split.last - split.first < 2) continue;
-            const TFarthest far = FindFarthest(points, split.first, split.last);
+            const TFarthest far = FindFarthest(points, x, first, split.first, split.last);
             if (far.distance >= tolerance) {
                 // The second half is pushed first so that the first half is taken next.
                 work.push_back({far.index, split.last});
@@ -95,6 +138,7 @@ int ReduceBelowVertexLimit(tagLOC* points, int count, int limit) {
             double reach;
         };
         std::vector<TNode> work;
+        const std::vector<double> x = ScaledLongitudes(points, 0, count - 1);
         reaches.reserve(static_cast<std::size_t>(count));
         work.push_back({{0, count - 1}, HUGE_VAL});
         // Splits that no pass from t = 2 on follows need not be looked into.
@@ -103,7 +147,7 @@ int ReduceBelowVertexLimit(tagLOC* points, int count, int limit) {
             const TNode node = work.back();
             work.pop_back();
             if (node.split.last - node.split.first < 2) continue;
-            const TFarthest far = FindFarthest(points, node.split.first, node.split.last);
+            const TFarthest far = FindFarthest(points, x, 0, node.split.first, node.split.last);
             if (!(far.distance >= smallest)) continue;
             const double reach = std::min(node.reach, far.distance);
             reaches.push_back(reach);
