@@ -49,7 +49,10 @@ void AppendColorLine(std::string& out, const TFeatureLine& line) {
     out += '\n';
 }
 
-void AppendLineHeader(std::string& out, int number, const std::string& id, const char* keyword) {
+// The record line and keyword line of a ".POL" record, with room for its vertex lines.
+std::string StartLineRecord(int number, const std::string& id, const char* keyword, int count) {
+    std::string out;
+    out.reserve(64 + static_cast<std::size_t>(count > 0 ? count : 0) * 26);
     out += ".POL ";
     AppendInt(out, number);
     out += ' ';
@@ -57,6 +60,7 @@ void AppendLineHeader(std::string& out, int number, const std::string& id, const
     out += "\n\t";
     out += keyword;
     out += '\n';
+    return out;
 }
 }  // namespace
 
@@ -72,9 +76,7 @@ void TGisFileJob::WriteOnePolygon(int number, int count, const TFeatureLine* lin
                                   TTextFile& file) {
     const std::unique_ptr<tagLOC[]> owned(vertices);
     if (line == nullptr) return;
-    std::string out;
-    out.reserve(64 + static_cast<std::size_t>(count > 0 ? count : 0) * 26);
-    AppendLineHeader(out, number, line->m_strId, BoundKeyword(line->m_iBoundType));
+    std::string out = StartLineRecord(number, line->m_strId, BoundKeyword(line->m_iBoundType), count);
     AppendColorLine(out, *line);
     if (vertices != nullptr && count > 0) {
         if (line->m_iBoundType != BOUNDARY_OPEN) {
@@ -98,9 +100,7 @@ void TGisFileJob::WriteOnePolyline(int number, int count, const TFeatureLine* li
                                    TTextFile& file) {
     const std::unique_ptr<tagLOC[]> owned(vertices);
     if (line == nullptr) return;
-    std::string out;
-    out.reserve(64 + static_cast<std::size_t>(count > 0 ? count : 0) * 26);
-    AppendLineHeader(out, number, line->m_strId, "OPEN");
+    std::string out = StartLineRecord(number, line->m_strId, "OPEN", count);
     if (vertices != nullptr)
         for (int i = 0; i < count; ++i) AppendJobCoordinateLine(out, vertices[i]);
     file.WriteString(out);
