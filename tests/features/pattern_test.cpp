@@ -137,30 +137,6 @@ TEST(Pattern, HitTestOnTheAbSegment) {
     }
 }
 
-TEST(Pattern, CloneCopiesEverything) {
-    TFeaturePattern p = MakePattern(SQUEEZE, {{'A', kA}, {'B', kB}, {'Q', {45.2, -93.1}}});
-    p.m_strId = "12";
-    p.m_iDirection = RIGHT;
-    p.m_dOffset = 3.0;
-    p.m_dFieldWidth = 99.0;
-    p.m_iAbLines = 9;
-    p.m_aPoint[16].m_strName = "FARM-12Q";
-    std::unique_ptr<TMapElement> copy(p.Clone());
-    auto* clone = dynamic_cast<TFeaturePattern*>(copy.get());
-    ASSERT_NE(clone, nullptr);
-    EXPECT_EQ(clone->m_strId, "12");
-    EXPECT_EQ(clone->m_iKind, SQUEEZE);
-    EXPECT_EQ(clone->m_iDirection, RIGHT);
-    EXPECT_EQ(clone->m_dOffset, 3.0);
-    EXPECT_EQ(clone->m_dFieldWidth, 99.0);
-    EXPECT_EQ(clone->m_iAbLines, 9);
-    EXPECT_EQ(clone->m_aPoint[16].m_strName, "FARM-12Q");
-    EXPECT_EQ(clone->m_aPoint[16].m_Loc.dLat, 45.2);
-    EXPECT_EQ(clone->m_dwType, ELEMENT_PATTERN);
-    clone->m_aPoint[0].m_Loc.dLat = 1.0;
-    EXPECT_EQ(p.m_aPoint[0].m_Loc.dLat, 45.0) << "the clone owns its own points";
-}
-
 TEST(Pattern, ClipSegment) {
     const TRectLP rect{-100, 100, 100, -100};
     struct TCase {

@@ -371,22 +371,4 @@ TEST(JobReader, VertexMemoryRunningOutKeepsWhatWasRead) {
     }
 }
 
-TEST(JobReader, ProgressAndLayerValue) {
-    // A file over 100 bytes reports its position in hundredths; the value of the last
-    // boundary stays on the layer.
-    std::string text = ".JOB 1 A\n.POL 1 a\n\tINC 3\n";
-    for (int i = 0; i < 50; ++i) text += "\t45.5 -93." + std::to_string(100 + i) + "\n";
-    static std::vector<int> reported;
-    reported.clear();
-    TTempDir dir;
-    WriteFileBytes(dir.File("p.job"), text);
-    TMapLayer layer;
-    TGisFileJob job;
-    ASSERT_EQ(job.LoadFile(dir.File("p.job").c_str(), &layer, [](int v) { reported.push_back(v); }),
-              GISFILE_OK);
-    ASSERT_FALSE(reported.empty());
-    EXPECT_GE(reported.back(), 100);
-    EXPECT_LE(reported.back(), 110);
-    EXPECT_DOUBLE_EQ(layer.m_dValue, 3.0);
-}
 }  // namespace

@@ -221,25 +221,4 @@ TEST(JobReduction, LinesNoToleranceCanFitAreLeftOut) {
     EXPECT_EQ(out.vertices, 10);
 }
 
-TEST(JobReduction, OptionTwoDecimatesByTheTolerance) {
-    TTestLanguage language;
-    struct TCase {
-        double toleranceM;
-        bool fewer;
-    };
-    const TCase cases[] = {{0.0, false}, {0.1, false}, {2.0, true}, {50.0, true}};
-    for (const TCase& c : cases) {
-        TMapLayer layer;
-        const std::vector<tagLOC> line = WavyLine(45.2, -93.1, 400, 5);
-        AddLine(layer, ELEMENT_LINE_GENERIC, BOUNDARY_OPEN, line);
-        const TWriteOutcome out = WriteWithOption(2, c.toleranceM, layer);
-        std::vector<tagLOC> expected = line;
-        const int expectedCount =
-            DecimateLocArray(expected.data(), 400, c.toleranceM * JOB_DEGREES_PER_METRE);
-        EXPECT_EQ(out.vertices, expectedCount) << c.toleranceM;
-        EXPECT_EQ(CountVertexLines(out.bytes), expectedCount) << c.toleranceM;
-        EXPECT_EQ(expectedCount < 400, c.fewer) << c.toleranceM;
-        EXPECT_TRUE(out.shown.empty()) << c.toleranceM;
-    }
-}
 }  // namespace
