@@ -1,11 +1,18 @@
 #include "gis/format_table.h"
 
 #include <iterator>
+#include <new>
+
+#include "gis/job/job_file.h"
 
 namespace {
+TGisFile* CreateJobFile() {
+    return new (std::nothrow) TGisFileJob;
+}
+
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
-    {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
+    {GIS_FILE_JOB, "JOB", "JOB", &CreateJobFile, &CreateJobFile, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
@@ -19,5 +26,9 @@ const TGisFormat* FindGisFormat(int type) {
     return nullptr;
 }
 
-const TGisFormat* GisFormatsBegin() { return std::begin(kFormats); }
-const TGisFormat* GisFormatsEnd() { return std::end(kFormats); }
+const TGisFormat* GisFormatsBegin() {
+    return std::begin(kFormats);
+}
+const TGisFormat* GisFormatsEnd() {
+    return std::end(kFormats);
+}
