@@ -1,15 +1,22 @@
 #include "gis/format_table.h"
 
 #include <iterator>
+#include <new>
+
+#include "gis/shp/gis_file_shp.h"
 
 namespace {
+TGisFile* CreateShpReader() {
+    return new (std::nothrow) TGisFileShp;
+}
+
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
-    {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", &CreateShpReader, nullptr, nullptr},
 };
 }  // namespace
 
@@ -19,5 +26,9 @@ const TGisFormat* FindGisFormat(int type) {
     return nullptr;
 }
 
-const TGisFormat* GisFormatsBegin() { return std::begin(kFormats); }
-const TGisFormat* GisFormatsEnd() { return std::end(kFormats); }
+const TGisFormat* GisFormatsBegin() {
+    return std::begin(kFormats);
+}
+const TGisFormat* GisFormatsEnd() {
+    return std::end(kFormats);
+}
