@@ -287,7 +287,7 @@ bool ParseSample(TRowParser& p, const std::vector<int>& columnOf, const std::vec
         return false;
     const std::string_view offset = field(COL_OFFSET);
     if (EqualsNoCase(offset, "R") || EqualsNoCase(offset, "L"))
-        rec.strOffset = EqualsNoCase(offset, "R") ? "R" : "L";
+        rec.strOffset.assign(1, EqualsNoCase(offset, "R") ? 'R' : 'L');
     else if (!offset.empty())
         return p.Fail(COL_OFFSET, offset, "is not R or L");
 

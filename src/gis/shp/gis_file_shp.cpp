@@ -151,7 +151,11 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
     for (int p = 0; p < parts; ++p) {
         const int start = record.GetPartStart(p);
         const int count = record.GetPartEnd(p) - start;
-        if (!AllocateLocArray(count + 1)) return GISFILE_ERR_DATA;
+        // One vertex array serves every part: it is replaced only when a part needs more room,
+        // so a file of many small rings costs no allocation per ring.
+        if (m_pLocs == nullptr || m_iLocArraySize < count + 1) {
+            if (!AllocateLocArray(count + 1)) return GISFILE_ERR_DATA;
+        }
         record.CopyPoints(start, count, m_pLocs);
         for (int i = 0; i < count; ++i) {
             const tagLOC& loc = m_pLocs[i];
@@ -159,7 +163,6 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
             if (lastClass == COORD_PROJECTED &&
                 PromptProjectedCoordinate(polygon ? kPolygonSource : m_strLineSource.c_str(), loc.dLat,
                                           loc.dLon) == IDYES) {
-                ReleaseLocArray();
                 return GISFILE_ERR_CANCELLED;
             }
         }
@@ -175,7 +178,6 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
         }
         AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count, m_pLocs,
                         name.c_str(), false, COLOR_NONE, false, false, false);
-        ReleaseLocArray();
     }
     return lastClass;
 }
