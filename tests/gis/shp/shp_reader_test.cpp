@@ -283,3 +283,30 @@ TEST(ShpReader, MissingFileCannotBeOpened) {
     EXPECT_EQ(TGisMap().LoadFile(dir.File("none.shp").c_str(), &layer, nullptr), 6002);
 }
 }  // namespace
+
+namespace {
+// Every single-byte corruption of a small file ends in a result code, never a crash or an
+// out-of-bounds read (the sanitizer build checks the latter).
+TEST(ShpReader, SingleByteCorruptionsGiveResultCodes) {
+    const std::string original = MixedRecords(false);
+    TTempDir dir;
+    const std::string path = dir.File("c.shp");
+    EnsureLibraryStarted();
+    TScriptedMessages messages;  // answers Yes: projected data stops at once
+    int loads = 0;
+    for (std::size_t at = 0; at < original.size(); ++at) {
+        for (unsigned char value : {0x00, 0x7F, 0x80, 0xFF}) {
+            std::string bytes = original;
+            bytes[at] = static_cast<char>(value);
+            WriteFileBytes(path, bytes);
+            TMapLayer layer;
+            const int result = TGisMap().LoadFile(path.c_str(), &layer, nullptr);
+            const bool known = result == 0 || result == 1 || result == 2 || result == 6002 ||
+                               result == 6003 || result == 6080;
+            EXPECT_TRUE(known) << "byte " << at << " = " << int(value) << " gives " << result;
+            ++loads;
+        }
+    }
+    EXPECT_EQ(loads, static_cast<int>(original.size()) * 4);
+}
+}  // namespace
