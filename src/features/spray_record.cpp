@@ -49,20 +49,13 @@ void AppendPadded(std::string& out, int value, int width) {
 
 std::string FormatSprayTime(const tagSPRAYREC& rec) {
     const TSprayTime t = UnpackSprayTime(rec);
+    const int values[] = {t.iYear, t.iMonth, t.iDay, t.iHour, t.iMinute, t.iSecond, t.iHundredths};
+    const char separators[] = "--T::.";  // after each value but the last
     std::string out;
-    AppendPadded(out, t.iYear, 4);
-    out += '-';
-    AppendPadded(out, t.iMonth, 2);
-    out += '-';
-    AppendPadded(out, t.iDay, 2);
-    out += 'T';
-    AppendPadded(out, t.iHour, 2);
-    out += ':';
-    AppendPadded(out, t.iMinute, 2);
-    out += ':';
-    AppendPadded(out, t.iSecond, 2);
-    out += '.';
-    AppendPadded(out, t.iHundredths, 2);
+    for (int i = 0; i < 7; ++i) {
+        AppendPadded(out, values[i], i == 0 ? 4 : 2);
+        if (i < 6) out += separators[i];
+    }
     return out;
 }
 
