@@ -167,20 +167,6 @@ TEST(FlightCsv, BadInputNamesLineAndColumn) {
     }
 }
 
-TEST(FlightCsv, LongValuesAreShortenedInMessages) {
-    const TFlightImport got =
-        Read(Row("1,2024-06-01T14:03:11," + std::string(500, '9') + "z,-93.25,0,40,1,20"));
-    EXPECT_EQ(got.iResult, GISFILE_ERR_DATA);
-    EXPECT_LT(got.strError.size(), 200u) << got.strError;
-}
-
-TEST(FlightCsv, MissingFileCannotBeOpened) {
-    TTempDir dir;
-    const TFlightImport got = ReadFlightCsvFile(dir.File("none.csv").c_str());
-    EXPECT_EQ(got.iResult, GISFILE_ERR_OPEN);
-    EXPECT_NE(got.strError.find("none.csv"), std::string::npos);
-}
-
 TEST(FlightCsv, OverlongLineInAFileStopsWithoutReadingItAll) {
     // A 3 MB line stands for a gigabyte one: the reader gives up after the first 64 KiB piece.
     TTempDir dir;

@@ -167,19 +167,6 @@ TEST(SprayStats, LastCountedSampleGivesHeightAndCrew) {
     EXPECT_EQ(spray->m_strPilot, "PilotA2");
 }
 
-TEST(SprayElement, DefaultStateAndKind) {
-    TFeatureSpray spray;
-    EXPECT_EQ(spray.m_dwType, 0x0C000000u);
-    EXPECT_NE(spray.m_dwFlags & 0x2000u, 0u);
-    EXPECT_EQ(spray.m_iRateUnits, 4);
-    EXPECT_EQ(spray.m_iNumRecs, 0);
-    EXPECT_EQ(spray.m_iStepAlloc, 1000);
-    EXPECT_EQ(spray.m_iRateAlloc, 10);
-    EXPECT_TRUE(spray.m_rcExtents.dWest == 0 && spray.m_rcExtents.dEast == 0 &&
-                spray.m_rcExtents.dNorth == 0 && spray.m_rcExtents.dSouth == 0);
-    EXPECT_FALSE(spray.IsIn(tagLOCRECT{-180, 90, 180, -90}));
-}
-
 TEST(SprayElement, CloneIsIndependent) {
     for (int n : {0, 3}) {
         auto spray = MakeRun(n);
@@ -195,7 +182,8 @@ TEST(SprayElement, CloneIsIndependent) {
         EXPECT_EQ(copy->m_iNumRecs, n);
         EXPECT_EQ(copy->m_pRecs == nullptr, n == 0) << n << " samples";
         EXPECT_EQ(copy->m_strId, "run");
-        EXPECT_EQ(copy->m_dwType, spray->m_dwType);
+        EXPECT_EQ(copy->m_dwType, 0x0C000000u) << "writers know spray runs by this kind";
+        EXPECT_NE(copy->m_dwFlags & 0x2000u, 0u);
         EXPECT_EQ(copy->m_dTotalArea, spray->m_dTotalArea);
         EXPECT_EQ(copy->m_iStepCount, 0) << "statistics arrays are not copied";
         for (int i = 0; i < n; ++i) {
@@ -225,6 +213,8 @@ TEST(SprayElement, ExtentsCoverSwathEndsOnly) {
     EXPECT_EQ(r.dWest, west);
     EXPECT_EQ(r.dEast, east);
     EXPECT_EQ(r.dNorth, std::max(spray->m_pRecs[2].locSwathA.dLat, spray->m_pRecs[2].locSwathB.dLat));
+
+    EXPECT_FALSE(spray->IsIn(r)) << "a spray run is never picked by a rectangle";
 
     spray->SetIncludeInExtents(false);
     spray->CalculateGeoExtents();

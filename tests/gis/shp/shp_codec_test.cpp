@@ -44,19 +44,6 @@ TEST(ByteOrder, ReadsAndWritesKnownBytes) {
     EXPECT_EQ(out[1], 1);
 }
 
-TEST(ShpCodec, DecodesTheFileHeader) {
-    const std::string file = TShpBytes().Record(1, PointContent(1, 2)).Bytes(9994, 1);
-    const TShpHeader h = DecodeShpHeader(Bytes(file));
-    EXPECT_EQ(h.iFileCode, 9994);
-    EXPECT_EQ(h.iFileLengthWords, 64);  // 100 + 8 + 20 bytes
-    EXPECT_EQ(h.iVersion, 1000);
-    EXPECT_EQ(h.iShapeType, 1);
-    EXPECT_EQ(h.rcExtents.dWest, -93.3);
-    EXPECT_EQ(h.rcExtents.dSouth, 45.4);
-    EXPECT_EQ(h.rcExtents.dEast, -93.2);
-    EXPECT_EQ(h.rcExtents.dNorth, 45.6);
-}
-
 TEST(ShpCodec, RecordHeaderOrderFromTheFirstRecord) {
     struct TCase {
         bool bLittle;

@@ -277,11 +277,6 @@ TEST(ShpReader, RecognisesItsExtension) {
     EXPECT_TRUE(TGisMap::CanLoad(GIS_FILE_SHP));
 }
 
-TEST(ShpReader, MissingFileCannotBeOpened) {
-    TTempDir dir;
-    TMapLayer layer;
-    EXPECT_EQ(TGisMap().LoadFile(dir.File("none.shp").c_str(), &layer, nullptr), 6002);
-}
 }  // namespace
 
 namespace {
