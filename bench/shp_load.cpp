@@ -12,6 +12,7 @@
 #include <unistd.h>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -104,6 +105,6 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    std::remove(ShapefilePath().c_str());
+    if (std::getenv("TL_GIS_BENCH_KEEP") == nullptr) std::remove(ShapefilePath().c_str());
     return 0;
 }
