@@ -4,10 +4,14 @@
 #include <new>
 
 #include "gis/job/job_file.h"
+#include "gis/shp/gis_file_shp.h"
 
 namespace {
 TGisFile* CreateJobFile() {
     return new (std::nothrow) TGisFileJob;
+}
+TGisFile* CreateShpReader() {
+    return new (std::nothrow) TGisFileShp;
 }
 
 // Adding a format: include its header and fill in its row.
@@ -16,7 +20,7 @@ const TGisFormat kFormats[] = {
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
-    {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", &CreateShpReader, nullptr, nullptr},
 };
 }  // namespace
 
