@@ -7,6 +7,7 @@
 #include "gis/numbers.h"
 #include "hostmap/map_image.h"
 #include "layer_loading.h"
+#include "layer_render.h"
 #include "session.h"
 
 namespace {
@@ -48,7 +49,8 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.LineTo({start.x, start.y + tick});
     dc.MoveTo({end.x, end.y - tick});
     dc.LineTo({end.x, end.y + tick});
-    const std::string label = barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
+    const std::string label =
+        barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
     dc.TextOut({start.x, start.y + tick * 2}, label);
 
     // North arrow in the top right corner.
@@ -61,6 +63,22 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.SelectPen(oldPen);
 }
 }  // namespace
+
+bool RenderLayerSvg(const TMapLayer& layer, const std::string& out, const std::string& title, int widthPx) {
+    TMapImage image(ViewOf(layer), widthPx);
+    // Areas first, then lines, then point symbols on top, so nothing hides a marker.
+    for (int pass = 0; pass < 3; ++pass) {
+        for (const TMapElement* e : layer.m_Elements) {
+            const std::uint32_t kind = e->GetKind();
+            const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
+                              : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)               ? 0
+                                                                                             : 1;
+            if (order == pass) e->Draw(image);
+        }
+    }
+    DrawScaleBarAndNorthArrow(image);
+    return image.WriteSvg(out.c_str(), title);
+}
 
 int RunRender(const TToolOptions& options) {
     if (options.positional.size() != 2) {
@@ -80,20 +98,7 @@ int RunRender(const TToolOptions& options) {
     if (loaded.iResult != 0) return 1;
     if (!AugmentLayer(layer, options)) return 1;
     layer.CalculateGeoExtents();
-
-    TMapImage image(ViewOf(layer), width);
-    // Areas first, then lines, then point symbols on top, so nothing hides a marker.
-    for (int pass = 0; pass < 3; ++pass) {
-        for (const TMapElement* e : layer.m_Elements) {
-            const std::uint32_t kind = e->GetKind();
-            const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
-                              : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)             ? 0
-                                                                                                         : 1;
-            if (order == pass) e->Draw(image);
-        }
-    }
-    DrawScaleBarAndNorthArrow(image);
-    if (!image.WriteSvg(out.c_str(), in)) {
+    if (!RenderLayerSvg(layer, out, in, width)) {
         PrintError("cannot write " + out);
         return 1;
     }
