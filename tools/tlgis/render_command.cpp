@@ -4,6 +4,7 @@
 #include <string>
 
 #include "commands.h"
+#include "features/feature_spray.h"
 #include "gis/numbers.h"
 #include "hostmap/map_image.h"
 #include "layer_loading.h"
@@ -62,6 +63,27 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.SelectBrush(oldBrush);
     dc.SelectPen(oldPen);
 }
+// A spray run as its swath strips, one quadrilateral per pair of samples: green where the boom
+// was on at the later sample, grey where it was off, under the flown track.
+void DrawSpray(TMapImage& image, const TFeatureSpray& spray) {
+    if (spray.m_pRecs == nullptr || spray.m_iNumRecs < 1) return;
+    TDeviceContext& dc = image.GetDC();
+    const TPen oldPen = dc.SelectPen({PS_NULL, 0, 0});
+    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0});
+    for (int i = 1; i < spray.m_iNumRecs; ++i) {
+        const tagSPRAYREC& a = spray.m_pRecs[i - 1];
+        const tagSPRAYREC& b = spray.m_pRecs[i];
+        dc.SelectBrush({BS_SOLID, b.bySpray != 0 ? 0x60D060u : 0xD8D8D8u});
+        const TPointLP strip[4] = {image.Loc2LP(a.locSwathA), image.Loc2LP(b.locSwathA),
+                                   image.Loc2LP(b.locSwathB), image.Loc2LP(a.locSwathB)};
+        dc.Polygon(strip, 4);
+    }
+    dc.SelectPen({PS_SOLID, 0, 0x404040});
+    dc.MoveTo(image.Loc2LP(spray.m_pRecs[0].locPos));
+    for (int i = 1; i < spray.m_iNumRecs; ++i) dc.LineTo(image.Loc2LP(spray.m_pRecs[i].locPos));
+    dc.SelectBrush(oldBrush);
+    dc.SelectPen(oldPen);
+}
 }  // namespace
 
 bool RenderLayerSvg(const TMapLayer& layer, const std::string& out, const std::string& title, int widthPx) {
@@ -73,7 +95,11 @@ bool RenderLayerSvg(const TMapLayer& layer, const std::string& out, const std::s
             const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
                               : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)               ? 0
                                                                                              : 1;
-            if (order == pass) e->Draw(image);
+            if (order != pass) continue;
+            if (const auto* spray = dynamic_cast<const TFeatureSpray*>(e))
+                DrawSpray(image, *spray);
+            else
+                e->Draw(image);
         }
     }
     DrawScaleBarAndNorthArrow(image);
