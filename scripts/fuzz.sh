@@ -35,14 +35,7 @@ if ! can_link_fuzzer; then
   need+=(libclang-rt-14-dev)
 fi
 if [ ${#need[@]} -gt 0 ]; then
-  if [ "$(id -u)" -ne 0 ]; then
-    echo "fuzz: missing ${need[*]}; run as root to install them" >&2
-    exit 1
-  fi
-  echo "fuzz: installing ${need[*]}" >&2
-  export DEBIAN_FRONTEND=noninteractive
-  apt-get update -qq >/dev/null
-  apt-get install -y -qq --no-install-recommends "${need[@]}" >/dev/null
+  "$root/scripts/apt-install.sh" fuzz "${need[@]}"
   can_link_fuzzer || { echo "fuzz: clang still cannot link a libFuzzer program" >&2; exit 1; }
 fi
 
