@@ -14,7 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (reader.LoadFile(path.c_str(), &layer, nullptr) != GISFILE_OK || layer.GetElementCount() == 0)
         return 0;
 
-    const std::string copy = tl_fuzz::ScratchFolder() + "/copy.job";
+    // The writer takes the job number from the name; the default header version wants 1 to 999.
+    const std::string copy = tl_fuzz::ScratchFolder() + "/12.job";
     TGisFileJob writer;
     if (writer.WriteFile(copy.c_str(), &layer) != GISFILE_OK) return 0;
     TMapLayer back;
