@@ -46,7 +46,9 @@ ninja -C "$build" -j2 fuzz_targets
 only=${TL_GIS_FUZZ_TARGETS:-}
 findings=()
 mkdir -p "$build/findings"
-while read -r name max_len; do
+mapfile -t targets <"$build/fuzz/fuzz_targets.txt"
+for line in "${targets[@]}"; do
+  read -r name max_len <<<"$line"
   [ -n "$name" ] || continue
   if [ -n "$only" ] && [[ " $only " != *" $name "* ]]; then
     continue
@@ -70,7 +72,7 @@ while read -r name max_len; do
     grep -E "^(==[0-9]+==ERROR|SUMMARY|.*runtime error)" "$log" | head -5 >&2 || true
     findings+=("$name: ${input:-$log}")
   fi
-done <"$build/fuzz/fuzz_targets.txt"
+done
 
 if [ ${#findings[@]} -gt 0 ]; then
   echo "fuzz: ${#findings[@]} finding(s):" >&2
