@@ -1,7 +1,22 @@
 #include "gis/text_format.h"
 
+#include <cmath>
 #include <cstdio>
+#include <limits>
 #include <vector>
+
+namespace {
+
+// A real given to an integer conversion: its integer part, held to the range of long long
+// (NaN gives 0), since a value outside it has no integer form to convert to.
+long long RealAsInteger(double v) {
+    if (std::isnan(v)) return 0;
+    if (v >= 9223372036854775807.0) return std::numeric_limits<long long>::max();
+    if (v <= -9223372036854775808.0) return std::numeric_limits<long long>::min();
+    return static_cast<long long>(v);
+}
+
+}  // namespace
 
 std::string FormatText(std::string_view format, std::initializer_list<TTextArg> args) {
     const std::vector<TTextArg> list(args);
@@ -61,7 +76,7 @@ std::string FormatText(std::string_view format, std::initializer_list<TTextArg> 
             case 'd':
             case 'i': {
                 const long long v = arg->m_kind == TTextArg::Integer ? arg->m_i
-                                    : arg->m_kind == TTextArg::Real  ? static_cast<long long>(arg->m_d)
+                                    : arg->m_kind == TTextArg::Real  ? RealAsInteger(arg->m_d)
                                                                      : 0;
                 n = std::snprintf(buf, sizeof buf, (spec + "lld").c_str(), v);
                 break;
@@ -71,7 +86,7 @@ std::string FormatText(std::string_view format, std::initializer_list<TTextArg> 
             case 'X':
             case 'o': {
                 const unsigned long long v = arg->m_kind == TTextArg::Integer ? static_cast<unsigned long long>(arg->m_i)
-                                             : arg->m_kind == TTextArg::Real  ? static_cast<unsigned long long>(arg->m_d)
+                                             : arg->m_kind == TTextArg::Real  ? static_cast<unsigned long long>(RealAsInteger(arg->m_d))
                                                                               : 0;
                 n = std::snprintf(buf, sizeof buf, (spec + "ll" + conv).c_str(), v);
                 break;

@@ -37,7 +37,9 @@ bool TTextFile::Open(const char* path, OpenMode mode) {
     m_iBufStart = 0;
     if (!m_bWriting) {
         if (!m_pBuf || m_iBufCap != kBufferSize) {
-            m_pBuf = std::make_unique<char[]>(kBufferSize);
+            // Only the bytes read are ever looked at: zeroing the whole block would cost more
+            // than reading a small file.
+            m_pBuf = std::make_unique_for_overwrite<char[]>(kBufferSize);
             m_iBufCap = kBufferSize;
         }
     } else {

@@ -1,0 +1,102 @@
+#include "fuzz_support.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "gis/language.h"
+#include "platform/message_box.h"
+
+#ifndef TL_GIS_SOURCE_DIR
+#define TL_GIS_SOURCE_DIR "."
+#endif
+
+namespace tl_fuzz {
+namespace {
+
+int g_iAnswer = IDNO;
+
+void RemoveScratchFolder();
+
+std::string& ScratchPath() {
+    static std::string path;
+    return path;
+}
+
+void RemoveScratchFolder() {
+    std::error_code ignored;
+    if (!ScratchPath().empty()) std::filesystem::remove_all(ScratchPath(), ignored);
+}
+
+}  // namespace
+
+void PrepareInput(std::size_t size) {
+    static const bool prepared = [] {
+        SetMessageBoxHandler(
+            [](const TMessageBoxRequest& request) { return request.IsQuestion() ? g_iAnswer : IDOK; });
+        TLanguageTable::SetConfigFolder(TL_GIS_SOURCE_DIR "/Config");
+        GetTlGisApp().InitInstance();
+        return true;
+    }();
+    (void)prepared;
+    g_iAnswer = (size % 2) ? IDYES : IDNO;
+}
+
+const std::string& ScratchFolder() {
+    std::string& path = ScratchPath();
+    if (path.empty()) {
+        const char* base = std::getenv("TMPDIR");
+        std::string pattern = std::string(base && *base ? base : "/tmp") + "/tl_gis_fuzz.XXXXXX";
+        if (!mkdtemp(pattern.data())) {
+            std::perror("tl_gis fuzz: cannot create a scratch folder");
+            std::abort();
+        }
+        path = pattern;
+        std::atexit(RemoveScratchFolder);
+    }
+    return path;
+}
+
+std::string WriteScratchFile(const std::string& name, std::string_view bytes) {
+    std::string path = ScratchFolder() + "/" + name;
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() || std::fclose(file) != 0) {
+        std::perror(path.c_str());
+        std::abort();
+    }
+    return path;
+}
+
+std::vector<std::string_view> SplitInput(const std::uint8_t* data, std::size_t size, std::size_t count) {
+    std::vector<std::string_view> files;
+    std::string_view rest(reinterpret_cast<const char*>(data), size);
+    while (files.size() + 1 < count) {
+        if (rest.size() < 4) {
+            rest = {};
+            files.emplace_back();
+            continue;
+        }
+        std::size_t length = 0;
+        for (int i = 3; i >= 0; --i) length = (length << 8) | static_cast<unsigned char>(rest[i]);
+        rest.remove_prefix(4);
+        if (length > rest.size()) length = rest.size();
+        files.push_back(rest.substr(0, length));
+        rest.remove_prefix(length);
+    }
+    files.push_back(rest);
+    return files;
+}
+
+std::string PackInput(const std::vector<std::string>& files) {
+    std::string out;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (i + 1 < files.size()) {
+            const auto length = static_cast<std::uint32_t>(files[i].size());
+            for (int shift = 0; shift < 32; shift += 8) out += static_cast<char>((length >> shift) & 0xFF);
+        }
+        out += files[i];
+    }
+    return out;
+}
+
+}  // namespace tl_fuzz
