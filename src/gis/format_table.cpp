@@ -2,12 +2,14 @@
 
 #include <iterator>
 
+#include "gis/dxf/gis_file_dxf.h"
+
 namespace {
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
-    {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
+    {GIS_FILE_DXF, "DXF", "DXF", &CreateDxfReader, &CreateDxfWriter, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
 };
