@@ -52,7 +52,8 @@ TEST(DxfBadInput, EndsWithAResultCode) {
                    "|0 EOF"),
          0, "generic/2"},
         {"numbers that are not numbers",
-         DxfGroups(head + "0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"),
+         DxfGroups(head +
+                   "0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"),
          0, "road/1"},
         {"negative vertex count",
          DxfGroups(head + "0 LWPOLYLINE|8 A41|90 -5|10 10.5|20 45.2|10 10.6|20 45.3|0 EOF"), 0, "road/1"},

@@ -1,0 +1,330 @@
+// The writer: byte-exact drawings, group formatting, and files that other programs accept and
+// this reader reads back.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <locale>
+#include <string>
+#include <vector>
+
+#include "dxf_test_support.h"
+#include "gis/dxf/dxf_group_writer.h"
+#include "gis/dxf/dxf_line_reader.h"
+#include "gis/dxf/gis_file_dxf.h"
+#include "gis/gis_map.h"
+#include "gis/line_assembly.h"
+#include "platform/system_services.h"
+#include "test_support.h"
+
+namespace {
+
+// 5 March 2025 14:07:09 UTC, the time stamp of every golden drawing.
+constexpr std::time_t kGoldenTime = 1741183629;
+
+class DxfWriter : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const char* tz = std::getenv("TZ");
+        m_bHadTz = tz != nullptr;
+        if (tz) m_strTz = tz;
+        setenv("TZ", "UTC", 1);
+        tzset();
+        SetClockForTesting([] { return kGoldenTime; });
+    }
+    void TearDown() override {
+        SetClockForTesting({});
+        if (m_bHadTz)
+            setenv("TZ", m_strTz.c_str(), 1);
+        else
+            unsetenv("TZ");
+        tzset();
+    }
+
+private:
+    bool m_bHadTz = false;
+    std::string m_strTz;
+};
+
+// A line of the kind holding the points exactly as given (no closing vertex added).
+TFeatureLine* AddLine(TMapLayer& layer, std::uint32_t kind, int boundType,
+                      const std::vector<tagLOC>& points) {
+    TFeatureLine* line = CreateLineForKind(static_cast<int>(kind));
+    auto* copy = new tagLOC[points.size() + 1];
+    std::copy(points.begin(), points.end(), copy);
+    line->AdoptPoints(copy, static_cast<int>(points.size()), static_cast<int>(points.size()) + 1);
+    line->SetLowBits(boundType);
+    line->CalculateGeoExtents();
+    layer.AddElement(line);
+    return line;
+}
+
+void AddMarker(TMapLayer& layer, double lat, double lon, const char* name) {
+    auto* marker = new TFeatureMarker;
+    marker->SetLowBits(56);
+    marker->m_Loc = TLoc(lat, lon);
+    marker->m_strName = name;
+    marker->CalculateGeoExtents();
+    layer.AddElement(marker);
+}
+
+std::string Golden(const std::string& name) {
+    return ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/dxf/" + name);
+}
+
+std::string WriteLayer(TMapLayer& layer, TGisFileDxf& writer, int* result = nullptr) {
+    TTempDir dir;
+    const std::string path = dir.File("out.dxf");
+    const int r = writer.WriteFile(path.c_str(), &layer);
+    if (result) *result = r;
+    return ReadFileBytes(path);
+}
+
+// The group pairs of a drawing, for tests that look at a few groups only.
+std::vector<std::pair<int, std::string>> ReadGroups(const std::string& text) {
+    TTextFile file;
+    file.OpenMemory(text);
+    TDxfLineReader reader(file);
+    std::vector<std::pair<int, std::string>> groups;
+    std::string_view code, value;
+    while (reader.Next(code)) {
+        const int c = std::atoi(std::string(code).c_str());
+        if (!reader.Next(value)) break;
+        groups.emplace_back(c, std::string(value));
+    }
+    return groups;
+}
+
+// The colour of every POLYLINE and its vertex count, in file order: "1:4 6:0".
+std::string DescribePolylines(const std::string& text) {
+    std::string out;
+    int vertices = -1;
+    bool inPolyline = false, wantColor = false;
+    for (const auto& [code, value] : ReadGroups(text)) {
+        if (code == 0 && value == "POLYLINE") {
+            if (!out.empty()) out += ' ';
+            inPolyline = wantColor = true;
+            vertices = 0;
+        } else if (code == 0 && value == "VERTEX") {
+            ++vertices;
+        } else if (code == 0 && value == "SEQEND" && inPolyline) {
+            out += ":" + std::to_string(vertices);
+            inPolyline = false;
+        } else if (code == 62 && wantColor) {
+            out += value;
+            wantColor = false;
+        }
+    }
+    return out;
+}
+
+TEST_F(DxfWriter, GoldenDrawings) {
+    const struct {
+        const char* golden;
+        std::function<void(TMapLayer&)> build;
+    } cases[] = {
+        {"boundary_exclusion.dxf",
+         [](TMapLayer& layer) {
+             AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
+                     {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}});
+         }},
+        {"markers_only.dxf",
+         [](TMapLayer& layer) {
+             AddMarker(layer, 45.5, 10.8, "Gate");
+             AddMarker(layer, 45.6, 10.9, "Well");
+         }},
+    };
+    for (const auto& c : cases) {
+        TMapLayer layer;
+        c.build(layer);
+        TGisFileDxf writer;
+        int result = -1;
+        const std::string written = WriteLayer(layer, writer, &result);
+        EXPECT_EQ(result, 0) << c.golden;
+        EXPECT_EQ(written, Golden(c.golden)) << c.golden;
+    }
+}
+
+// A host locale whose dates come out in words of its own.
+class TOtherDates : public std::time_put<char> {
+protected:
+    iter_type do_put(iter_type out, std::ios_base&, char_type, const std::tm*, char, char) const override {
+        for (const char c : std::string_view("Mars")) *out++ = c;
+        return out;
+    }
+};
+
+TEST_F(DxfWriter, MonthNamesDoNotFollowTheHostLocale) {
+    const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new TOtherDates));
+    TMapLayer layer;
+    AddMarker(layer, 45.5, 10.8, "Gate");
+    AddMarker(layer, 45.6, 10.9, "Well");
+    TGisFileDxf writer;
+    const std::string written = WriteLayer(layer, writer);
+    std::locale::global(previous);
+    EXPECT_EQ(written, Golden("markers_only.dxf"));
+}
+
+TEST_F(DxfWriter, PolygonsByKindAndBoundType) {
+    const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
+    TMapLayer layer;
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC, ring);
+    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
+    AddLine(layer, ELEMENT_LINE_AREA, 0, {ring[0], ring[1]});
+    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
+    // Lines of other classes and markers are not written.
+    AddLine(layer, ELEMENT_LINE_ROAD, BOUNDARY_EXC, ring);
+    AddLine(layer, ELEMENT_LINE_WATER, 0, ring);
+    AddLine(layer, ELEMENT_LINE_GENERIC, 0, ring);
+    AddMarker(layer, 45.5, 10.8, "Gate");
+    TGisFileDxf writer;
+    int result = -1;
+    EXPECT_EQ(DescribePolylines(WriteLayer(layer, writer, &result)), "3:4 1:4 3:4 3:2 1:4 6:0");
+    EXPECT_EQ(result, 0);
+}
+
+TEST(DxfGroupWriter, CodesAndValues) {
+    const struct {
+        int code;
+        std::string value;
+        const char* expected;
+    } cases[] = {
+        {0, "SECTION", "  0\r\nSECTION\r\n"},
+        {10, "1.5", " 10\r\n1.5\r\n"},
+        {999, "note", "999\r\nnote\r\n"},
+        {1071, "7", "1071\r\n7\r\n"},
+        {-5, "", " -5\r\n\r\n"},
+        {1, std::string(100, 'v'), nullptr},  // cut to 82 characters
+    };
+    for (const auto& c : cases) {
+        TTempDir dir;
+        const std::string path = dir.File("g.dxf");
+        {
+            TTextFile file;
+            ASSERT_TRUE(file.Open(path.c_str(), TTextFile::modeCreate));
+            TDxfGroupWriter out(file);
+            out.WriteGroup(c.code, c.value);
+            EXPECT_TRUE(out.Flush());
+        }
+        const std::string expected = c.expected ? c.expected : "  1\r\n" + std::string(82, 'v') + "\r\n";
+        EXPECT_EQ(ReadFileBytes(path), expected) << c.code;
+    }
+    const struct {
+        double value;
+        const char* expected;
+    } numbers[] = {{-93.5, "-93.500000"},
+                   {45.123456789, "45.123457"},
+                   {0.0000004, "0.000000"},
+                   {-0.0000004, "-0.000000"},
+                   {1e300, nullptr}};
+    for (const auto& n : numbers) {
+        TTempDir dir;
+        const std::string path = dir.File("n.dxf");
+        {
+            TTextFile file;
+            ASSERT_TRUE(file.Open(path.c_str(), TTextFile::modeCreate));
+            TDxfGroupWriter out(file);
+            out.WriteGroup(10, n.value);
+        }
+        const std::string text = ReadFileBytes(path);
+        if (n.expected)
+            EXPECT_EQ(text, std::string(" 10\r\n") + n.expected + "\r\n") << n.value;
+        else  // a value wider than the line buffer is cut, never spilled
+            EXPECT_EQ(text.size(), 5u + 82u + 2u) << n.value;
+    }
+}
+
+TEST_F(DxfWriter, FailuresGiveOne) {
+    TMapLayer layer;
+    TGisFileDxf writer;
+    EXPECT_EQ(writer.WriteFile("/nonexistent-folder/out.dxf", &layer), 1);
+    TTempDir dir;
+    EXPECT_EQ(writer.WriteFile(dir.File("x.dxf").c_str(), nullptr), 1);
+    // A layer without elements has no extents: zeros stand in for them.
+    const auto groups = ReadGroups(WriteLayer(layer, writer));
+    ASSERT_GT(groups.size(), 20u);
+    EXPECT_EQ(groups[9].second, "$EXTMIN");
+    EXPECT_EQ(groups[10].second, "0.000000");
+    EXPECT_EQ(groups[11].second, "0.000000");
+}
+
+// Rings of a field map: n squares with their closing vertex, some of them exclusions.
+void AddFieldRings(TMapLayer& layer, int n) {
+    for (int i = 0; i < n; ++i) {
+        const double lat = 44.0 + (i % 100) * 0.01, lon = -95.0 + (i / 100) * 0.01;
+        const std::vector<tagLOC> ring = {
+            {lat, lon}, {lat + 0.005, lon}, {lat + 0.005, lon + 0.005}, {lat, lon + 0.005}, {lat, lon}};
+        AddImportedLine(&layer, static_cast<int>(i % 3 ? ELEMENT_LINE_BOUNDARY : ELEMENT_LINE_AREA),
+                        i % 4 ? BOUNDARY_INC : BOUNDARY_EXC, 4, ring.data(), "", true, COLOR_NONE, false,
+                        false, false);
+    }
+}
+
+TEST_F(DxfWriter, ReadBackGivesTheSameBoundaries) {
+    TMapLayer layer;
+    AddFieldRings(layer, 250);
+    AddMarker(layer, 45.5, 10.8, "Gate");
+    TTempDir dir;
+    const std::string path = dir.File("field.dxf");
+    TGisMap map;
+    ASSERT_EQ(map.WriteFile(path.c_str(), &layer), 0);
+    TMapLayer back;
+    ASSERT_EQ(map.LoadFile(path.c_str(), &back, nullptr), 0);
+    ASSERT_EQ(back.GetElementCount(), 250);
+    for (int i = 0; i < 250; ++i) {
+        const auto* a = static_cast<const TFeatureLine*>(layer.m_Elements[i]);
+        const auto* b = static_cast<const TFeatureLine*>(back.m_Elements[i]);
+        ASSERT_EQ(b->m_iNumPoints, a->m_iNumPoints) << "ring " << i;
+        for (int k = 0; k < a->m_iNumPoints; ++k) {
+            EXPECT_NEAR(b->m_pPoints[k].dLat, a->m_pPoints[k].dLat, 5e-7) << "ring " << i << " vertex " << k;
+            EXPECT_NEAR(b->m_pPoints[k].dLon, a->m_pPoints[k].dLon, 5e-7) << "ring " << i << " vertex " << k;
+        }
+    }
+}
+
+TEST_F(DxfWriter, PeersAcceptEveryGolden) {
+    const bool haveEzdxf = HaveProgram(TL_GIS_PYTHON) &&
+                           RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import ezdxf'").iExit == 0;
+    const bool haveGdal = HaveProgram("ogrinfo");
+    if (!haveEzdxf && !haveGdal) GTEST_SKIP() << "neither ezdxf nor GDAL's ogrinfo is installed";
+    TTempDir dir;
+    WriteFileBytes(dir.File("audit.py"), R"PY(
+import sys, ezdxf
+doc = ezdxf.readfile(sys.argv[1])
+auditor = doc.audit()
+for e in auditor.errors:
+    print(e.code, e.message)
+print(len(doc.modelspace()), "entities")
+sys.exit(1 if auditor.has_errors else 0)
+)PY");
+    std::vector<std::string> files;
+    for (const char* name :
+         {"boundary_exclusion.dxf", "markers_only.dxf", "spray_one_block.dxf", "spray_single_blocks.dxf",
+          "nonspray_spray_only.dxf", "nonspray_track.dxf", "one_sample.dxf"})
+        files.push_back(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/dxf/" + name);
+    TMapLayer layer;
+    AddFieldRings(layer, 40);
+    files.push_back(dir.File("field.dxf"));
+    TGisMap map;
+    ASSERT_EQ(map.WriteFile(files.back().c_str(), &layer), 0);
+    for (const std::string& f : files) {
+        if (haveEzdxf) {
+            const TCommandResult audit = RunCommand(std::string(TL_GIS_PYTHON) + " " +
+                                                    ShellQuote(dir.File("audit.py")) + " " + ShellQuote(f));
+            EXPECT_EQ(audit.iExit, 0) << f << ": " << audit.strOut << audit.strErr;
+        }
+        if (haveGdal) {
+            const TCommandResult info = RunCommand("ogrinfo -al -so " + ShellQuote(f));
+            EXPECT_EQ(info.iExit, 0) << f << ": " << info.strErr;
+            EXPECT_NE(info.strOut.find("Feature Count"), std::string::npos) << f << ": " << info.strOut;
+        }
+    }
+    if (!haveEzdxf) GTEST_SKIP() << "ezdxf is missing: only GDAL checked the drawings";
+    if (!haveGdal) GTEST_SKIP() << "GDAL's ogrinfo is missing: only ezdxf checked the drawings";
+}
+
+}  // namespace
