@@ -72,6 +72,21 @@ void ReadInt(std::string_view value, int& field) {
     if (ok) field = v;
 }
 
+// Group code lines are nearly always a few digits after blanks; those are read here, anything
+// else by the general conversion. Either way a line without a number keeps the code.
+void ReadGroupCode(std::string_view line, int& code) {
+    std::size_t i = 0;
+    while (i < line.size() && line[i] == ' ') ++i;
+    int value = 0;
+    std::size_t j = i;
+    for (; j < line.size() && j - i < 6 && line[j] >= '0' && line[j] <= '9'; ++j)
+        value = value * 10 + (line[j] - '0');
+    if (j > i && j == line.size())
+        code = value;
+    else
+        ReadInt(line, code);
+}
+
 bool Is(const std::string& entity, std::string_view keyword) {
     return std::string_view(entity).starts_with(keyword);
 }
@@ -115,20 +130,28 @@ int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
 
     TDxfLineReader reader(file);
     std::string_view line;
+    // Progress changes only when the position leaves the step it is in; lines within one step
+    // need no report.
+    std::int64_t stepStart = 0, stepEnd = 0;
     while (reader.Next(line)) {
         result = ProcessDxfLine(line);
         if (result == GISFILE_ERR_CANCELLED) {
             result = GISFILE_ERR_UNAVAILABLE;
             break;
         }
-        UpdateProgressControl(file);
+        const std::int64_t position = file.GetPosition();
+        if ((position < stepStart || position >= stepEnd) && m_iProgressStep > 0) {
+            UpdateProgressControl(position);
+            stepStart = position / m_iProgressStep * m_iProgressStep;
+            stepEnd = stepStart + m_iProgressStep;
+        }
     }
     return result;
 }
 
 int TGisFileDxf::ProcessDxfLine(std::string_view line) {
     if (m_iLineState == 0) {
-        ReadInt(line, m_iGroupCode);  // a line without a number keeps the code it had
+        ReadGroupCode(line, m_iGroupCode);
         int result = GISFILE_OK;
         if (m_iGroupCode == 0) {
             result = ProcessDxfEntity();

@@ -319,3 +319,47 @@ TEST(DxfLoad, MissingFileAndLoadingAddsToTheLayer) {
 }
 
 }  // namespace
+
+namespace {
+std::vector<int> g_Progress;
+void RecordProgress(int value) {
+    g_Progress.push_back(value);
+}
+
+TEST(DxfLoad, ProgressFollowsEveryLine) {
+    const std::string line = LineGroups("A41", {10.5, 45.2}, {10.6, 45.3});
+    const struct {
+        const char* name;
+        std::string text;
+    } cases[] = {
+        {"under 100 bytes", DxfGroups("0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF")},
+        {"150 bytes or so", DxfWithEntities(line)},
+        {"several steps per line", DxfWithEntities(line, "\r\n")},
+        {"many lines per step",
+         DxfWithEntities(line + "|" + line + "|" + line + "|" + line + "|" + line + "|" + line + "|" + line +
+                         "|" + line + "|" + line + "|" + line)},
+    };
+    for (const auto& c : cases) {
+        // The values a report after each line gives: the position at each line end over the
+        // step of one hundredth of the file, whenever it changes.
+        const std::size_t size = c.text.size();
+        const std::size_t step = size / 100 ? size / 100 : 100000;
+        std::vector<int> expected;
+        int last = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            if (c.text[i] != '\n') continue;
+            const int value = static_cast<int>((i + 1) / step);
+            if (value != last) expected.push_back(value);
+            last = value;
+        }
+        TTempDir dir;
+        const std::string path = dir.File("p.dxf");
+        WriteFileBytes(path, c.text);
+        g_Progress.clear();
+        TMapLayer layer;
+        TGisFileDxf reader;
+        EXPECT_EQ(reader.LoadFile(path.c_str(), &layer, &RecordProgress), 0) << c.name;
+        EXPECT_EQ(g_Progress, expected) << c.name;
+    }
+}
+}  // namespace
