@@ -9,7 +9,7 @@ namespace {
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
-    {GIS_FILE_DXF, "DXF", "DXF", &CreateDxfReader, &CreateDxfWriter, nullptr},
+    {GIS_FILE_DXF, "DXF", "DXF", &CreateDxfFile, &CreateDxfFile, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
 };

@@ -5,13 +5,13 @@
 
 namespace {
 bool ApplyDxfOptions(const TToolOptions& options, std::string& error) {
-    TGisFileDxf::s_iWriterSingleBlockMode = options.Has("single-block") ? 1 : 0;
+    TGisFileDxf::s_iDefaultSingleBlockMode = options.Has("single-block") ? 1 : 0;
     const std::string sprayOnly = options.Get("spray-only", "1");
     if (sprayOnly != "0" && sprayOnly != "1") {
         error = "--spray-only takes 0 or 1, not '" + sprayOnly + "'";
         return false;
     }
-    TGisFileDxf::s_iWriterSprayOnlyMode = sprayOnly == "1" ? 1 : 0;
+    TGisFileDxf::s_iDefaultSprayOnlyMode = sprayOnly == "1" ? 1 : 0;
     return true;
 }
 

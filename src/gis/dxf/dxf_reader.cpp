@@ -93,10 +93,11 @@ bool Is(const std::string& entity, std::string_view keyword) {
 
 }  // namespace
 
-int TGisFileDxf::s_iWriterSingleBlockMode = 0;
-int TGisFileDxf::s_iWriterSprayOnlyMode = 1;
+int TGisFileDxf::s_iDefaultSingleBlockMode = 0;
+int TGisFileDxf::s_iDefaultSprayOnlyMode = 1;
 
-TGisFileDxf::TGisFileDxf() {
+TGisFileDxf::TGisFileDxf()
+    : m_iSingleBlockMode(s_iDefaultSingleBlockMode), m_iSprayOnlyMode(s_iDefaultSprayOnlyMode) {
     s_State.bInPolyline = false;
     s_State.bInLwPolyline = false;
 }
@@ -105,7 +106,7 @@ TGisFileDxf::~TGisFileDxf() = default;
 TGisFileDxf::TGisFileDxf(const TGisFileDxf& other) = default;
 TGisFileDxf& TGisFileDxf::operator=(const TGisFileDxf& other) = default;
 
-TGisFile* CreateDxfReader() {
+TGisFile* CreateDxfFile() {
     return new (std::nothrow) TGisFileDxf;
 }
 

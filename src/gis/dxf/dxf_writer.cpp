@@ -4,7 +4,6 @@
 #include <ctime>
 #include <iomanip>
 #include <locale>
-#include <new>
 #include <sstream>
 #include <string>
 
@@ -92,15 +91,6 @@ void WriteTablesSection(TDxfGroupWriter& out) {
 }
 
 }  // namespace
-
-TGisFile* CreateDxfWriter() {
-    auto* writer = new (std::nothrow) TGisFileDxf;
-    if (writer != nullptr) {
-        writer->SetSingleBlockMode(TGisFileDxf::s_iWriterSingleBlockMode);
-        writer->SetSprayOnlyMode(TGisFileDxf::s_iWriterSprayOnlyMode);
-    }
-    return writer;
-}
 
 int TGisFileDxf::WriteFile(const char* path, TMapLayer* layer) {
     if (layer == nullptr) return 1;

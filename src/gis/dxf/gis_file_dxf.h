@@ -32,10 +32,10 @@ public:
     int GetSprayOnlyMode() const { return m_iSprayOnlyMode; }
     void SetSprayOnlyMode(int mode) { m_iSprayOnlyMode = mode; }
 
-    // The modes that writers made by the dispatcher (TGisMap::WriteFile) start with; a host that
-    // makes its own writer sets them on it instead.
-    static int s_iWriterSingleBlockMode;  // 0
-    static int s_iWriterSprayOnlyMode;    // 1
+    // Modes a newly constructed object starts with, for hosts that write through the dispatcher
+    // and cannot reach the object itself.
+    static int s_iDefaultSingleBlockMode;  // 0
+    static int s_iDefaultSprayOnlyMode;    // 1
 
 private:
     // Reading: one step per line; each returns a result code.
@@ -62,14 +62,13 @@ private:
     int WritePoly(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
     int WritePolyline(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
 
-    int m_iSingleBlockMode = 0;
-    int m_iSprayOnlyMode = 1;
+    int m_iSingleBlockMode;
+    int m_iSprayOnlyMode;
     int m_iLineState = 0;  // 0: the next line is a group code; 1: it is that group's value
     int m_iGroupCode = 0;
     // Positions of every recorded spray sample written so far, drawn as one track at the end.
     std::vector<tagLOC> m_SprayOutline;
 };
 
-// The dispatcher's factories: a reader, and a writer set to the writer modes above.
-TGisFile* CreateDxfReader();
-TGisFile* CreateDxfWriter();
+// The dispatcher's factory of readers and writers.
+TGisFile* CreateDxfFile();
