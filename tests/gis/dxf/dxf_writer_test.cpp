@@ -187,6 +187,20 @@ TEST_F(DxfWriter, PolygonsByKindAndBoundType) {
     EXPECT_EQ(result, 0);
 }
 
+// What a group writer puts into a file.
+std::string WrittenGroups(const std::function<void(TDxfGroupWriter&)>& write) {
+    TTempDir dir;
+    const std::string path = dir.File("groups.dxf");
+    {
+        TTextFile file;
+        if (!file.Open(path.c_str(), TTextFile::modeCreate)) return "<cannot create>";
+        TDxfGroupWriter out(file);
+        write(out);
+        if (!out.Flush()) return "<write failed>";
+    }
+    return ReadFileBytes(path);
+}
+
 TEST(DxfGroupWriter, CodesAndValues) {
     const struct {
         int code;
@@ -201,17 +215,9 @@ TEST(DxfGroupWriter, CodesAndValues) {
         {1, std::string(100, 'v'), nullptr},  // cut to 82 characters
     };
     for (const auto& c : cases) {
-        TTempDir dir;
-        const std::string path = dir.File("g.dxf");
-        {
-            TTextFile file;
-            ASSERT_TRUE(file.Open(path.c_str(), TTextFile::modeCreate));
-            TDxfGroupWriter out(file);
-            out.WriteGroup(c.code, c.value);
-            EXPECT_TRUE(out.Flush());
-        }
         const std::string expected = c.expected ? c.expected : "  1\r\n" + std::string(82, 'v') + "\r\n";
-        EXPECT_EQ(ReadFileBytes(path), expected) << c.code;
+        EXPECT_EQ(WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(c.code, c.value); }), expected)
+            << c.code;
     }
     const struct {
         double value;
@@ -222,15 +228,7 @@ TEST(DxfGroupWriter, CodesAndValues) {
                    {-0.0000004, "-0.000000"},
                    {1e300, nullptr}};
     for (const auto& n : numbers) {
-        TTempDir dir;
-        const std::string path = dir.File("n.dxf");
-        {
-            TTextFile file;
-            ASSERT_TRUE(file.Open(path.c_str(), TTextFile::modeCreate));
-            TDxfGroupWriter out(file);
-            out.WriteGroup(10, n.value);
-        }
-        const std::string text = ReadFileBytes(path);
+        const std::string text = WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(10, n.value); });
         if (n.expected)
             EXPECT_EQ(text, std::string(" 10\r\n") + n.expected + "\r\n") << n.value;
         else  // a value wider than the line buffer is cut, never spilled
