@@ -1,17 +1,28 @@
 #include "gis/format_table.h"
 
 #include <iterator>
+#include <new>
+
+#include "gis/job/job_file.h"
+#include "gis/shp/gis_file_shp.h"
 
 #include "gis/dxf/gis_file_dxf.h"
 
 namespace {
+TGisFile* CreateJobFile() {
+    return new (std::nothrow) TGisFileJob;
+}
+TGisFile* CreateShpReader() {
+    return new (std::nothrow) TGisFileShp;
+}
+
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
-    {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
+    {GIS_FILE_JOB, "JOB", "JOB", &CreateJobFile, &CreateJobFile, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", &CreateDxfFile, &CreateDxfFile, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
-    {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", &CreateShpReader, nullptr, nullptr},
 };
 }  // namespace
 
@@ -21,5 +32,9 @@ const TGisFormat* FindGisFormat(int type) {
     return nullptr;
 }
 
-const TGisFormat* GisFormatsBegin() { return std::begin(kFormats); }
-const TGisFormat* GisFormatsEnd() { return std::end(kFormats); }
+const TGisFormat* GisFormatsBegin() {
+    return std::begin(kFormats);
+}
+const TGisFormat* GisFormatsEnd() {
+    return std::end(kFormats);
+}
