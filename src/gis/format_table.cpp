@@ -9,20 +9,18 @@
 #include "gis/dxf/gis_file_dxf.h"
 
 namespace {
-TGisFile* CreateJobFile() {
-    return new (std::nothrow) TGisFileJob;
-}
-TGisFile* CreateShpReader() {
-    return new (std::nothrow) TGisFileShp;
+template <class T>
+TGisFile* CreateFormat() {
+    return new (std::nothrow) T;
 }
 
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
-    {GIS_FILE_JOB, "JOB", "JOB", &CreateJobFile, &CreateJobFile, nullptr},
+    {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", &CreateDxfFile, &CreateDxfFile, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
-    {GIS_FILE_SHP, "SHP", "SHP", &CreateShpReader, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},
 };
 }  // namespace
 
