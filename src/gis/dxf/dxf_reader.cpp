@@ -106,10 +106,6 @@ TGisFileDxf::~TGisFileDxf() = default;
 TGisFileDxf::TGisFileDxf(const TGisFileDxf& other) = default;
 TGisFileDxf& TGisFileDxf::operator=(const TGisFileDxf& other) = default;
 
-TGisFile* CreateDxfFile() {
-    return new (std::nothrow) TGisFileDxf;
-}
-
 bool TGisFileDxf::IsValidFile(const char* path) {
     return HasFileExtension(path, "DXF");
 }

@@ -69,6 +69,3 @@ private:
     // Positions of every recorded spray sample written so far, drawn as one track at the end.
     std::vector<tagLOC> m_SprayOutline;
 };
-
-// The dispatcher's factory of readers and writers.
-TGisFile* CreateDxfFile();
