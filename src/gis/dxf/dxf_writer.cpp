@@ -1,14 +1,14 @@
 // The drawing writer: release AC1009, every entity on layer "1", x = longitude and
 // y = latitude in degrees with six decimals.
 
-#include <ctime>
-#include <iomanip>
-#include <locale>
-#include <sstream>
+#include <memory>
+#include <new>
 #include <string>
 
+#include "features/feature_spray.h"
 #include "gis/dxf/dxf_group_writer.h"
 #include "gis/dxf/gis_file_dxf.h"
+#include "gis/numbers.h"
 #include "platform/system_services.h"
 #include "platform/text_file.h"
 
@@ -17,19 +17,40 @@ namespace {
 constexpr int kColorExclusion = 1;
 constexpr int kColorBoundary = 3;
 constexpr int kColorTrack = 6;
+constexpr int kColorSwath = 1;
+constexpr int kColorNonSprayTrack = 2;
 
 // "05 March 2025 14:07:09": the local time with the month named in English whatever the
-// host's locale, so that drawings do not depend on where they were made.
-std::string FormatTimeStamp() {
-    const std::tm tm = GetLocalTimeNow().ToTm();
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << std::put_time(&tm, "%d %B %Y %H:%M:%S");
-    return text ? text.str() : std::string();
+// host's locale, so that drawings do not depend on where they were made. A time that is not a
+// real calendar time (the clock could not be converted) gives an empty text.
+std::string FormatTimeStamp(const TLocalTime& t) {
+    static constexpr const char* kMonths[] = {"January",   "February", "March",    "April",
+                                              "May",       "June",     "July",     "August",
+                                              "September", "October",  "November", "December"};
+    if (t.iMonth < 1 || t.iMonth > 12 || t.iDay < 1 || t.iDay > 31 || t.iYear < 0 || t.iYear > 9999 ||
+        t.iHour < 0 || t.iHour > 23 || t.iMinute < 0 || t.iMinute > 59 || t.iSecond < 0 || t.iSecond > 60)
+        return std::string();
+    std::string text;
+    const auto twoDigits = [&text](int v) {
+        text += static_cast<char>('0' + v / 10);
+        text += static_cast<char>('0' + v % 10);
+    };
+    twoDigits(t.iDay);
+    text += ' ';
+    text += kMonths[t.iMonth - 1];
+    text += ' ';
+    AppendInt(text, t.iYear);
+    text += ' ';
+    twoDigits(t.iHour);
+    text += ':';
+    twoDigits(t.iMinute);
+    text += ':';
+    twoDigits(t.iSecond);
+    return text;
 }
 
 void WriteHeaderSection(TDxfGroupWriter& out, const TLocRect& extents) {
-    out.WriteGroup(999, "Created by TOLVIX mapping software " + FormatTimeStamp());
+    out.WriteGroup(999, "Created by TOLVIX mapping software " + FormatTimeStamp(GetLocalTimeNow()));
     out.WriteGroup(0, "SECTION");
     out.WriteGroup(2, "HEADER");
     out.WriteGroup(9, "$ACADVER");
@@ -112,6 +133,10 @@ int TGisFileDxf::WriteFile(const char* path, TMapLayer* layer) {
                 case ELEMENT_MARKER:
                     result = WriteFileMarker(out, *element);
                     break;
+                case ELEMENT_SPRAY:
+                case ELEMENT_SPRAY_ALT:
+                    result = WriteFileSpray(out, *element);
+                    break;
                 default:
                     break;
             }
@@ -135,6 +160,42 @@ int TGisFileDxf::WriteFilePolygon(TDxfGroupWriter& out, const TMapElement& eleme
 // Markers have no place in the drawing.
 int TGisFileDxf::WriteFileMarker(TDxfGroupWriter&, const TMapElement&) {
     return 0;
+}
+
+// The samples join the track outline; the swaths (or, while not spraying, the track) are drawn
+// per block of samples: the whole run, or each pair of neighbours in single-block mode. The
+// first sample's spray flag decides for the whole run.
+int TGisFileDxf::WriteFileSpray(TDxfGroupWriter& out, const TMapElement& element) {
+    const auto* spray = dynamic_cast<const TFeatureSpray*>(&element);
+    if (spray == nullptr || spray->m_pRecs == nullptr || spray->m_iNumRecs <= 0) return 0;
+    const std::size_t n = static_cast<std::size_t>(spray->m_iNumRecs);
+    const tagSPRAYREC* recs = spray->m_pRecs;
+    m_SprayOutline.reserve(m_SprayOutline.size() + n);
+    for (std::size_t i = 0; i < n; ++i) m_SprayOutline.push_back(recs[i].locPos);
+    if (n < 2) return 0;
+
+    const bool spraying = recs[0].bySpray != 0;
+    if (!spraying && m_iSprayOnlyMode != 0) return 0;
+    // One point array serves every block: the largest block needs 2m + 2 entries when spraying.
+    const std::size_t blockSamples = m_iSingleBlockMode != 0 ? 2 : n;
+    const std::size_t capacity = spraying ? 2 * blockSamples + 2 : blockSamples + 1;
+    const std::unique_ptr<tagLOC[]> points(new (std::nothrow) tagLOC[capacity]);
+    if (!points) return 1;
+
+    int result = 0;
+    for (std::size_t s = 0; s + 1 < n; s += blockSamples - 1) {
+        const std::size_t e = s + blockSamples - 1;
+        int count = 0;
+        if (spraying) {
+            for (std::size_t i = s; i <= e; ++i) points[count++] = recs[i].locSwathA;
+            for (std::size_t i = e + 1; i-- > s;) points[count++] = recs[i].locSwathB;
+            result = WritePolyline(out, points.get(), count, kColorSwath, true);
+        } else {
+            for (std::size_t i = s; i <= e; ++i) points[count++] = recs[i].locPos;
+            result = WritePolyline(out, points.get(), count, kColorNonSprayTrack, false);
+        }
+    }
+    return result;
 }
 
 int TGisFileDxf::WritePoly(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed) {

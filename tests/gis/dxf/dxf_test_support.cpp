@@ -1,8 +1,11 @@
 #include "dxf_test_support.h"
 
 #include <cstdio>
+#include <cstdlib>
 
+#include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/gis_file_dxf.h"
+#include "platform/text_file.h"
 #include "test_support.h"
 
 std::string DxfGroups(std::string_view compact, std::string_view eol, int codeWidth) {
@@ -104,4 +107,78 @@ std::string DescribeLayer(const TMapLayer& layer) {
         out += "/" + std::to_string(static_cast<const TFeatureLine*>(e)->m_iNumPoints);
     }
     return out;
+}
+
+std::vector<std::pair<int, std::string>> ReadGroups(const std::string& text) {
+    TTextFile file;
+    file.OpenMemory(text);
+    TDxfLineReader reader(file);
+    std::vector<std::pair<int, std::string>> groups;
+    std::string_view code, value;
+    while (reader.Next(code)) {
+        const int c = std::atoi(std::string(code).c_str());
+        if (!reader.Next(value)) break;
+        groups.emplace_back(c, std::string(value));
+    }
+    return groups;
+}
+
+std::string DescribePolylines(const std::string& text) {
+    std::string out;
+    int vertices = -1;
+    bool inPolyline = false, wantColor = false;
+    for (const auto& [code, value] : ReadGroups(text)) {
+        if (code == 0 && value == "POLYLINE") {
+            if (!out.empty()) out += ' ';
+            inPolyline = wantColor = true;
+            vertices = 0;
+        } else if (code == 0 && value == "VERTEX") {
+            ++vertices;
+        } else if (code == 0 && value == "SEQEND" && inPolyline) {
+            out += ":" + std::to_string(vertices);
+            inPolyline = false;
+        } else if (code == 62 && wantColor) {
+            out += value;
+            wantColor = false;
+        }
+    }
+    return out;
+}
+
+std::string TDxfPeers::Missing() const {
+    if (!bEzdxf && !bGdal) return "neither ezdxf nor GDAL's ogrinfo is installed";
+    if (!bEzdxf) return "ezdxf is missing: only GDAL checked the drawings";
+    if (!bGdal) return "GDAL's ogrinfo is missing: only ezdxf checked the drawings";
+    return std::string();
+}
+
+TDxfPeers FindDxfPeers() {
+    TDxfPeers peers;
+    peers.bEzdxf = HaveProgram(TL_GIS_PYTHON) &&
+                   RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import ezdxf'").iExit == 0;
+    peers.bGdal = HaveProgram("ogrinfo");
+    return peers;
+}
+
+std::string DxfPeerComplaints(const std::string& path, const TDxfPeers& peers) {
+    static const char* const kAudit =
+        "import sys, ezdxf\n"
+        "doc = ezdxf.readfile(sys.argv[1])\n"
+        "auditor = doc.audit()\n"
+        "for e in auditor.errors: print(e.code, e.message)\n"
+        "sys.exit(1 if auditor.has_errors else 0)\n";
+    std::string complaints;
+    if (peers.bEzdxf) {
+        const TCommandResult audit =
+            RunCommand(std::string(TL_GIS_PYTHON) + " -c " + ShellQuote(kAudit) + " " + ShellQuote(path));
+        if (audit.iExit != 0) complaints += "ezdxf audit: " + audit.strOut + audit.strErr;
+    }
+    if (peers.bGdal) {
+        const TCommandResult info = RunCommand("ogrinfo -al " + ShellQuote(path));
+        // ogrinfo reports broken entities on stderr and still exits with 0.
+        if (info.iExit != 0 || info.strErr.find("ERROR") != std::string::npos ||
+            info.strOut.find("Feature Count") == std::string::npos)
+            complaints += "ogrinfo -al: " + info.strOut.substr(0, 2000) + info.strErr;
+    }
+    return complaints;
 }

@@ -27,3 +27,20 @@ int LoadDxfText(const std::string& text, TMapLayer& layer);
 // One word per element, in layer order: lines as "<class>/<points>" ("road/4", a closed
 // square "boundary/5"), markers as "m<symbol>:<name>@<lat>,<lon>".
 std::string DescribeLayer(const TMapLayer& layer);
+
+// The group pairs of a drawing, for tests that look at a few groups only.
+std::vector<std::pair<int, std::string>> ReadGroups(const std::string& text);
+// The colour of every POLYLINE and its vertex count, in file order: "1:4 6:0".
+std::string DescribePolylines(const std::string& text);
+
+// The programs that check the drawings we write: ezdxf's audit and GDAL's ogrinfo.
+struct TDxfPeers {
+    bool bEzdxf = false;
+    bool bGdal = false;
+    // Why a check that needs both peers is incomplete; empty when both are installed.
+    std::string Missing() const;
+};
+TDxfPeers FindDxfPeers();
+// What the installed peers say against the drawing: ezdxf's audit errors, an ogrinfo -al
+// failure, error or missing feature count. Empty when every installed peer accepts it.
+std::string DxfPeerComplaints(const std::string& path, const TDxfPeers& peers);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "dxf_test_support.h"
@@ -47,6 +48,65 @@ TEST(DxfTool, InfoAndConvert) {
     TGisMap map;
     ASSERT_EQ(map.LoadFile(out.c_str(), &layer, nullptr), 0);
     EXPECT_EQ(DescribeLayer(layer), "boundary/3");
+}
+
+// Polylines of the flight in examples/flight.csv: runs of 8 (not spraying), six of 14 (spraying)
+// and 6 (not spraying), 98 samples in all.
+std::string FlightPolylines(bool singleBlock, bool sprayOnly) {
+    std::string out;
+    const auto add = [&out](int times, const std::string& polyline) {
+        for (int i = 0; i < times; ++i) out += polyline + " ";
+    };
+    const auto track = [&](int samples) {
+        if (sprayOnly) return;
+        if (singleBlock)
+            add(samples - 1, "2:2");
+        else
+            add(1, "2:" + std::to_string(samples));
+    };
+    track(8);
+    for (int run = 0; run < 6; ++run) singleBlock ? add(13, "1:4") : add(1, "1:28");
+    track(6);
+    return out + "6:98";
+}
+
+// Spray from flight data becomes swaths and tracks that the peers accept and this reader loads.
+TEST(DxfTool, ConvertWritesSprayFromFlightData) {
+    const std::string flight = std::string(TL_GIS_SOURCE_DIR) + "/examples/flight.csv";
+    const TDxfPeers peers = FindDxfPeers();
+    const struct {
+        const char* options;
+        bool singleBlock;
+        bool sprayOnly;
+    } cases[] = {
+        {"", false, true},
+        {"--spray-only 0", false, false},
+        {"--single-block", true, true},
+        {"--single-block --spray-only 0", true, false},
+    };
+    for (const auto& c : cases) {
+        TTempDir dir;
+        const std::string out = dir.File("flight.dxf");
+        const TCommandResult r = RunCommand(Tool("convert --quiet - " + ShellQuote(out) + " --spray " +
+                                                 ShellQuote(flight) + " " + c.options));
+        ASSERT_EQ(r.iExit, 0) << c.options << ": " << r.strErr;
+        const std::string expected = FlightPolylines(c.singleBlock, c.sprayOnly);
+        EXPECT_EQ(DescribePolylines(ReadFileBytes(out)), expected) << c.options;
+        EXPECT_EQ(DxfPeerComplaints(out, peers), "") << c.options;
+        // Every polyline comes back as a line with the vertices written: the reader takes
+        // closure from vertex flags only, and the writer closes through the polyline's flag.
+        TMapLayer layer;
+        TGisMap map;
+        ASSERT_EQ(map.LoadFile(out.c_str(), &layer, nullptr), 0) << c.options;
+        std::string expectedBack, back;
+        for (std::size_t colon = expected.find(':'); colon != std::string::npos;
+             colon = expected.find(':', colon + 1))
+            expectedBack += std::to_string(std::atoi(expected.c_str() + colon + 1)) + " ";
+        for (const TMapElement* e : layer.m_Elements)
+            back += std::to_string(static_cast<const TFeatureLine*>(e)->m_iNumPoints) + " ";
+        EXPECT_EQ(back, expectedBack) << c.options;
+    }
+    if (!peers.Missing().empty()) GTEST_SKIP() << peers.Missing();
 }
 
 }  // namespace
