@@ -3,6 +3,7 @@
 #include <iterator>
 #include <new>
 
+#include "gis/dxf/gis_file_dxf.h"
 #include "gis/job/job_file.h"
 #include "gis/shp/gis_file_shp.h"
 
@@ -16,7 +17,7 @@ TGisFile* CreateFormat() {
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
-    {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
+    {GIS_FILE_DXF, "DXF", "DXF", &CreateFormat<TGisFileDxf>, &CreateFormat<TGisFileDxf>, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},
 };

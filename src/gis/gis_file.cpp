@@ -83,7 +83,9 @@ bool TGisFile::AddVertex(double lat, double lon) {
     if (m_pLocs == nullptr || m_iNumLocs < 0) return false;
     if (m_iNumLocs >= m_iLocArraySize) {
         if (m_iLocArraySize > (1 << 30)) return false;
-        const int grown = m_iLocArraySize + 300;
+        // 300 more at a time; past 65,536 vertices half the size more, so that a line of
+        // millions of vertices is not copied thousands of times over.
+        const int grown = m_iLocArraySize + (m_iLocArraySize >= 65536 ? m_iLocArraySize / 2 : 300);
         // A count that a reader set beyond the array would still not fit after one step.
         if (m_iNumLocs >= grown) return false;
         tagLOC* array = new (std::nothrow) tagLOC[static_cast<std::size_t>(grown) + 1];

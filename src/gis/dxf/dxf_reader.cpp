@@ -1,0 +1,397 @@
+// The drawing reader: a state machine fed one text line at a time. An entity is acted on when
+// the group code 0 that starts the next one arrives; nothing is ever looked at twice.
+
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "gis/coordinates.h"
+#include "gis/dxf/dxf_line_reader.h"
+#include "gis/dxf/dxf_tables.h"
+#include "gis/dxf/gis_file_dxf.h"
+#include "gis/line_assembly.h"
+#include "gis/numbers.h"
+#include "platform/message_box.h"
+#include "platform/text_file.h"
+
+namespace {
+
+// What the reader knows between lines. It is process-wide, as only one load runs at a time;
+// values of an open compound entity (POLYLINE, LWPOLYLINE, INSERT) carry over from one
+// sub-entity to the next until a group of the same code replaces them.
+struct TDxfParseState {
+    std::string strEntity;        // type of the entity being read (group 0)
+    std::string strText;          // group 1
+    std::string strName;          // group 2
+    std::string strLayer;         // group 8
+    double dX0 = 0.0, dY0 = 0.0;  // groups 10, 20
+    double dX1 = 0.0, dY1 = 0.0;  // groups 11, 21
+    double dBulge = 0.0;          // group 42
+    int iFlags = 0;               // group 70 while a polyline is open
+    int iPaperSpace = 0;          // group 67 of the current entity
+    int iVertexCount = 0;         // group 90: vertices of a lightweight polyline
+    std::string strSection;
+    bool bInBlocks = false;
+    bool bInEntities = false;
+    std::string strOpenEntity;  // "POLYLINE", "LWPOLYLINE" or "INSERT" while one is open
+    bool bImport = true;        // whether the current entity is taken
+    bool bInPolyline = false;
+    bool bInLwPolyline = false;
+    bool bClosed = false;
+    // The last layer name looked up in the class table and what it gave, since drawings name
+    // the same layer entity after entity.
+    std::string strLastLayer;
+    const TDxfLayerClass* pLastLayerClass = nullptr;
+    bool bLastLayerValid = false;
+};
+
+TDxfParseState s_State;
+
+constexpr int kVertexArrayStart = 1001;
+constexpr int kResultNoVertexArray = 1001;
+constexpr int kResultUnknownLayer = 5001;
+
+// Text values end at a NUL byte, as the C strings they were read into did.
+std::string_view TextValue(std::string_view value) {
+    const void* nul = std::memchr(value.data(), '\0', value.size());
+    return nul ? value.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - value.data()))
+               : value;
+}
+
+// A value that holds no number leaves the field as it was.
+void ReadDouble(std::string_view value, double& field) {
+    bool ok = false;
+    const double v = ParseDouble(value, &ok);
+    if (ok) field = v;
+}
+
+void ReadInt(std::string_view value, int& field) {
+    bool ok = false;
+    const int v = ParseInt(value, &ok);
+    if (ok) field = v;
+}
+
+// Group code lines are nearly always a few digits after blanks; those are read here, anything
+// else by the general conversion. Either way a line without a number keeps the code.
+void ReadGroupCode(std::string_view line, int& code) {
+    std::size_t i = 0;
+    while (i < line.size() && line[i] == ' ') ++i;
+    int value = 0;
+    std::size_t j = i;
+    for (; j < line.size() && j - i < 6 && line[j] >= '0' && line[j] <= '9'; ++j)
+        value = value * 10 + (line[j] - '0');
+    if (j > i && j == line.size())
+        code = value;
+    else
+        ReadInt(line, code);
+}
+
+bool Is(const std::string& entity, std::string_view keyword) {
+    return std::string_view(entity).starts_with(keyword);
+}
+
+}  // namespace
+
+int TGisFileDxf::s_iDefaultSingleBlockMode = 0;
+int TGisFileDxf::s_iDefaultSprayOnlyMode = 1;
+
+TGisFileDxf::TGisFileDxf()
+    : m_iSingleBlockMode(s_iDefaultSingleBlockMode), m_iSprayOnlyMode(s_iDefaultSprayOnlyMode) {
+    s_State.bInPolyline = false;
+    s_State.bInLwPolyline = false;
+}
+
+TGisFileDxf::~TGisFileDxf() = default;
+TGisFileDxf::TGisFileDxf(const TGisFileDxf& other) = default;
+TGisFileDxf& TGisFileDxf::operator=(const TGisFileDxf& other) = default;
+
+bool TGisFileDxf::IsValidFile(const char* path) {
+    return HasFileExtension(path, "DXF");
+}
+
+int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    int result = TGisFile::LoadFile(path, layer, progress);
+    TTextFile file;
+    if (layer == nullptr || !file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
+    m_pLayer = layer;
+    m_iLineState = 0;
+    m_iGroupCode = 0;
+    TDxfParseState& s = s_State;
+    s.strText.clear();
+    s.bImport = true;
+    s.strSection.clear();
+    s.strOpenEntity.clear();
+    s.bInBlocks = false;
+    s.bInEntities = false;
+
+    TDxfLineReader reader(file);
+    std::string_view line;
+    // Progress changes only when the position leaves the step it is in; lines within one step
+    // need no report.
+    std::int64_t stepStart = 0, stepEnd = 0;
+    while (reader.Next(line)) {
+        result = ProcessDxfLine(line);
+        if (result == GISFILE_ERR_CANCELLED) {
+            result = GISFILE_ERR_UNAVAILABLE;
+            break;
+        }
+        const std::int64_t position = file.GetPosition();
+        if ((position < stepStart || position >= stepEnd) && m_iProgressStep > 0) {
+            UpdateProgressControl(position);
+            stepStart = position / m_iProgressStep * m_iProgressStep;
+            stepEnd = stepStart + m_iProgressStep;
+        }
+    }
+    return result;
+}
+
+int TGisFileDxf::ProcessDxfLine(std::string_view line) {
+    if (m_iLineState == 0) {
+        ReadGroupCode(line, m_iGroupCode);
+        int result = GISFILE_OK;
+        if (m_iGroupCode == 0) {
+            result = ProcessDxfEntity();
+            ClearFields();
+        }
+        m_iLineState = 1;
+        return result;
+    }
+    const int result = ProcessDxfGroup(m_iGroupCode, line);
+    if (result != GISFILE_ERR_CANCELLED) m_iLineState = 0;
+    return result;
+}
+
+int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
+    TDxfParseState& s = s_State;
+    switch (code) {
+        case 0:
+            s.strEntity.assign(TextValue(value));
+            ProcessNewEntity();
+            return GISFILE_OK;
+        case 1:
+            s.strText.assign(TextValue(value));
+            return GISFILE_OK;
+        case 2:
+            s.strName.assign(TextValue(value));
+            return GISFILE_OK;
+        case 8:
+            s.strLayer.assign(TextValue(value));
+            // Contour and legend layers are never taken, whatever the class table says.
+            if (Is(s.strLayer, "CONT") || Is(s.strLayer, "LEGEND"))
+                s.bImport = false;
+            else
+                AnalyzeLayer(s.strLayer);
+            return GISFILE_OK;
+        case 10:
+            ReadDouble(value, s.dX0);
+            return GISFILE_OK;
+        case 11:
+            ReadDouble(value, s.dX1);
+            return GISFILE_OK;
+        case 21:
+            ReadDouble(value, s.dY1);
+            return GISFILE_OK;
+        case 42:
+            ReadDouble(value, s.dBulge);
+            return GISFILE_OK;
+        case 20:
+            ReadDouble(value, s.dY0);
+            if (s.bInLwPolyline && s.bImport) return ProcessLightweightVertex();
+            return GISFILE_OK;
+        case 67:
+            ReadInt(value, s.iPaperSpace);
+            if (s.iPaperSpace != 0) s.bImport = false;
+            return GISFILE_OK;
+        case 70:
+            if (s.bInPolyline || s.bInLwPolyline) {
+                ReadInt(value, s.iFlags);
+                s.bClosed = (s.iFlags & 1) != 0;
+            }
+            return GISFILE_OK;
+        case 90:
+            ReadInt(value, s.iVertexCount);
+            return GISFILE_OK;
+        default:
+            return GISFILE_OK;
+    }
+}
+
+// A lightweight polyline's vertex is complete at its group 20; the polyline ends with the
+// vertex that reaches its count.
+int TGisFileDxf::ProcessLightweightVertex() {
+    TDxfParseState& s = s_State;
+    double lat = 0.0, lon = 0.0;
+    if (ConvertToLL(s.dX0, s.dY0, &lat, &lon)) {
+        if (AddVertex(lat, lon) && m_iNumLocs >= s.iVertexCount) return ProcessSeqEnd();
+        return GISFILE_OK;
+    }
+    const int result = AskAboutCoordinate(lat, lon);
+    // One vertex fewer to wait for, so the polyline still ends with the ones that remain.
+    if (result != GISFILE_ERR_CANCELLED && s.iVertexCount > 0) --s.iVertexCount;
+    return result;
+}
+
+bool TGisFileDxf::PrepareVertexArray() {
+    // An array of the starting size from the previous polyline serves as it is.
+    if (m_pLocs != nullptr && m_iLocArraySize == kVertexArrayStart) return true;
+    return AllocateLocArray(kVertexArrayStart);
+}
+
+int TGisFileDxf::ProcessNewEntity() {
+    TDxfParseState& s = s_State;
+    s.iPaperSpace = 0;
+    if ((!s.bInBlocks && !s.bInEntities) || !Is(s.strEntity, "LWPOLYLINE")) return GISFILE_OK;
+    s.strOpenEntity = s.strEntity;
+    if (!PrepareVertexArray()) return kResultNoVertexArray;
+    s.bInLwPolyline = true;
+    m_iNumLocs = 0;
+    s.bImport = true;
+    return GISFILE_OK;
+}
+
+int TGisFileDxf::ProcessDxfEntity() {
+    TDxfParseState& s = s_State;
+    const std::string& type = s.strEntity;
+    if (Is(type, "EOF")) return GISFILE_OK;
+    if (Is(type, "SECTION")) {
+        // Sections are not closed by ENDSEC: a section lasts until the next one starts.
+        s.strSection = s.strName;
+        s.bInBlocks = s.strSection == "BLOCKS";
+        s.bInEntities = Is(s.strSection, "ENTITIES");
+        return GISFILE_OK;
+    }
+    if (!s.bInBlocks && !s.bInEntities) return GISFILE_OK;
+    if (Is(type, "POLYLINE")) {
+        s.strOpenEntity = type;
+        if (!PrepareVertexArray()) return kResultNoVertexArray;
+        s.bInPolyline = true;
+        m_iNumLocs = 0;
+        s.bImport = true;
+        s.bClosed = false;  // only the vertices' flags decide
+        return GISFILE_OK;
+    }
+    if (Is(type, "VERTEX")) {
+        if (!s.bImport) return GISFILE_OK;
+        if (s.dBulge > 0.9) s.bClosed = false;
+        double lat = 0.0, lon = 0.0;
+        // A vertex that is no geographic position is dropped without a question.
+        if (ConvertToLL(s.dX0, s.dY0, &lat, &lon) && !AddVertex(lat, lon)) return GISFILE_ERR_DATA;
+        return GISFILE_OK;
+    }
+    if (Is(type, "POINT")) return GISFILE_OK;
+    if (Is(type, "LINE")) {
+        if (!s.bImport) return GISFILE_OK;
+        tagLOC points[2];
+        const bool valid0 = ConvertToLL(s.dX0, s.dY0, &points[0].dLat, &points[0].dLon);
+        const bool valid1 = ConvertToLL(s.dX1, s.dY1, &points[1].dLat, &points[1].dLon);
+        if (!valid0 || !valid1) return AskAboutCoordinate(points[0].dLat, points[0].dLon);
+        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_GENERIC), 0, 2, points, "", false, COLOR_NONE,
+                        false, false, false);
+        return GISFILE_OK;
+    }
+    if (Is(type, "INSERT")) {
+        s.strOpenEntity = type;
+        s.bImport = true;
+        return GISFILE_OK;
+    }
+    if (Is(type, "SOLID") || Is(type, "TEXT") || Is(type, "ARC") || Is(type, "LAYER")) return GISFILE_OK;
+    if (Is(type, "SEQEND")) return ProcessSeqEnd();
+    // A lightweight polyline whose count was not reached (a vertex rejected or missing) ends
+    // with its entity, keeping the vertices it has.
+    if (Is(type, "LWPOLYLINE") && s.bInLwPolyline) return ProcessSeqEnd();
+    return GISFILE_OK;
+}
+
+int TGisFileDxf::ProcessSeqEnd() {
+    TDxfParseState& s = s_State;
+    int result = GISFILE_OK;
+    if (s.bImport && (s.bInPolyline || s.bInLwPolyline)) {
+        if (m_iNumLocs > 0)
+            AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
+                            COLOR_NONE, false, false, false);
+    } else if (s.bImport && Is(s.strOpenEntity, "INSERT")) {
+        result = ProcessInsert();
+    }
+    // Any SEQEND ends the polyline, also one whose entities were not taken, so that a skipped
+    // polyline cannot collect the vertices of what follows.
+    s.bInPolyline = false;
+    s.bInLwPolyline = false;
+    s.strOpenEntity.clear();
+    s.bImport = true;
+    ClearFields();
+    return result;
+}
+
+// At the SEQEND of an insert the fields hold its last attribute: tag, value and position.
+int TGisFileDxf::ProcessInsert() {
+    TDxfParseState& s = s_State;
+    double lat = 0.0, lon = 0.0;
+    if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) return AskAboutCoordinate(lat, lon);
+    if (const TDxfTagClass* row = FindDxfTagClass(s.strName))
+        AddImportedMarker(m_pLayer, row->iSymbol, TLoc(lat, lon), s.strText.c_str());
+    return GISFILE_OK;
+}
+
+void TGisFileDxf::AddImportedMarker(TMapLayer* layer, int symbol, const TLoc& at, const char* text) {
+    if (layer == nullptr) return;
+    auto* marker = new (std::nothrow) TFeatureMarker;
+    if (marker == nullptr) return;
+    marker->SetLowBits(symbol);
+    marker->m_Loc = at;
+    marker->m_strName = text != nullptr ? text : "";
+    marker->CalculateGeoExtents();
+    layer->AddElement(marker, ADD_ELEMENT_OWNED);
+    ++layer->m_iMarkerCount;
+}
+
+int TGisFileDxf::AnalyzeLayer(std::string_view layer) {
+    TDxfParseState& s = s_State;
+    // Layers named by a number (0, 17, ...) take the class of the layer before them.
+    if (!layer.empty() && layer[0] >= '0' && layer[0] <= '9') {
+        s.bImport = true;
+        return GISFILE_OK;
+    }
+    if (!s.bLastLayerValid || layer != s.strLastLayer) {
+        s.strLastLayer.assign(layer);
+        s.pLastLayerClass = FindDxfLayerClass(layer);
+        s.bLastLayerValid = true;
+    }
+    if (const TDxfLayerClass* row = s.pLastLayerClass) {
+        m_iFeatureType = static_cast<int>(row->dwKind);
+        s.bImport = row->byImport != 0;
+        return GISFILE_OK;
+    }
+    s.bImport = true;
+    m_iFeatureType = 0;
+    return kResultUnknownLayer;
+}
+
+int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {
+    const int kind = ClassifyCoordinate(lat, lon);
+    if (kind != COORD_PROJECTED) return kind;
+    const std::string source = DescribeSourceForPrompt(" DXF ");
+    return PromptProjectedCoordinate(source.c_str(), lat, lon) == IDYES ? GISFILE_ERR_CANCELLED : 1;
+}
+
+void TGisFileDxf::ClearFields() {
+    TDxfParseState& s = s_State;
+    if (!s.strOpenEntity.empty()) return;
+    s.strText.clear();
+    s.strName.clear();
+    s.dX0 = s.dY0 = s.dX1 = s.dY1 = 0.0;
+    s.dBulge = 0.0;
+    s.iFlags = 0;
+}
+
+bool TGisFileDxf::ConvertToLL(double x, double y, double* lat, double* lon) const {
+    if (s_State.iPaperSpace != 0) {
+        *lat = *lon = 0.0;
+        return false;
+    }
+    *lat = y;
+    *lon = x;
+    // Points within one degree of (0, 0) are taken for drawing units, not positions.
+    const double a = std::fabs(y), b = std::fabs(x);
+    return a <= 90.0 && b <= 180.0 && (a > 1.0 || b > 1.0);
+}

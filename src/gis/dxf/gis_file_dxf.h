@@ -1,0 +1,71 @@
+#pragma once
+// ASCII drawings: the reader takes polylines, lines and attributed inserts whose coordinates
+// are already longitude and latitude; the writer puts out release AC1009 polygons, spray
+// swaths and the recorded track.
+
+#include <string_view>
+#include <vector>
+
+#include "gis/gis_file.h"
+
+class TDxfGroupWriter;
+
+class TGisFileDxf : public TGisFile {
+public:
+    TGisFileDxf();
+    ~TGisFileDxf() override;
+    TGisFileDxf(const TGisFileDxf& other);
+    TGisFileDxf& operator=(const TGisFileDxf& other);
+
+    int WriteFile(const char* path, TMapLayer* layer) override;
+    int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
+
+    // True when the text after the last '.' is "DXF" in any case.
+    static bool IsValidFile(const char* path);
+
+    // Spray writing: non-zero gives one swath polygon per pair of samples instead of one per
+    // element.
+    int GetSingleBlockMode() const { return m_iSingleBlockMode; }
+    void SetSingleBlockMode(int mode) { m_iSingleBlockMode = mode; }
+    // Spray writing: non-zero leaves out elements recorded while not spraying; 0 writes their
+    // track as an open polyline.
+    int GetSprayOnlyMode() const { return m_iSprayOnlyMode; }
+    void SetSprayOnlyMode(int mode) { m_iSprayOnlyMode = mode; }
+
+    // Modes a newly constructed object starts with, for hosts that write through the dispatcher
+    // and cannot reach the object itself.
+    static int s_iDefaultSingleBlockMode;  // 0
+    static int s_iDefaultSprayOnlyMode;    // 1
+
+private:
+    // Reading: one step per line; each returns a result code.
+    int ProcessDxfLine(std::string_view line);
+    int ProcessDxfGroup(int code, std::string_view value);
+    int ProcessNewEntity();
+    int ProcessDxfEntity();
+    int ProcessSeqEnd();
+    int ProcessInsert();
+    int ProcessLightweightVertex();
+    int AnalyzeLayer(std::string_view layer);
+    int AskAboutCoordinate(double lat, double lon);
+    bool PrepareVertexArray();
+    void ClearFields();
+    // lat := y, lon := x; true when that is a usable geographic position.
+    bool ConvertToLL(double x, double y, double* lat, double* lon) const;
+    static void AddImportedMarker(TMapLayer* layer, int symbol, const TLoc& at, const char* text);
+
+    // Writing: one element each; each returns a result code.
+    int WriteFilePolygon(TDxfGroupWriter& out, const TMapElement& element);
+    int WriteFileMarker(TDxfGroupWriter& out, const TMapElement& element);
+    int WriteFileSpray(TDxfGroupWriter& out, const TMapElement& element);
+    // One POLYLINE entity on layer "1" with its vertices (x = longitude, y = latitude).
+    int WritePoly(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
+    int WritePolyline(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
+
+    int m_iSingleBlockMode;
+    int m_iSprayOnlyMode;
+    int m_iLineState = 0;  // 0: the next line is a group code; 1: it is that group's value
+    int m_iGroupCode = 0;
+    // Positions of every recorded spray sample written so far, drawn as one track at the end.
+    std::vector<tagLOC> m_SprayOutline;
+};
