@@ -1,14 +1,22 @@
 #include "gis/format_table.h"
 
 #include <iterator>
+#include <new>
+
+#include "gis/midmif/gis_file_midmif.h"
 
 namespace {
+template <class T>
+TGisFile* CreateFormat() {
+    return new (std::nothrow) T;
+}
+
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
-    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
+    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
 };
 }  // namespace
