@@ -52,6 +52,9 @@ const std::string& TLanguageTable::GetConfigFolder() { return ConfigFolder(); }
 const char* TLanguageTable::GetInstalledConfigFolder() { return TL_GIS_INSTALLED_CONFIG_DIR; }
 
 std::string TLanguageTable::LoadLanguage() {
+    // Start-up begins from an empty table, also when a host runs it again: a value that names
+    // no language, or a missing language file, must leave no texts of an earlier language.
+    Clear();
     std::string value;
     bool found = false;
     TTextFile file;

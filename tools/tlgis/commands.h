@@ -5,6 +5,7 @@
 
 int RunInfo(const TToolOptions& options);
 int RunConvert(const TToolOptions& options);
+int RunRender(const TToolOptions& options);
 
 // Exit status for a usage error.
 constexpr int kExitUsage = 2;

@@ -16,6 +16,7 @@ const char* const kUsage =
     "Commands:\n"
     "  info FILE [--json] [--points]   load FILE and describe what it holds\n"
     "  convert IN OUT [options]        load IN ('-' for nothing) and write OUT, format from its extension\n"
+    "  render IN OUT.svg [--width PX]  draw the layer as an SVG picture with a scale bar and north arrow\n"
     "  help [COMMAND]                  show this text, or the options of a command\n"
     "\n"
     "Formats: .job (JOB), .pmh (PMH), .dxf (DXF), .mif (MID/MIF pair), .shp (shapefile)\n"
@@ -72,6 +73,7 @@ int main(int argc, char** argv) {
     }
     if (options.strCommand == "info") return RunInfo(options);
     if (options.strCommand == "convert") return RunConvert(options);
+    if (options.strCommand == "render") return RunRender(options);
     PrintError("unknown command '" + options.strCommand + "'");
     std::fputs(kUsage, stderr);
     return kExitUsage;

@@ -1,0 +1,102 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include "commands.h"
+#include "gis/numbers.h"
+#include "hostmap/map_image.h"
+#include "layer_loading.h"
+#include "session.h"
+
+namespace {
+// The view: the layer's extents with a margin, so that edges do not touch the frame.
+TLocRect ViewOf(const TMapLayer& layer) {
+    TLocRect r = layer.m_rcExtents;
+    if (r.IsEmpty()) return TLocRect(-0.001, 0.001, 0.001, -0.001);
+    const double padLon = std::max((r.dEast - r.dWest) * 0.06, 1e-5);
+    const double padLat = std::max((r.dNorth - r.dSouth) * 0.06, 1e-5);
+    return TLocRect(r.dWest - padLon, r.dNorth + padLat, r.dEast + padLon, r.dSouth - padLat);
+}
+
+// A round length (1, 2 or 5 times a power of ten metres) near a fifth of the view's width.
+double ScaleBarMetres(double viewWidthM) {
+    const double target = viewWidthM / 5.0;
+    const double power = std::pow(10.0, std::floor(std::log10(std::max(target, 1e-3))));
+    for (double step : {5.0, 2.0, 1.0})
+        if (step * power <= target) return step * power;
+    return power;
+}
+
+void DrawScaleBarAndNorthArrow(TMapImage& image) {
+    TDeviceContext& dc = image.GetDC();
+    const TRectLP& v = image.GetVisibleRect();
+    const double unitsPerMetre = 100000.0 / image.GetScale();
+    const double widthM = (v.right - v.left) / unitsPerMetre;
+    const double barM = ScaleBarMetres(widthM);
+    const int barUnits = static_cast<int>(std::lround(barM * unitsPerMetre));
+    const int margin = (v.right - v.left) / 30;
+    const int tick = (v.top - v.bottom) / 80 + 1;
+    const TPointLP start{v.left + margin, v.bottom + margin};
+    const TPointLP end{start.x + barUnits, start.y};
+
+    const TPen oldPen = dc.SelectPen({PS_SOLID, 0, 0x000000});
+    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0x000000});
+    dc.MoveTo(start);
+    dc.LineTo(end);
+    dc.MoveTo({start.x, start.y - tick});
+    dc.LineTo({start.x, start.y + tick});
+    dc.MoveTo({end.x, end.y - tick});
+    dc.LineTo({end.x, end.y + tick});
+    const std::string label = barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
+    dc.TextOut({start.x, start.y + tick * 2}, label);
+
+    // North arrow in the top right corner.
+    const int size = (v.top - v.bottom) / 12 + 1;
+    const TPointLP tip{v.right - margin - size / 2, v.top - margin};
+    const TPointLP arrow[3] = {tip, {tip.x - size / 3, tip.y - size}, {tip.x + size / 3, tip.y - size}};
+    dc.Polygon(arrow, 3);
+    dc.TextOut({tip.x - size / 6, tip.y - size - size / 2}, "N");
+    dc.SelectBrush(oldBrush);
+    dc.SelectPen(oldPen);
+}
+}  // namespace
+
+int RunRender(const TToolOptions& options) {
+    if (options.positional.size() != 2) {
+        PrintError("usage: tlgis render IN OUT.svg [--spray FLIGHT.csv] [--width PX]");
+        return kExitUsage;
+    }
+    bool ok = true;
+    const int width = options.HasValue("width") ? ParseInt(options.Get("width"), &ok) : 1000;
+    if (!ok || width < 16 || width > 20000) {
+        PrintError("--width takes a number of pixels from 16 to 20000");
+        return kExitUsage;
+    }
+    const std::string& in = options.positional[0];
+    const std::string& out = options.positional[1];
+    TMapLayer layer;
+    const TLoadOutcome loaded = LoadLayer(in, layer, options);
+    if (loaded.iResult != 0) return 1;
+    if (!AugmentLayer(layer, options)) return 1;
+    layer.CalculateGeoExtents();
+
+    TMapImage image(ViewOf(layer), width);
+    // Areas first, then lines, then point symbols on top, so nothing hides a marker.
+    for (int pass = 0; pass < 3; ++pass) {
+        for (const TMapElement* e : layer.m_Elements) {
+            const std::uint32_t kind = e->GetKind();
+            const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
+                              : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)             ? 0
+                                                                                                         : 1;
+            if (order == pass) e->Draw(image);
+        }
+    }
+    DrawScaleBarAndNorthArrow(image);
+    if (!image.WriteSvg(out.c_str(), in)) {
+        PrintError("cannot write " + out);
+        return 1;
+    }
+    PrintNote("wrote " + out);
+    return 0;
+}
