@@ -8,8 +8,9 @@
 #include "gis/gis_file.h"
 #include "platform/text_file.h"
 
-// Field separator of the .mid rows; any value other than comma and tab gives a space.
-enum MIDDELIMITER {
+// Field separator of the .mid rows; any value other than comma and tab gives a space (the
+// type holds any int a host may store).
+enum MIDDELIMITER : int {
     MID_DELIMITER_COMMA = 0,
     MID_DELIMITER_TAB = 1,
     MID_DELIMITER_SPACE = 2,
