@@ -74,3 +74,4 @@ void BM_MifParseOnly(benchmark::State& state) {
 }
 BENCHMARK(BM_MifParseOnly)->Unit(benchmark::kMillisecond)->MinTime(3.0)->UseRealTime();
 }  // namespace
+BENCHMARK_MAIN();
