@@ -37,14 +37,15 @@ public:
     // Hands the object collected so far, if any, to the layer.
     void SaveCurrentPolyline();
 
-    // Writes path (.mif) and the .mid file beside it. Returns the result of the last element
-    // written (0, or 1 when a swath outline could not be allocated), or 6002 when a file cannot
-    // be created.
+    // Writes path (.mif) and the .mid file beside it; both stay open until the object is
+    // destroyed. Returns the result of the last element written (0, or 1 when a swath outline
+    // could not be allocated), or 6002 when a file cannot be created or written.
     int WriteFile(const char* path, TMapLayer* layer) override;
     int WriteFileMarker(TMapElement* element);
     int WriteFilePolygon(TMapElement* element);
     int WriteFileSpray(TMapElement* element);
-    // One REGION object of count points; with close set the first point is repeated at the end.
+    // One REGION object of count points (nothing without points); with close set the first
+    // point is repeated at the end.
     int WritePolyline(const tagLOC* points, int count, unsigned long color, bool close);
     // Writes text and a line end to the .mid file.
     int WriteMidRecord(const char* text);
