@@ -1,4 +1,4 @@
-// Field texts of the .mid spray rows: packed dates and times, units, padding.
+// Field texts of the .mid spray rows: packed dates and times, signs and padding.
 
 #include <gtest/gtest.h>
 
@@ -14,95 +14,45 @@ constexpr std::uint32_t Stamp(unsigned yearHigh, unsigned day, unsigned h, unsig
     return yearHigh << 29 | day << 24 | h << 19 | m << 13 | s << 7 | hs;
 }
 
-TEST(MidFields, DateFromPackedFields) {
-    // 2020 is 1993 + 27 = 0b001'1011: high bits 1 in the stamp, low nibble 11 in monthYear.
+// 2020 is 1993 + 27 = 0b001'1011: high bits 1 in the stamp, low nibble 11 in monthYear.
+TEST(MidFields, DateAndTimeFromPackedFields) {
     const struct {
         const char* pszName;
         std::uint8_t byMonthYear;
         std::uint32_t dwStamp;
-        const char* pszDate;
+        const char* pszText;  // date, a space, time
     } cases[] = {
-        {"march_2020", 0xB3, Stamp(1, 15, 0, 0, 0, 0), "03:15:2020"},
-        {"base_year", 0x01, Stamp(0, 1, 0, 0, 0, 0), "01:01:1993"},
-        {"last_year", 0xFC, Stamp(7, 31, 0, 0, 0, 0), "12:31:2120"},
-        {"month_zero_is_still_written", 0x00, Stamp(0, 0, 0, 0, 0, 0), "00:00:1993"},
-        {"month_13", 0xBD, Stamp(1, 15, 0, 0, 0, 0), "00:00:00"},
-        {"month_15", 0x0F, 0, "00:00:00"},
+        {"march_2020", 0xB3, Stamp(1, 15, 14, 3, 10, 50), "03:15:2020 14:03:10.50"},
+        {"first_year", 0x01, Stamp(0, 1, 0, 0, 0, 0), "01:01:1993 00:00:00.00"},
+        {"last_year_last_moment", 0xFC, Stamp(7, 31, 23, 59, 59, 99), "12:31:2120 23:59:59.99"},
+        {"month_zero_is_written", 0x00, 0, "00:00:1993 00:00:00.00"},
+        {"month_13", 0xBD, Stamp(1, 15, 1, 2, 3, 4), "00:00:00 01:02:03.04"},
+        {"month_15", 0x0F, 0, "00:00:00 00:00:00.00"},
+        {"hour_25", 0xB3, Stamp(1, 15, 25, 1, 1, 1), "03:15:2020 00:00:00.00"},
+        {"hour_24", 0xB3, Stamp(1, 15, 24, 0, 0, 0), "03:15:2020 00:00:00.00"},
+        {"minute_60", 0xB3, Stamp(1, 15, 1, 60, 0, 0), "03:15:2020 00:00:00.00"},
+        {"second_60", 0xB3, Stamp(1, 15, 1, 0, 60, 0), "03:15:2020 00:00:00.00"},
+        {"hundredths_100", 0xB3, Stamp(1, 15, 1, 0, 0, 100), "03:15:2020 00:00:00.00"},
     };
     for (const auto& c : cases) {
         std::string out;
         AppendMidDate(out, c.byMonthYear, c.dwStamp);
-        EXPECT_EQ(out, c.pszDate) << c.pszName;
-    }
-}
-
-TEST(MidFields, TimeFromPackedFields) {
-    const struct {
-        const char* pszName;
-        std::uint32_t dwStamp;
-        const char* pszTime;
-    } cases[] = {
-        {"afternoon", Stamp(5, 31, 14, 3, 10, 50), "14:03:10.50"},
-        {"last_hundredth", Stamp(0, 0, 23, 59, 59, 99), "23:59:59.99"},
-        {"hour_25", Stamp(0, 0, 25, 1, 1, 1), "00:00:00.00"},
-        {"hour_24", Stamp(0, 0, 24, 0, 0, 0), "00:00:00.00"},
-        {"minute_60", Stamp(0, 0, 1, 60, 0, 0), "00:00:00.00"},
-        {"second_60", Stamp(0, 0, 1, 0, 60, 0), "00:00:00.00"},
-        {"hundredths_100", Stamp(0, 0, 1, 0, 0, 100), "00:00:00.00"},
-    };
-    for (const auto& c : cases) {
-        std::string out;
+        out += ' ';
         AppendMidTime(out, c.dwStamp);
-        EXPECT_EQ(out, c.pszTime) << c.pszName;
+        EXPECT_EQ(out, c.pszText) << c.pszName;
     }
 }
 
-TEST(MidFields, RateUnits) {
-    const struct {
-        const char* pszName;
-        int iMetric;
-        int iUnits;
-        const char* pszField;  // "%10.4f" of 30 recorded
-    } cases[] = {
-        {"us_volume", 0, 4, "    3.2072"},
-        {"us_mass", 0, 6, "   26.7654"},
-        {"us_other_units_unchanged", 0, 5, "   30.0000"},
-        {"metric_volume_unchanged", 1, 4, "   30.0000"},
-        {"metric_any_nonzero", -1, 6, "   30.0000"},
-    };
-    for (const auto& c : cases) {
-        std::string out;
-        AppendFixedWidth(out, ConvertMidRate(30.0, c.iMetric, c.iUnits), 10, 4);
-        EXPECT_EQ(out, c.pszField) << c.pszName;
-    }
-}
-
-TEST(MidFields, SprayRowLayout) {
+TEST(MidFields, NegativeAndSmallValuesKeepTheirWidths) {
     TMidSprayRow row;
     row.dwTimeStamp = Stamp(1, 15, 14, 3, 10, 50);
-    row.dSpeed = 50.0;
-    row.iHeading = 7;
-    row.iHeight = 500;
-    row.dFlowRate = ConvertMidRate(30.0, 0, 4);
-    const struct {
-        char cDelimiter;
-        const char* pszRow;
-    } cases[] = {
-        {',', "03:15:2020,14:03:10.50,111.8,007,00328, ON,    3.2072, "},
-        {'\t', "03:15:2020\t14:03:10.50\t111.8\t007\t00328\t ON\t    3.2072\t "},
-    };
-    for (const auto& c : cases) {
-        std::string out;
-        AppendMidSprayRow(out, "03:15:2020", c.cDelimiter, row);
-        EXPECT_EQ(out, c.pszRow) << "delimiter " << int(c.cDelimiter);
-    }
-    // Negative heading and height keep the sign before the zeros; slow speeds are padded.
     row.dSpeed = 0.5;
     row.iHeading = -7;
     row.iHeight = -20;  // -4 m = -13.12 ft, cut toward zero
+    row.dFlowRate = -0.25;
     std::string out;
-    AppendMidSprayRow(out, "x", ',', row);
-    EXPECT_EQ(out, "x,14:03:10.50,  1.1,-07,-0013, ON,    3.2072, ");
+    AppendMidSprayRow(out, "x", '\t', row);
+    EXPECT_EQ(out, "x\t14:03:10.50\t  1.1\t-07\t-0013\t ON\t   -0.2500\t ");
 }
 
 // The padded formats must give exactly what printf gives, including rounding and signs.
@@ -118,8 +68,7 @@ TEST(MidFields, PaddingMatchesPrintf) {
             EXPECT_EQ(got, expected) << v << " width " << width << " decimals " << decimals;
         }
     }
-    const long long ints[] = {0, 7, -7, 42, -42, 328, -13, 12345, -12345, 2147483647LL};
-    for (const long long v : ints) {
+    for (const long long v : {0LL, 7LL, -7LL, 42LL, -42LL, 328LL, -13LL, 12345LL, -12345LL, 2147483647LL}) {
         for (const int width : {2, 3, 5}) {
             char zero[32], space[32];
             std::snprintf(zero, sizeof zero, "%0*lld", width, v);
