@@ -74,4 +74,3 @@ void BM_MifParseOnly(benchmark::State& state) {
 }
 BENCHMARK(BM_MifParseOnly)->Unit(benchmark::kMillisecond)->MinTime(3.0)->UseRealTime();
 }  // namespace
-BENCHMARK_MAIN();

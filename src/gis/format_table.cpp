@@ -3,7 +3,9 @@
 #include <iterator>
 #include <new>
 
+#include "gis/job/job_file.h"
 #include "gis/midmif/gis_file_midmif.h"
+#include "gis/shp/gis_file_shp.h"
 
 namespace {
 template <class T>
@@ -13,11 +15,11 @@ TGisFile* CreateFormat() {
 
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
-    {GIS_FILE_JOB, "JOB", "JOB", nullptr, nullptr, nullptr},
+    {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>, nullptr},
-    {GIS_FILE_SHP, "SHP", "SHP", nullptr, nullptr, nullptr},
+    {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},
 };
 }  // namespace
 
@@ -27,5 +29,9 @@ const TGisFormat* FindGisFormat(int type) {
     return nullptr;
 }
 
-const TGisFormat* GisFormatsBegin() { return std::begin(kFormats); }
-const TGisFormat* GisFormatsEnd() { return std::end(kFormats); }
+const TGisFormat* GisFormatsBegin() {
+    return std::begin(kFormats);
+}
+const TGisFormat* GisFormatsEnd() {
+    return std::end(kFormats);
+}

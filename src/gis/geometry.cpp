@@ -25,8 +25,10 @@ tagLOC ComputeCentroid(const tagLOC* points, int count) {
 double ComputePolygonArea(const tagLOC* points, int count) {
     if (points == nullptr || count < 3) return 0.0;
     CUtm utm;
-    const double lon = points[1].dLon;
-    const int zone = static_cast<int>((lon + 180.0) / 6.0 + 1.0);
+    // Zone of the second vertex; a longitude that is no number or far out of range must not
+    // reach the integer conversion (the area is meaningless then anyway).
+    const double zoneValue = (points[1].dLon + 180.0) / 6.0 + 1.0;
+    const int zone = std::isfinite(zoneValue) && std::fabs(zoneValue) < 1.0e6 ? static_cast<int>(zoneValue) : 31;
     utm.m_dCentralMeridian = zone * 6.0 - 183.0;
     utm.m_bSouth = points[1].dLat < 0.0;
     utm.LatLonToUtm(points[0]);
@@ -58,10 +60,11 @@ bool IsRingClockwise(const tagLOC* points, int count) {
     while (i < count && points[i].dLon != extents.dEast) ++i;
     if (i == count) return false;  // only with NaN longitudes
     // The closing vertex stands for the first; an unclosed ring wraps around.
+    const bool closed = points[count - 1].dLat == points[0].dLat && points[count - 1].dLon == points[0].dLon;
     int cur = i, prev = i - 1, next = i + 1 < count ? i + 1 : 0;
     if (i == 0) {
-        cur = count - 1;
-        prev = count - 2;
+        cur = closed ? count - 1 : 0;
+        prev = closed ? count - 2 : count - 1;
     }
     const double dN = points[next].dLat - points[cur].dLat;
     const double dP = points[prev].dLat - points[cur].dLat;

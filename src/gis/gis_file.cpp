@@ -84,6 +84,8 @@ bool TGisFile::AddVertex(double lat, double lon) {
     if (m_iNumLocs >= m_iLocArraySize) {
         if (m_iLocArraySize > (1 << 30)) return false;
         const int grown = m_iLocArraySize + 300;
+        // A count that a reader set beyond the array would still not fit after one step.
+        if (m_iNumLocs >= grown) return false;
         tagLOC* array = new (std::nothrow) tagLOC[static_cast<std::size_t>(grown) + 1];
         if (array == nullptr) return false;
         std::copy(m_pLocs, m_pLocs + std::min(m_iNumLocs, m_iLocArraySize + 1), array);

@@ -1,6 +1,7 @@
 #include "gis/line_assembly.h"
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 #include <new>
 
@@ -25,6 +26,8 @@ TFeatureLine* AddImportedLine(TMapLayer* layer, int kind, int boundType, int cou
     std::unique_ptr<TFeatureLine> line(CreateLineForKind(kind));
     if (!line) return nullptr;
     if (count < 1 || points == nullptr) count = 0;
+    // No vertex array of that size can be had (and its size would not fit an int).
+    if (count > INT_MAX - 2) return nullptr;
     if (count > 0) {
         const int alloc = count + 1 + (close ? 1 : 0);
         tagLOC* copy = new (std::nothrow) tagLOC[static_cast<std::size_t>(alloc)];

@@ -1,6 +1,7 @@
 #include "hostmap/map_image.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -88,8 +89,12 @@ TMapImage::TMapImage(const tagLOCRECT& view, int widthPx) : m_iWidthPx(std::max(
     m_center = {(v.dNorth + v.dSouth) * 0.5, (v.dWest + v.dEast) * 0.5};
     const double metresPerDegLat = GeoDistance(m_center.dLat - 0.5, m_center.dLon, m_center.dLat + 0.5, m_center.dLon);
     const double metresPerDegLon = GeoDistance(m_center.dLat, m_center.dLon - 0.5, m_center.dLat, m_center.dLon + 0.5);
-    const double widthM = std::max((v.dEast - v.dWest) * metresPerDegLon, 1.0);
-    const double heightM = std::max((v.dNorth - v.dSouth) * metresPerDegLat, 1.0);
+    double widthM = std::max((v.dEast - v.dWest) * metresPerDegLon, 1.0);
+    double heightM = std::max((v.dNorth - v.dSouth) * metresPerDegLat, 1.0);
+    // A view along a meridian or a parallel is widened to at most 20:1, so that the picture's
+    // other side keeps a sensible (and representable) number of pixels.
+    widthM = std::max(widthM, heightM / 20.0);
+    heightM = std::max(heightM, widthM / 20.0);
     const double spanM = std::max(widthM, heightM);
     m_dScale = spanM * 100000.0 / kUnitsAcross;
     const double unitsPerMetre = 100000.0 / m_dScale;
@@ -122,6 +127,13 @@ TRectLP TMapImage::LocRect2LP(const tagLOCRECT& rect) const {
 }
 
 namespace {
+// One decimal, as "%.1f" in the C locale, whatever locale the host has set.
+std::string Fixed1(double v) {
+    char buf[400];
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::fixed, 1);
+    return ec == std::errc() ? std::string(buf, end) : std::string("0.0");
+}
+
 std::string SvgColor(std::uint32_t bgr) {
     char buf[16];
     std::snprintf(buf, sizeof buf, "#%02x%02x%02x", bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
@@ -151,17 +163,13 @@ std::string TMapImage::ToSvg(const std::string& title) const {
     const double sx = static_cast<double>(m_iWidthPx) / std::max(1, m_visible.right - m_visible.left);
     const double sy = static_cast<double>(m_iHeightPx) / std::max(1, m_visible.top - m_visible.bottom);
     auto px = [&](TPointLP p) {
-        char buf[64];
-        std::snprintf(buf, sizeof buf, "%.1f,%.1f", (p.x - m_visible.left) * sx, (m_visible.top - p.y) * sy);
-        return std::string(buf);
+        return Fixed1((p.x - m_visible.left) * sx) + "," + Fixed1((m_visible.top - p.y) * sy);
     };
     auto stroke = [&](const TDrawCommand& c) {
         if (c.pen.iStyle == PS_NULL) return std::string(" stroke=\"none\"");
-        char buf[128];
         const double w = std::max(1.0, c.pen.iWidth * sx);
-        std::snprintf(buf, sizeof buf, " stroke=\"%s\" stroke-width=\"%.1f\"%s", SvgColor(c.pen.dwColor).c_str(), w,
-                      c.pen.iStyle == PS_DASH ? " stroke-dasharray=\"6,4\"" : (c.pen.iStyle == PS_DOT ? " stroke-dasharray=\"2,3\"" : ""));
-        return std::string(buf);
+        return " stroke=\"" + SvgColor(c.pen.dwColor) + "\" stroke-width=\"" + Fixed1(w) + "\"" +
+               (c.pen.iStyle == PS_DASH ? " stroke-dasharray=\"6,4\"" : (c.pen.iStyle == PS_DOT ? " stroke-dasharray=\"2,3\"" : ""));
     };
     auto fill = [&](const TDrawCommand& c) {
         if (c.brush.iStyle == BS_NULL) return std::string(" fill=\"none\"");
@@ -208,20 +216,18 @@ std::string TMapImage::ToSvg(const std::string& title) const {
                 const double x1 = (std::max(c.points[0].x, c.points[1].x) - m_visible.left) * sx;
                 const double y0 = (m_visible.top - std::max(c.points[0].y, c.points[1].y)) * sy;
                 const double y1 = (m_visible.top - std::min(c.points[0].y, c.points[1].y)) * sy;
-                char buf[160];
                 if (c.eKind == TDrawCommand::Rectangle)
-                    std::snprintf(buf, sizeof buf, "<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\"", x0, y0,
-                                  x1 - x0, y1 - y0);
+                    out += "<rect x=\"" + Fixed1(x0) + "\" y=\"" + Fixed1(y0) + "\" width=\"" + Fixed1(x1 - x0) +
+                           "\" height=\"" + Fixed1(y1 - y0) + "\"";
                 else
-                    std::snprintf(buf, sizeof buf, "<ellipse cx=\"%.1f\" cy=\"%.1f\" rx=\"%.1f\" ry=\"%.1f\"",
-                                  (x0 + x1) / 2, (y0 + y1) / 2, (x1 - x0) / 2, (y1 - y0) / 2);
-                out += buf + fill(c) + stroke(c) + blend(c) + "/>\n";
+                    out += "<ellipse cx=\"" + Fixed1((x0 + x1) / 2) + "\" cy=\"" + Fixed1((y0 + y1) / 2) + "\" rx=\"" +
+                           Fixed1((x1 - x0) / 2) + "\" ry=\"" + Fixed1((y1 - y0) / 2) + "\"";
+                out += fill(c) + stroke(c) + blend(c) + "/>\n";
                 break;
             }
             case TDrawCommand::Text: {
-                const std::string at = px(c.points[0]);
-                const auto comma = at.find(',');
-                out += "<text x=\"" + at.substr(0, comma) + "\" y=\"" + at.substr(comma + 1) +
+                const TPointLP at = c.points[0];
+                out += "<text x=\"" + Fixed1((at.x - m_visible.left) * sx) + "\" y=\"" + Fixed1((m_visible.top - at.y) * sy) +
                        "\" font-family=\"sans-serif\" font-size=\"12\" fill=\"" + SvgColor(c.pen.dwColor) + "\">" +
                        XmlEscape(c.strText) + "</text>\n";
                 break;

@@ -9,7 +9,7 @@ TMapLayer::~TMapLayer() { RemoveAllElements(); }
 void TMapLayer::AddElement(TMapElement* element, int mode) {
     if (element == nullptr) return;
     m_Elements.push_back(element);
-    m_Owned.push_back(mode == ADD_ELEMENT_BORROWED ? 0 : 1);
+    if (mode != ADD_ELEMENT_BORROWED) m_Owned.push_back(element);
     if (element->IncludeInExtents()) m_rcExtents.ExpandExtents(element->m_rcExtents);
 }
 
@@ -18,8 +18,7 @@ void TMapLayer::AddPolygon(const tagLOC* points, int count, const std::string& i
 }
 
 void TMapLayer::RemoveAllElements() {
-    for (std::size_t i = 0; i < m_Elements.size(); ++i)
-        if (m_Owned[i]) delete m_Elements[i];
+    for (TMapElement* element : m_Owned) delete element;
     m_Elements.clear();
     m_Owned.clear();
     m_Polygons.clear();

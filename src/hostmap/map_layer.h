@@ -71,7 +71,9 @@ public:
     int m_iRateUnits = 0;
 
 private:
-    std::vector<std::uint8_t> m_Owned;  // per element: 1 when the layer destroys it
+    // The elements the layer destroys. Kept apart from m_Elements, which callers may change
+    // directly, so that ownership never depends on positions in that list.
+    std::vector<TMapElement*> m_Owned;
 };
 
 // A map: the layers of a view, or a writer's private collection of layers.

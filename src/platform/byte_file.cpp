@@ -68,7 +68,8 @@ std::size_t TByteFile::Read(void* dst, std::size_t n) {
         return got;
     }
     if (m_pFile == nullptr) return 0;
-    if (m_bWriting && !FlushWrite()) return 0;
+    // A stream that was written must be flushed before it is read.
+    if (m_bWriting && (!FlushWrite() || std::fflush(m_pFile) != 0)) return 0;
     return std::fread(dst, 1, n, m_pFile);
 }
 
@@ -81,6 +82,8 @@ bool TByteFile::Write(const void* src, std::size_t n) {
 
 bool TByteFile::FlushWrite() {
     if (m_strOut.empty()) return !m_bWriteError;
+    // A stream that was read needs a seek before it is written; this one keeps the position.
+    if (fseeko(m_pFile, 0, SEEK_CUR) != 0) m_bWriteError = true;
     if (std::fwrite(m_strOut.data(), 1, m_strOut.size(), m_pFile) != m_strOut.size()) m_bWriteError = true;
     m_strOut.clear();
     return !m_bWriteError;

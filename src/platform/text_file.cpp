@@ -192,7 +192,11 @@ bool TTextFile::ReadLine(std::string& line, std::size_t maxLen) {
         return false;
     }
     line.assign(v);
-    while (!m_bLastComplete && ReadLineView(v, maxLen)) {
+    // Views are limited to half the buffer: gather the pieces up to maxLen, then skip the rest.
+    while (!m_bLastComplete) {
+        const std::size_t room = maxLen > line.size() ? maxLen - line.size() : 0;
+        if (!ReadLineView(v, room > 0 ? room : kMaxViewLine)) break;
+        if (room > 0) line.append(v);
     }
     return true;
 }
@@ -216,7 +220,7 @@ bool TTextFile::Seek(std::int64_t pos) {
         m_iPos = static_cast<std::size_t>(pos - m_iBufStart);
         return true;
     }
-    if (m_bMemory) return false;
+    if (m_bMemory || pos > GetLength()) return false;
     if (fseeko(m_pFile, static_cast<off_t>(pos), SEEK_SET) != 0) return false;
     m_iBufStart = pos;
     m_iPos = m_iEnd = 0;

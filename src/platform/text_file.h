@@ -1,8 +1,9 @@
 #pragma once
 // Buffered text file with the line semantics the readers rely on.
 //
-// Reading: LF, CR LF and a lone CR each end a line. A bounded read returns at most
-// cap - 1 characters; a longer line comes back in pieces, the first ones of exactly
+// Reading: LF and CR LF each end a line (so do CRs at the very end of the file); a CR
+// inside a line is an ordinary character, as in text-mode reading. A bounded read returns
+// at most cap - 1 characters; a longer line comes back in pieces, the first ones of exactly
 // cap - 1 characters. Writing: every '\n' becomes CR LF on disk.
 
 #include <cstddef>

@@ -2,17 +2,30 @@
 #include <string>
 
 #include "commands.h"
+#include "extensions.h"
 #include "gis/gis_map.h"
 #include "layer_loading.h"
 #include "layer_report.h"
 #include "session.h"
 
+namespace {
+// True when an extension's option will add elements of its own (tlgis info --spray F.csv).
+bool HasExtensionInput(const TToolOptions& options) {
+    for (const TToolExtension& ext : ToolExtensions())
+        for (const std::string& name : ext.valueOptions)
+            if (ext.augmentLayer && options.HasValue(name)) return true;
+    return false;
+}
+}  // namespace
+
 int RunInfo(const TToolOptions& options) {
-    if (options.positional.size() != 1) {
-        PrintError("usage: tlgis info FILE [--json] [--points]");
+    // Without FILE the layer starts empty, which is useful when an option adds to it.
+    const bool emptyStart = options.positional.empty() && HasExtensionInput(options);
+    if (options.positional.size() != 1 && !emptyStart) {
+        PrintError("usage: tlgis info FILE [--json] [--points]  (FILE may be '-' for an empty layer)");
         return kExitUsage;
     }
-    const std::string& path = options.positional[0];
+    const std::string path = emptyStart ? "-" : options.positional[0];
     TMapLayer layer;
     const TLoadOutcome outcome = LoadLayer(path, layer, options);
     if (!AugmentLayer(layer, options)) return 1;

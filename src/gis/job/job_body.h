@@ -1,0 +1,20 @@
+#pragma once
+// The loop shared by every record body of a JOB file.
+
+#include <cstdint>
+
+#include "gis/job/job_tokens.h"
+#include "platform/text_file.h"
+
+template <class Handler>
+void ReadJobBody(TTextFile& file, Handler&& handle) {
+    std::int64_t position = file.GetPosition();
+    while (!ReadJobTokens(file)) {
+        if (g_szJobTokens[0][0] == '.') {
+            file.Seek(position);
+            return;
+        }
+        if (!handle()) return;
+        position = file.GetPosition();
+    }
+}

@@ -1,0 +1,53 @@
+#pragma once
+// The system's own text job files: markers, spray patterns, boundary and generic lines.
+
+#include <string>
+
+#include "gis/gis_file.h"
+
+class TTextFile;
+class TFeatureLine;
+
+class TGisFileJob : public TGisFile {
+public:
+    TGisFileJob() = default;
+    ~TGisFileJob() override = default;
+    TGisFileJob(const TGisFileJob&) = default;
+    TGisFileJob& operator=(const TGisFileJob&) = default;
+
+    // Writes the layer as a JOB file: 0, 1 when the file cannot be created, 6003 when memory
+    // for a vertex copy fails, -6001 when the file name is not a usable job name.
+    int WriteFile(const char* path, TMapLayer* layer) override;
+    // Reads the whole file into the layer; 6002 when it cannot be opened or does not start
+    // with ".JOB".
+    int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
+
+    // True when the text after the path's last '.' is "JOB", ignoring case.
+    static bool IsValidFile(const char* path);
+
+    // Read one boundary (".POL") or polyline (".GPL") body from the line after its record line
+    // and add it to the layer as a line with the given id; the name is not used. Return 2001
+    // when no vertex buffer can be had, 6080 when the user stopped at the projected-coordinate
+    // question, else the class of the last refused coordinate line (0 when none).
+    static int ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char* name);
+    static int ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char* name);
+
+    std::string m_strLLB;
+    std::string m_strJobName;
+    int m_iVersion = 0;
+
+protected:
+    friend class TJobLineFitter;
+
+    // Reads one line (99 characters at most) and splits it into the four shared tokens.
+    // 1 at end of file, 0 otherwise.
+    static int ReadJobLine(TTextFile& file);
+    // Read the body of the record whose line was read last.
+    void ReadMarker(TTextFile& file, TMapLayer* layer);
+    void ReadPattern(TTextFile& file, TMapLayer* layer);
+
+    // Write one ".POL" record from vertices (taken over and released): a closed or open
+    // boundary, or an open generic line.
+    void WriteOnePolygon(int number, int count, const TFeatureLine* line, tagLOC* vertices, TTextFile& file);
+    void WriteOnePolyline(int number, int count, const TFeatureLine* line, tagLOC* vertices, TTextFile& file);
+};

@@ -1,0 +1,29 @@
+#include "gis/job/job_tokens.h"
+
+#include <cmath>
+
+#include "platform/text_file.h"
+
+char g_szJobTokens[JOB_TOKEN_COUNT][JOB_TOKEN_CHARS + 1];
+
+void TokenizeJobLine(const char* line) {
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(line);
+    for (int t = 0; t < JOB_TOKEN_COUNT; ++t) {
+        while (*p != 0 && (*p <= 32 || *p >= 128)) ++p;
+        int n = 0;
+        while (n < JOB_TOKEN_CHARS && *p >= 33 && *p <= 127) g_szJobTokens[t][n++] = static_cast<char>(*p++);
+        g_szJobTokens[t][n] = '\0';
+    }
+}
+
+bool ReadJobTokens(TTextFile& file) {
+    char line[JOB_LINE_CHARS + 1];
+    if (!file.ReadLine(line, sizeof line)) return true;
+    TokenizeJobLine(line);
+    return false;
+}
+
+bool IsAcceptedJobCoordinate(double lat, double lon) {
+    const double a = std::fabs(lat), b = std::fabs(lon);
+    return a <= 90.0 && b <= 180.0 && !(a <= 1.0 && b <= 1.0);
+}

@@ -1,0 +1,183 @@
+#include "gis/shp/gis_file_shp.h"
+
+#include <new>
+
+#include "gis/coordinates.h"
+#include "gis/geometry.h"
+#include "gis/language.h"
+#include "gis/line_assembly.h"
+#include "gis/numbers.h"
+#include "gis/shp/shp_record_reader.h"
+#include "platform/message_box.h"
+
+ESRISPRAYFORMAT TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
+ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
+
+namespace {
+// Source text of the projected-coordinate question for polygons.
+constexpr const char* kPolygonSource = "This SHP file";
+}  // namespace
+
+TGisFileShp::TGisFileShp() = default;
+
+TGisFileShp::~TGisFileShp() = default;
+
+bool TGisFileShp::IsValidFile(const char* path) {
+    return HasFileExtension(path, "SHP");
+}
+
+int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    TGisFile::LoadFile(path, layer, progress);
+    if (layer == nullptr || !m_ShapeFile.Open(path, TByteFile::modeRead)) {
+        m_ShapeFile.Close();
+        return GISFILE_ERR_OPEN;
+    }
+    m_strPath = path;
+    m_pLayer = layer;
+    m_strLineSource = DescribeSourceForPrompt(" SHP ");
+    m_pReader = std::make_unique<TShpRecordReader>(m_ShapeFile);
+    int result = LoadHeader();
+    if (result == GISFILE_OK) result = LoadData();
+    m_pReader.reset();
+    ReleaseLocArray();
+    m_ShapeFile.Close();
+    return result;
+}
+
+int TGisFileShp::ReportDamage(const std::string& problem, int result) {
+    std::string text = m_strPath;
+    text += ": ";
+    text += problem;
+    text += result == GISFILE_ERR_OPEN ? ". The file is not loaded."
+                                       : ". Loading stopped there; the shapes before it were loaded.";
+    ShowMessageBox(text, GetText(5054), MB_OK | MB_ICONEXCLAMATION);
+    return result;
+}
+
+int TGisFileShp::ReportDamagedRecord(int recordNumber, const std::string& problem) {
+    std::string text = "record ";
+    AppendInt(text, recordNumber);
+    text += " is damaged: ";
+    text += problem;
+    return ReportDamage(text, GISFILE_ERR_DATA);
+}
+
+int TGisFileShp::LoadHeader() {
+    std::string problem;
+    if (!m_pReader->ReadHeader(m_Header, problem)) return ReportDamage(problem, GISFILE_ERR_OPEN);
+    if (m_Header.iFileCode != SHP_FILE_CODE) {
+        std::string why = "the file does not start with the shapefile code 9994 (it has ";
+        AppendInt(why, m_Header.iFileCode);
+        why += ")";
+        return ReportDamage(why, GISFILE_ERR_OPEN);
+    }
+    return GISFILE_OK;
+}
+
+int TGisFileShp::LoadData() {
+    for (;;) {
+        const int result = LoadRecord();
+        UpdateProgressControl(m_pReader->GetPosition());
+        if (result == SHP_END_OF_DATA) return GISFILE_OK;
+        if (result != GISFILE_OK) return result;
+    }
+}
+
+int TGisFileShp::LoadRecord() {
+    TShpRecord record;
+    std::string problem;
+    switch (m_pReader->Next(record, problem)) {
+        case TShpRecordReader::READ_END:
+            return SHP_END_OF_DATA;
+        case TShpRecordReader::READ_DAMAGED:
+            return ReportDamage(problem, GISFILE_ERR_DATA);
+        case TShpRecordReader::READ_NO_MEMORY:
+            return ReportDamage(problem, GISFILE_ERR_DATA);
+        case TShpRecordReader::READ_RECORD:
+            break;
+    }
+    switch (record.iShapeType) {
+        case SHPT_POINT:
+            m_pLayer->m_iShapeType = record.iShapeType;
+            return OnPointRecord(record.pContent, record.nLength, record.iNumber);
+        case SHPT_POLYLINE:
+            m_pLayer->m_iShapeType = record.iShapeType;
+            return OnPolylineRecord(record.pContent, record.nLength, record.iNumber);
+        case SHPT_POLYGON:
+            m_pLayer->m_iShapeType = record.iShapeType;
+            return OnPolygonRecord(record.pContent, record.nLength, record.iNumber);
+        default:
+            // Null shapes, multipoints and the Z and M variants are passed over.
+            m_pLayer->m_iShapeType = -1;
+            return GISFILE_OK;
+    }
+}
+
+int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length, int recordNumber) {
+    tagLOC loc;
+    std::string problem;
+    if (!DecodeShpPoint(content, length, loc, problem)) return ReportDamagedRecord(recordNumber, problem);
+    auto* point = new (std::nothrow) TFeaturePoint;
+    if (point == nullptr) return GISFILE_OK;
+    point->m_dwType = ELEMENT_POINT;
+    point->m_Loc = loc;
+    point->m_strId = "Point ";
+    AppendInt(point->m_strId, recordNumber);
+    point->CalculateGeoExtents();
+    m_pLayer->AddElement(point, ADD_ELEMENT_OWNED);
+    return GISFILE_OK;
+}
+
+int TGisFileShp::OnPolylineRecord(const unsigned char* content, std::size_t length, int recordNumber) {
+    return OnPolyRecord(content, length, recordNumber, false);
+}
+
+int TGisFileShp::OnPolygonRecord(const unsigned char* content, std::size_t length, int recordNumber) {
+    return OnPolyRecord(content, length, recordNumber, true);
+}
+
+int TGisFileShp::OnPolyRecord(const unsigned char* content, std::size_t length, int recordNumber,
+                              bool polygon) {
+    TShpPolyRecord record;
+    std::string problem;
+    if (!record.Decode(content, length, problem)) return ReportDamagedRecord(recordNumber, problem);
+    return AddParts(record, recordNumber, polygon);
+}
+
+int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon) {
+    int lastClass = COORD_GEOGRAPHIC;
+    const int parts = record.GetPartCount();
+    std::string name;
+    for (int p = 0; p < parts; ++p) {
+        const int start = record.GetPartStart(p);
+        const int count = record.GetPartEnd(p) - start;
+        // One vertex array serves every part: it is replaced only when a part needs more room,
+        // so a file of many small rings costs no allocation per ring.
+        if (m_pLocs == nullptr || m_iLocArraySize < count + 1) {
+            if (!AllocateLocArray(count + 1)) return GISFILE_ERR_DATA;
+        }
+        record.CopyPoints(start, count, m_pLocs);
+        for (int i = 0; i < count; ++i) {
+            const tagLOC& loc = m_pLocs[i];
+            lastClass = ClassifyCoordinate(loc.dLat, loc.dLon);
+            if (lastClass == COORD_PROJECTED &&
+                PromptProjectedCoordinate(polygon ? kPolygonSource : m_strLineSource.c_str(), loc.dLat,
+                                          loc.dLon) == IDYES) {
+                return GISFILE_ERR_CANCELLED;
+            }
+        }
+        name.clear();
+        AppendInt(name, recordNumber);
+        name += '.';
+        AppendInt(name, p + 1);
+        int boundType = BOUNDARY_OPEN;
+        if (polygon) {
+            // The first ring of a record is its outer ring; later rings go by their orientation.
+            boundType =
+                (parts > 1 && p == 0) || IsRingClockwise(m_pLocs, count) ? BOUNDARY_INC : BOUNDARY_EXC;
+        }
+        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count, m_pLocs,
+                        name.c_str(), false, COLOR_NONE, false, false, false);
+    }
+    return lastClass;
+}
