@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "features/spray_record.h"
 #include "gis/gis_file.h"
 #include "platform/text_file.h"
 
@@ -91,6 +92,10 @@ private:
     void ProcessPointKeyword(std::string_view line, TMapLayer* layer);
 
     void WriteMif(std::string_view text) { m_MifFile.WriteString(text); }
+    // A POINT object with its SYMBOL line.
+    void WriteMifPoint(const tagLOC& loc, unsigned long color, int size);
+    // One .mid row of a spray sample with the given flow rate (already converted).
+    void WriteSprayRow(const tagSPRAYREC& sample, std::string_view date, double flowRate);
     // The separator of .mid fields chosen by s_eMidDelimiter.
     static char Delimiter();
     // Ends a .mid row of fieldsWritten fields, adding empty ones when complete rows are on.

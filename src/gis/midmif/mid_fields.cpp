@@ -65,21 +65,44 @@ double ConvertMidRate(double rate, int metric, int rateUnits) {
     return rate;
 }
 
-void AppendMidSprayRow(std::string& out, std::string_view date, char delimiter, const TMidSprayRow& row) {
+void QuoteMidField(std::string& out, std::size_t start, char delimiter) {
+    if (start > out.size()) return;
+    const char special[] = {delimiter, '"', '\0'};
+    if (out.find_first_of(special, start) == std::string::npos) return;
+    std::string field = out.substr(start);
+    out.resize(start);
+    out += '"';
+    for (const char c : field) {
+        if (c == '"') out += '"';
+        out += c;
+    }
+    out += '"';
+}
+
+void AppendMidSprayRow(std::string& out, std::string_view date, char delimiter, const TMidSprayRow& row,
+                       bool quoteFields) {
+    std::size_t start = out.size();
+    // Ends the field begun at start and opens the next one.
+    const auto next = [&] {
+        if (quoteFields) QuoteMidField(out, start, delimiter);
+        out += delimiter;
+        start = out.size();
+    };
     out += date;
-    out += delimiter;
+    next();
     AppendMidTime(out, row.dwTimeStamp);
-    out += delimiter;
+    next();
     AppendFixedWidth(out, row.dSpeed * kMetresPerSecondToMph, 5, 1);
-    out += delimiter;
+    next();
     AppendIntWidth(out, row.iHeading, 3, true);
-    out += delimiter;
+    next();
     // Whole feet, cut toward zero.
     AppendIntWidth(out, static_cast<long long>(row.iHeight / 5.0 * kMetresToFeet), 5, true);
-    out += delimiter;
+    next();
     out += " ON";
-    out += delimiter;
+    next();
     AppendFixedWidth(out, row.dFlowRate, 10, 4);
-    out += delimiter;
+    next();
     out += ' ';
+    if (quoteFields) QuoteMidField(out, start, delimiter);
 }

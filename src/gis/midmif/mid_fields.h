@@ -37,5 +37,11 @@ struct TMidSprayRow {
 
 // Appends the eight fields of a spray row: date, time, speed in miles per hour ("%5.1f"),
 // heading ("%03d"), altitude in whole feet ("%05d"), " ON", flow rate ("%10.4f") and a single
-// space, each followed by the delimiter except the last.
-void AppendMidSprayRow(std::string& out, std::string_view date, char delimiter, const TMidSprayRow& row);
+// space, each followed by the delimiter except the last. With quoteFields set, a field that
+// holds the delimiter (the padding of a number under the space separator) is quoted.
+void AppendMidSprayRow(std::string& out, std::string_view date, char delimiter, const TMidSprayRow& row,
+                       bool quoteFields = false);
+
+// Encloses out[start..] in double quotes, doubling the quotes inside, when it holds the
+// delimiter or a quote, so that a reader takes it as one field.
+void QuoteMidField(std::string& out, std::size_t start, char delimiter);

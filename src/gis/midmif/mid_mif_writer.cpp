@@ -4,15 +4,10 @@
 #include "gis/geometry.h"
 #include "gis/midmif/gis_file_midmif.h"
 #include "gis/midmif/mid_fields.h"
+#include "gis/midmif/mif_style.h"
 #include "gis/numbers.h"
 
 namespace {
-// MapInfo colour numbers: red * 65536 + green * 256 + blue.
-constexpr unsigned long kMifRed = 16711680;
-constexpr unsigned long kMifGreen = 65280;
-constexpr unsigned long kMifMagenta = 16711935;
-constexpr unsigned long kMifBrown = 9127187;
-
 // Everything before the delimiter line, and everything after it up to the first object.
 constexpr std::string_view kMifHeadStart =
     "Version 300\n"
@@ -99,34 +94,34 @@ void TGisFileMidMif::FinishMidRow(std::string& row, int fieldsWritten) const {
 }
 
 void TGisFileMidMif::AppendMidText(std::string& row, std::string_view text) const {
-    const char delimiter = Delimiter();
-    if (!s_bMidCompleteRows || text.find_first_of(std::string{delimiter, '"'}) == std::string_view::npos) {
-        row += text;
-        return;
-    }
-    // Quoted so that a separator inside the text does not start a new field.
-    row += '"';
-    for (const char c : text) {
-        if (c == '"') row += '"';
-        row += c;
-    }
-    row += '"';
+    const std::size_t start = row.size();
+    row += text;
+    if (s_bMidCompleteRows) QuoteMidField(row, start, Delimiter());
+}
+
+void TGisFileMidMif::WriteMifPoint(const tagLOC& loc, unsigned long color, int size) {
+    std::string& out = m_strLine;
+    out = "POINT ";
+    AppendFixed(out, loc.dLon, 6);
+    out += ' ';
+    AppendFixed(out, loc.dLat, 6);
+    out += "\n   SYMBOL (";
+    AppendInt(out, kMifMarkerShape);
+    out += ", ";
+    AppendInt(out, static_cast<long long>(color));
+    out += ", ";
+    AppendInt(out, size);
+    out += ")\n";
+    WriteMif(out);
 }
 
 int TGisFileMidMif::WriteFileMarker(TMapElement* element) {
     const auto* marker = dynamic_cast<const TFeatureMarker*>(element);
     if (marker == nullptr) return 0;
-    std::string& out = m_strLine;
-    out = "POINT ";
-    AppendFixed(out, marker->m_Loc.dLon, 6);
-    out += ' ';
-    AppendFixed(out, marker->m_Loc.dLat, 6);
-    out += "\n   SYMBOL (32, ";
-    AppendInt(out, static_cast<long long>(kMifMagenta));
-    out += ", 20)\n";
-    WriteMif(out);
+    WriteMifPoint(marker->m_Loc, kMifMagenta, kMifMarkerSize);
 
     // Seven empty fields, then the name in the last column.
+    std::string& out = m_strLine;
     out.assign(kMidColumnCount - 1, Delimiter());
     AppendMidText(out, marker->m_strName);
     FinishMidRow(out, kMidColumnCount);
