@@ -11,6 +11,8 @@ struct TGoldenCase {
     const char* pszName;
     MIDDELIMITER eDelimiter;
     std::function<void(TMapLayer&)> fill;
+    int iSingleBlockMode = 0;
+    int iSprayChans = 0;
 };
 
 void FillMarker(TMapLayer& layer) {
@@ -29,9 +31,38 @@ void FillPolygons(TMapLayer& layer) {
     layer.AddElement(point);
 }
 
+void FillThreeSamples(TMapLayer& layer) {
+    AddThreeSampleSpray(layer);
+}
+
+// A run with an impossible month and hour, a run whose first channel value suppresses the
+// block row, and runs that write nothing: not spraying at the first sample, a single sample.
+void FillSprayEdges(TMapLayer& layer) {
+    TSprayTime bad;
+    bad.iYear = 2020;
+    bad.iMonth = 13;
+    bad.iDay = 15;
+    bad.iHour = 25;
+    AddSpray(layer, {{TLoc(46.0, -94.0), TLoc(46.0, -94.002), bad},
+                     {TLoc(46.001, -94.0), TLoc(46.001, -94.002), bad}});
+
+    TSampleSpec first{TLoc(47.0, -95.0), TLoc(47.0, -95.002), MarchTime(10, 50)};
+    TSampleSpec second{TLoc(47.002, -95.0), TLoc(47.002, -95.002), MarchTime(11, 0), 50, 7, 500, {8, 40}};
+    AddSpray(layer, {first, second}, 1.0)->m_dwType = ELEMENT_SPRAY_ALT;
+
+    TSampleSpec idle = second;
+    idle.bySpray = 0;
+    AddSpray(layer, {idle, second});
+    AddSpray(layer, {second});
+}
+
 const TGoldenCase kGoldenCases[] = {
     {"marker_tab", MID_DELIMITER_TAB, FillMarker},
     {"polygons", MID_DELIMITER_COMMA, FillPolygons},
+    // Channel 1 peaks at 30 L/ha: 3.2072 US gallons per acre in the block rows.
+    {"spray_one_block", MID_DELIMITER_COMMA, FillThreeSamples, 0, 2},
+    {"spray_pair_blocks", MID_DELIMITER_COMMA, FillThreeSamples, 1, 2},
+    {"spray_edges", MID_DELIMITER_COMMA, FillSprayEdges, 0, 2},
 };
 
 class MidMifGolden : public MidMifSettings, public testing::WithParamInterface<TGoldenCase> {};
@@ -39,6 +70,8 @@ class MidMifGolden : public MidMifSettings, public testing::WithParamInterface<T
 TEST_P(MidMifGolden, MatchesByteForByte) {
     const TGoldenCase& c = GetParam();
     TGisFileMidMif::s_eMidDelimiter = c.eDelimiter;
+    TGisFileMidMif::s_iDefaultSingleBlockMode = c.iSingleBlockMode;
+    TGisFileMidMif::s_iMidSprayChans = c.iSprayChans;
     TMapLayer layer;
     c.fill(layer);
     TTempDir dir;
