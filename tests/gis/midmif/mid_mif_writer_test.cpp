@@ -179,28 +179,39 @@ protected:
 };
 
 TEST_F(MidMifCompleteRows, GdalReadsEveryObject) {
-    for (const MIDDELIMITER delimiter : {MID_DELIMITER_COMMA, MID_DELIMITER_TAB}) {
-        TGisFileMidMif::s_eMidDelimiter = delimiter;
-        TGisFileMidMif::s_bMidCompleteRows = true;
-        TMapLayer layer;
-        FillPolygons(layer);
-        AddMarker(layer, "B", 45.5, -93.25);
-        AddPolygon(layer, "a,b \"c\"", BOUNDARY_INC, {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}});
-        TTempDir dir;
-        TGisMap map;
-        ASSERT_EQ(map.WriteFile(dir.File("c.mif").c_str(), &layer), 0);
-        const TCommandResult r = RunCommand("ogrinfo -ro -al " + ShellQuote(dir.File("c.mif")));
-        const std::string what = "delimiter " + std::to_string(delimiter) + "\n" + r.strOut + r.strErr;
-        EXPECT_EQ(r.iExit, 0) << what;
-        EXPECT_EQ(r.strErr.find("ERROR"), std::string::npos) << what;
-        std::size_t features = 0;
-        for (std::size_t at = r.strOut.find("OGRFeature("); at != std::string::npos;
-             at = r.strOut.find("OGRFeature(", at + 1))
-            ++features;
-        EXPECT_EQ(features, 4u) << what;
-        EXPECT_NE(r.strOut.find("Date (String) = pond"), std::string::npos) << what;
-        EXPECT_NE(r.strOut.find("ABC_Points (String) = B"), std::string::npos) << what;
-        EXPECT_NE(r.strOut.find("Date (String) = a,b \"c\""), std::string::npos) << what;
+    for (const MIDDELIMITER delimiter : {MID_DELIMITER_COMMA, MID_DELIMITER_TAB, MID_DELIMITER_SPACE}) {
+        for (const int mode : {0, 1}) {
+            TGisFileMidMif::s_eMidDelimiter = delimiter;
+            TGisFileMidMif::s_iDefaultSingleBlockMode = mode;
+            TGisFileMidMif::s_iMidSprayChans = 2;
+            TGisFileMidMif::s_bMidCompleteRows = true;
+            TMapLayer layer;
+            FillPolygons(layer);
+            AddMarker(layer, "B", 45.5, -93.25);
+            AddPolygon(layer, "a,b \"c\"", BOUNDARY_INC, {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}});
+            AddThreeSampleSpray(layer);
+            AddThreeSampleSpray(layer, 1.0);
+            TTempDir dir;
+            TGisMap map;
+            ASSERT_EQ(map.WriteFile(dir.File("c.mif").c_str(), &layer), 0);
+            const int objects = CountObjects(ReadFileBytes(dir.File("c.mif")));
+            const TCommandResult r = RunCommand("ogrinfo -ro -al " + ShellQuote(dir.File("c.mif")));
+            const std::string what = "delimiter " + std::to_string(delimiter) + " mode " +
+                                     std::to_string(mode) + "\n" + r.strOut + r.strErr;
+            EXPECT_EQ(r.iExit, 0) << what;
+            EXPECT_EQ(r.strErr.find("ERROR"), std::string::npos) << what;
+            int features = 0;
+            for (std::size_t at = r.strOut.find("OGRFeature("); at != std::string::npos;
+                 at = r.strOut.find("OGRFeature(", at + 1))
+                ++features;
+            // Three polygons and a marker, then 1 or 2 regions per run and 2 sample points each.
+            EXPECT_EQ(objects, mode == 0 ? 10 : 12) << what;
+            EXPECT_EQ(features, objects) << what;
+            for (const char* field :
+                 {"Date (String) = pond", "ABC_Points (String) = B", "Date (String) = a,b \"c\"",
+                  "FlowRate (Real) = 3.2072", "SprayStatus (String) =  ON", "Altitude (Integer) = 328"})
+                EXPECT_NE(r.strOut.find(field), std::string::npos) << field << " in " << what;
+        }
     }
 }
 }  // namespace

@@ -2,7 +2,6 @@
 // complete rows that give every object its row.
 
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,25 +21,6 @@ TWritten WriteLayer(TMapLayer& layer) {
     const int result = map.WriteFile(dir.File("s.mif").c_str(), &layer);
     EXPECT_EQ(result, 0);
     return {ReadFileBytes(dir.File("s.mif")), ReadFileBytes(dir.File("s.mid"))};
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-// Graphic objects of a .mif: the lines that open a region, point or polyline.
-int CountObjects(const std::string& mif) {
-    int objects = 0;
-    for (const std::string& line : Lines(mif))
-        if (line.rfind("REGION", 0) == 0 || line.rfind("POINT", 0) == 0 || line.rfind("PLINE", 0) == 0)
-            ++objects;
-    return objects;
 }
 
 // The fields of a .mid row, with quotes removed from quoted fields.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -110,6 +111,26 @@ inline TFeatureSpray* AddThreeSampleSpray(TMapLayer& layer, double channel0 = 0)
         specs.push_back(s);
     }
     return AddSpray(layer, specs, channel0);
+}
+
+// The lines of a text without their line ends.
+inline std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// Graphic objects of a .mif: the lines that open a region, point or polyline.
+inline int CountObjects(const std::string& mif) {
+    int objects = 0;
+    for (const std::string& line : Lines(mif))
+        if (line.rfind("REGION", 0) == 0 || line.rfind("POINT", 0) == 0 || line.rfind("PLINE", 0) == 0)
+            ++objects;
+    return objects;
 }
 
 // Path of a file under tests/data/midmif.
