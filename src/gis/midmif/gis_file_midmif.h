@@ -44,6 +44,10 @@ public:
     int WriteFile(const char* path, TMapLayer* layer) override;
     int WriteFileMarker(TMapElement* element);
     int WriteFilePolygon(TMapElement* element);
+    // A run of at least two samples that sprays at its first sample: one swath region per
+    // block (the whole run, or each pair of samples in single-block mode) with the row of the
+    // block's first sample, then a row for every later sample once any sample recorded a
+    // first-channel rate. 1 when the outline array cannot be had, otherwise 0.
     int WriteFileSpray(TMapElement* element);
     // One REGION object of count points (nothing without points); with close set the first
     // point is repeated at the end.
@@ -65,9 +69,10 @@ public:
     // the peak of the last of them.
     static int s_iMidSprayChans;
     // Off: rows exactly as the system has always written them (a polygon row holds its id
-    // alone, a block without a row leaves the .mid short). On: every row has one field per
-    // declared column, every object has a row and every row an object, so that other GIS
-    // programs read the pair.
+    // alone, a swath block without a row leaves the .mid short, sample rows have no object).
+    // On: every row has one field per declared column, a field holding the separator is
+    // quoted, every swath block has a row and every sample row a point at the sample's
+    // position, so that other GIS programs read the pair object by object.
     static bool s_bMidCompleteRows;
     // Settings a newly constructed object starts with, for hosts that write through the
     // dispatcher and cannot reach the object itself.
