@@ -67,8 +67,8 @@ double ConvertMidRate(double rate, int metric, int rateUnits) {
 
 void QuoteMidField(std::string& out, std::size_t start, char delimiter) {
     if (start > out.size()) return;
-    const char special[] = {delimiter, '"', '\0'};
-    if (out.find_first_of(special, start) == std::string::npos) return;
+    const char breaking[] = {delimiter, '"', '\0'};
+    if (out.find_first_of(breaking, start) == std::string::npos) return;
     std::string field = out.substr(start);
     out.resize(start);
     out += '"';

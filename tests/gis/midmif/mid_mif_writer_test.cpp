@@ -46,11 +46,11 @@ void FillSprayEdges(TMapLayer& layer) {
     AddSpray(layer, {{TLoc(46.0, -94.0), TLoc(46.0, -94.002), bad},
                      {TLoc(46.001, -94.0), TLoc(46.001, -94.002), bad}});
 
-    TSampleSpec first{TLoc(47.0, -95.0), TLoc(47.0, -95.002), MarchTime(10, 50)};
-    TSampleSpec second{TLoc(47.002, -95.0), TLoc(47.002, -95.002), MarchTime(11, 0), 50, 7, 500, {8, 40}};
+    TSampleValues first{TLoc(47.0, -95.0), TLoc(47.0, -95.002), MarchTime(10, 50)};
+    TSampleValues second{TLoc(47.002, -95.0), TLoc(47.002, -95.002), MarchTime(11, 0), 50, 7, 500, {8, 40}};
     AddSpray(layer, {first, second}, 1.0)->m_dwType = ELEMENT_SPRAY_ALT;
 
-    TSampleSpec idle = second;
+    TSampleValues idle = second;
     idle.bySpray = 0;
     AddSpray(layer, {idle, second});
     AddSpray(layer, {second});

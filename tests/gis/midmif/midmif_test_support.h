@@ -46,7 +46,7 @@ void AddPolygon(TMapLayer& layer, const std::string& id, int boundType, const st
 
 // One recorded sample for a writer test: position of the swath ends, time, and the fields the
 // .mid rows show. The sample position lies halfway between the swath ends.
-struct TSampleSpec {
+struct TSampleValues {
     tagLOC locA;
     tagLOC locB;
     TSprayTime time;
@@ -57,10 +57,11 @@ struct TSampleSpec {
     std::uint8_t bySpray = 1;
 };
 
-inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSampleSpec>& specs, double channel0 = 0) {
-    auto* spray = new TFeatureSpray(static_cast<int>(specs.size()));
-    for (std::size_t i = 0; i < specs.size(); ++i) {
-        const TSampleSpec& s = specs[i];
+inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSampleValues>& samples,
+                               double channel0 = 0) {
+    auto* spray = new TFeatureSpray(static_cast<int>(samples.size()));
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const TSampleValues& s = samples[i];
         tagSPRAYREC& rec = spray->m_pRecs[i];
         rec.locSwathA = s.locA;
         rec.locSwathB = s.locB;
@@ -94,12 +95,12 @@ inline TSprayTime MarchTime(int second, int hundredths) {
 // speeds 50, 40 and 60 m/s, headings 7, 8, 9, heights 100, 50 and 0 m, channel-0 rates 5, 6
 // and 7 and channel-1 rates 10, 30 and 20 litres per hectare.
 inline TFeatureSpray* AddThreeSampleSpray(TMapLayer& layer, double channel0 = 0) {
-    std::vector<TSampleSpec> specs;
+    std::vector<TSampleValues> samples;
     const double speeds[] = {50, 40, 60};
     const int heights[] = {500, 250, 0};
     const float rates1[] = {10, 30, 20};
     for (int i = 0; i < 3; ++i) {
-        TSampleSpec s;
+        TSampleValues s;
         s.locA = TLoc(45.0 + 0.001 * i, -93.0);
         s.locB = TLoc(45.0 + 0.001 * i, -93.001);
         s.time = MarchTime(10 + (i + 1) / 2, i % 2 == 0 ? 50 : 0);
@@ -108,9 +109,9 @@ inline TFeatureSpray* AddThreeSampleSpray(TMapLayer& layer, double channel0 = 0)
         s.iHeight = heights[i];
         s.afRate[0] = static_cast<float>(5 + i);
         s.afRate[1] = rates1[i];
-        specs.push_back(s);
+        samples.push_back(s);
     }
-    return AddSpray(layer, specs, channel0);
+    return AddSpray(layer, samples, channel0);
 }
 
 // The lines of a text without their line ends.
