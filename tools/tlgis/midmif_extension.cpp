@@ -58,6 +58,7 @@ TToolExtension MakeMidMifExtension() {
     TToolExtension ext;
     ext.name = "midmif";
     ext.valueOptions = {"mid-delimiter", "mid-spray-channels"};
+    ext.flagOptions = {"mid-complete-rows", "single-block", "metric"};
     ext.convertHelp = {
         "--mid-delimiter comma|tab|space  .mid field separator (default comma)",
         "--mid-spray-channels N           spray channels 0..10 whose peak rates give the .mid flow rate "
