@@ -4,7 +4,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -74,23 +73,4 @@ void BM_MifParseOnly(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * bytes);
 }
 BENCHMARK(BM_MifParseOnly)->Unit(benchmark::kMillisecond)->MinTime(3.0)->UseRealTime();
-
-// Reference: GDAL converting the same file to a shapefile (`ogr2ogr`), when it is installed.
-void BM_Ogr2ogrMifToShp(benchmark::State& state) {
-    const std::string& path = BenchFile();
-    if (std::system("ogr2ogr --version >/dev/null 2>&1") != 0) {
-        state.SkipWithError("ogr2ogr (GDAL) is not installed");
-        return;
-    }
-    const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path));
-    const std::filesystem::path out = std::filesystem::temp_directory_path() / "tl_gis_mif_read_bench_shp";
-    const std::string command =
-        "ogr2ogr -overwrite -f \"ESRI Shapefile\" '" + out.string() + "' '" + path + "' >/dev/null 2>&1";
-    for (auto _ : state) {
-        if (std::system(command.c_str()) != 0) state.SkipWithError("ogr2ogr failed");
-    }
-    std::filesystem::remove_all(out);
-    state.SetBytesProcessed(state.iterations() * bytes);
-}
-BENCHMARK(BM_Ogr2ogrMifToShp)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 }  // namespace
