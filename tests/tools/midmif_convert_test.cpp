@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -98,13 +97,5 @@ TEST(MidMifConvert, FlightSprayBecomesSwathsAndRows) {
         for (const std::string& row : c.rows) rows += row + "\r\n";
         EXPECT_EQ(ReadFileBytes(dir.File(std::string(c.pszName) + ".mid")), rows) << c.pszName;
     }
-}
-
-TEST(MidMifConvert, PairIsNamedByItsMifFile) {
-    TTempDir dir;
-    const TCommandResult r =
-        RunCommand(ShellQuote(TLGIS_EXE) + " convert - " + ShellQuote(dir.File("out.mid")) + " --quiet");
-    EXPECT_EQ(r.iExit, 1) << r.strErr;
-    EXPECT_FALSE(std::filesystem::exists(dir.File("out.mid")));
 }
 }  // namespace
