@@ -5,6 +5,7 @@
 
 #include "gis/dxf/gis_file_dxf.h"
 #include "gis/job/job_file.h"
+#include "gis/midmif/gis_file_midmif.h"
 #include "gis/shp/gis_file_shp.h"
 
 namespace {
@@ -18,7 +19,7 @@ const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", &CreateFormat<TGisFileDxf>, &CreateFormat<TGisFileDxf>, nullptr},
-    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
+    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},
 };
 }  // namespace

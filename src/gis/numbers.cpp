@@ -92,6 +92,26 @@ void AppendInt(std::string& out, long long value) {
     if (ec == std::errc()) out.append(buf, end);
 }
 
+void AppendFixedWidth(std::string& out, double value, int width, int decimals) {
+    const std::size_t start = out.size();
+    AppendFixed(out, value, decimals);
+    const std::size_t written = out.size() - start;
+    if (width > 0 && written < static_cast<std::size_t>(width))
+        out.insert(start, static_cast<std::size_t>(width) - written, ' ');
+}
+
+void AppendIntWidth(std::string& out, long long value, int width, bool zeroPad) {
+    const std::size_t start = out.size();
+    AppendInt(out, value);
+    const std::size_t written = out.size() - start;
+    if (width <= 0 || written >= static_cast<std::size_t>(width)) return;
+    const std::size_t pad = static_cast<std::size_t>(width) - written;
+    if (zeroPad)
+        out.insert(start + (value < 0 ? 1 : 0), pad, '0');
+    else
+        out.insert(start, pad, ' ');
+}
+
 std::string FormatRoundTrip(double value) {
     if (!std::isfinite(value)) return std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
     char buf[64];

@@ -21,6 +21,11 @@ void AppendFixed(std::string& out, double value, int decimals);
 std::string FormatFixed(double value, int decimals);
 // Appends a decimal integer, as "%d" / "%ld" do.
 void AppendInt(std::string& out, long long value);
+// Appends value as "%<width>.<decimals>f" does: right-aligned, padded on the left with spaces.
+void AppendFixedWidth(std::string& out, double value, int width, int decimals);
+// Appends value as "%<width>d" (zeroPad false) or "%0<width>d" (zeros between the sign and the
+// digits) does.
+void AppendIntWidth(std::string& out, long long value, int width, bool zeroPad);
 // Shortest text that reads back as the same double (for reports and JSON).
 std::string FormatRoundTrip(double value);
 

@@ -1,0 +1,220 @@
+// Reading the graphics of a .mif file: a line-by-line state machine that collects polylines,
+// the first ring of each region and points.
+
+#include <charconv>
+#include <cstring>
+
+#include "gis/coordinates.h"
+#include "gis/line_assembly.h"
+#include "gis/midmif/gis_file_midmif.h"
+#include "gis/numbers.h"
+
+namespace {
+// Where the reader is within an object. Shared by every reader in the process and kept from
+// one load to the next; each load ends in MIF_STATE_DONE, which behaves as MIF_STATE_NONE.
+enum TMifReadState {
+    MIF_STATE_NONE = 0,
+    MIF_STATE_REGION = 1,  // a REGION line was read: the next plain line is a point count
+    MIF_STATE_COUNT = 2,   // a count is known: the next plain line is the first point
+    MIF_STATE_POINTS = 3,  // collecting points
+    MIF_STATE_DONE = 4,    // the end marker was handled
+};
+int s_iMifReadState = MIF_STATE_NONE;
+
+// Largest point count accepted for one polyline or ring.
+constexpr int kMaxMifVertices = 30000;
+
+constexpr int MIF_ERR_MEMORY = 1001;
+constexpr int MIF_ERR_COUNT = 1002;
+
+enum TMifKeyword { KW_NONE, KW_PLINE, KW_REGION, KW_IGNORED, KW_DATA, KW_POINT, KW_EOF };
+
+struct TKeywordEntry {
+    const char* pszText;
+    TMifKeyword eKeyword;
+};
+
+// Compared with the start of a line, ignoring case; no keyword is a prefix of another.
+const TKeywordEntry kKeywords[] = {
+    {"PLINE", KW_PLINE},    {"REGION", KW_REGION},   {"COLUMNS", KW_IGNORED}, {"DATA", KW_DATA},
+    {"PEN", KW_IGNORED},    {"BRUSH", KW_IGNORED},   {"CENTER", KW_IGNORED},  {"POINT", KW_POINT},
+    {"SYMBOL", KW_IGNORED}, {"VERSION", KW_IGNORED}, {"*EOF", KW_EOF},
+};
+
+TMifKeyword MatchKeyword(std::string_view line) {
+    // Point lines start with a digit or a sign: most lines leave here.
+    const char c = line[0];
+    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '*')) return KW_NONE;
+    for (const TKeywordEntry& k : kKeywords)
+        if (StartsWithNoCase(line, k.pszText)) return k.eKeyword;
+    return KW_NONE;
+}
+
+// Blanks as the reader sees them: every byte whose signed value is at most 32, so control
+// characters and all bytes from 0x80 up count too.
+bool IsMifBlank(char c) {
+    return static_cast<signed char>(c) <= 32;
+}
+
+bool IsCSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// Reads a number as "%lf" does: blanks, an optional sign, then the longest decimal prefix.
+// Advances pos past it; false when there is none.
+bool ScanDouble(std::string_view text, std::size_t& pos, double& value) {
+    std::size_t i = pos;
+    while (i < text.size() && IsCSpace(text[i])) ++i;
+    const std::size_t signAt = i;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+    const char* first = text.data() + i;
+    const char* last = text.data() + text.size();
+    double v = 0.0;
+    const auto [end, ec] = std::from_chars(first, last, v, std::chars_format::general);
+    if (end == first) return false;
+    const std::string_view number = text.substr(signAt, static_cast<std::size_t>(end - text.data()) - signAt);
+    if (ec == std::errc::result_out_of_range)
+        v = ParseDouble(number);  // saturates as the C library does
+    else if (text[signAt] == '-')
+        v = -v;
+    value = v;
+    pos = static_cast<std::size_t>(end - text.data());
+    return true;
+}
+
+// "%lf %lf": two numbers, any blanks (or none) between them.
+bool ScanTwoDoubles(std::string_view text, double& x, double& y) {
+    std::size_t pos = 0;
+    return ScanDouble(text, pos, x) && ScanDouble(text, pos, y);
+}
+}  // namespace
+
+bool TGisFileMidMif::IsValidFile(const char* path) {
+    return HasFileExtension(path, "MIF");
+}
+
+int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    int result = TGisFile::LoadFile(path, layer, progress);
+    if (!m_MifFile.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
+    m_pLayer = layer;
+    std::string_view line;
+    bool continuation = false;
+    while (m_MifFile.ReadLineView(line)) {
+        // Only the start of an overlong line matters; its further pieces are skipped.
+        const bool piece = continuation;
+        continuation = !m_MifFile.LastLineComplete();
+        if (piece) continue;
+        if (ProcessMifLine(line, layer) != 0) break;
+        UpdateProgressControl(m_MifFile);
+    }
+    ProcessMifLine("*EOF", layer);
+    m_MifFile.Close();
+    return result;
+}
+
+int TGisFileMidMif::ProcessMifLine(const char* line, TMapLayer* layer) {
+    return ProcessMifLine(std::string_view(line != nullptr ? line : ""), layer);
+}
+
+int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
+    if (layer != nullptr) m_pLayer = layer;
+    // A NUL byte ends the text, as it ends a C string.
+    if (const void* nul = std::memchr(line.data(), '\0', line.size()))
+        line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
+    std::size_t start = 0;
+    while (start < line.size() && IsMifBlank(line[start])) ++start;
+    line.remove_prefix(start);
+    if (line.empty()) return 0;
+
+    switch (MatchKeyword(line)) {
+        case KW_PLINE: {
+            SaveCurrentPolyline();
+            std::size_t i = 5;
+            while (i < line.size() && !IsMifBlank(line[i])) ++i;
+            m_iExpectedVertices = ParseInt(line.substr(i));
+            s_iMifReadState = MIF_STATE_COUNT;
+            return 0;
+        }
+        case KW_REGION:
+            SaveCurrentPolyline();
+            s_iMifReadState = MIF_STATE_REGION;
+            return 0;
+        case KW_DATA:
+            m_iObjectNumber = 0;
+            return 0;
+        case KW_POINT:
+            SaveCurrentPolyline();
+            ProcessPointKeyword(line, layer);
+            return 0;
+        case KW_EOF:
+            SaveCurrentPolyline();
+            s_iMifReadState = MIF_STATE_DONE;
+            return 0;
+        case KW_IGNORED:
+            return 0;
+        case KW_NONE:
+            break;
+    }
+    return ProcessPlainLine(line);
+}
+
+int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
+    switch (s_iMifReadState) {
+        case MIF_STATE_REGION:
+            m_iExpectedVertices = ParseInt(line);
+            s_iMifReadState = MIF_STATE_COUNT;
+            return 0;
+        case MIF_STATE_COUNT:
+            // The count is checked before anything is allocated for it.
+            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices) return MIF_ERR_COUNT;
+            if (!AllocateLocArray(m_iExpectedVertices)) return MIF_ERR_MEMORY;
+            m_iVerticesHeld = 0;
+            s_iMifReadState = MIF_STATE_POINTS;
+            return StorePointLine(line);
+        case MIF_STATE_POINTS:
+            return StorePointLine(line);
+        default:
+            return 0;
+    }
+}
+
+int TGisFileMidMif::StorePointLine(std::string_view line) {
+    // Lines after the last expected point (SMOOTH, further rings of a region) are ignored.
+    if (m_pLocs == nullptr || m_iVerticesHeld >= m_iExpectedVertices || m_iVerticesHeld >= m_iLocArraySize)
+        return 0;
+    double x = 0.0, y = 0.0;
+    // A line without two numbers (a point list cut short) is skipped.
+    if (!ScanTwoDoubles(line, x, y)) return 0;
+    switch (ClassifyCoordinate(y, x)) {
+        case COORD_GEOGRAPHIC:
+            m_pLocs[m_iVerticesHeld++] = {y, x};
+            return 0;
+        case COORD_PROJECTED:
+            // Either answer ends the reading: the import cannot go on with projected values.
+            return PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
+        default:
+            return 2;
+    }
+}
+
+void TGisFileMidMif::ProcessPointKeyword(std::string_view line, TMapLayer* layer) {
+    // x is the number up to the next space after the keyword's space, y the one after the last
+    // space; two spaces after the keyword therefore give x = 0.
+    const std::size_t space = line.find(' ');
+    const std::string_view rest = space == std::string_view::npos ? line : line.substr(space + 1);
+    const double x = ParseDouble(rest.substr(0, rest.find(' ')));
+    const std::size_t last = rest.rfind(' ');
+    const double y = ParseDouble(last == std::string_view::npos ? rest : rest.substr(last + 1));
+    if (layer != nullptr) layer->AddCentroid(tagLOC{y, x});
+}
+
+void TGisFileMidMif::SaveCurrentPolyline() {
+    if (m_pLocs == nullptr) return;
+    ++m_iObjectNumber;
+    std::string name;
+    AppendInt(name, m_iObjectNumber);
+    AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC, m_iVerticesHeld, m_pLocs,
+                    name.c_str(), false, COLOR_NONE, false, false, false);
+    ReleaseLocArray();
+    m_iVerticesHeld = 0;
+}
