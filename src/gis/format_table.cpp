@@ -4,6 +4,7 @@
 #include <new>
 
 #include "gis/job/job_file.h"
+#include "gis/pmh/gis_file_pmh.h"
 #include "gis/shp/gis_file_shp.h"
 
 namespace {
@@ -15,7 +16,7 @@ TGisFile* CreateFormat() {
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
-    {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
+    {GIS_FILE_PMH, "PMH", "PMH", &CreateFormat<TGisFilePmh>, &CreateFormat<TGisFilePmh>, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", nullptr, nullptr, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", nullptr, nullptr, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},
