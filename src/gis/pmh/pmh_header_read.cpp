@@ -14,25 +14,16 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
-// Takes the text after the last blank off the end of rest (all of rest when it has no blank).
-std::string_view TakeLastField(std::string_view& rest) {
-    const std::size_t blank = rest.rfind(' ');
+// Takes one field off rest, up to its first blank or, fromEnd, after its last blank; all of rest
+// when it has no blank.
+std::string_view TakeField(std::string_view& rest, bool fromEnd) {
+    const std::size_t blank = fromEnd ? rest.rfind(' ') : rest.find(' ');
     std::string_view field = rest;
     if (blank == std::string_view::npos) {
         rest = {};
-    } else {
+    } else if (fromEnd) {
         field = rest.substr(blank + 1);
         rest = rest.substr(0, blank);
-    }
-    return field;
-}
-
-// Takes the text before the first blank off the front of rest (all of rest when it has none).
-std::string_view TakeFirstField(std::string_view& rest) {
-    const std::size_t blank = rest.find(' ');
-    std::string_view field = rest;
-    if (blank == std::string_view::npos) {
-        rest = {};
     } else {
         field = rest.substr(0, blank);
         rest = rest.substr(blank + 1);
@@ -44,20 +35,20 @@ std::string_view TakeFirstField(std::string_view& rest) {
 void ReadPmhTitleLine(std::string_view line, TMapLayer& layer) {
     // Blanks are not collapsed: two blanks in a row leave an empty field between them.
     std::string_view rest = Trim(line);
-    layer.m_strPmhField5 = TakeLastField(rest);
-    layer.m_dPmhField4 = ParseDouble(TakeLastField(rest));
-    layer.m_strPmhField3 = TakeLastField(rest);
-    layer.m_dPmhField2 = ParseDouble(TakeLastField(rest));
+    layer.m_strPmhField5 = TakeField(rest, true);
+    layer.m_dPmhField4 = ParseDouble(TakeField(rest, true));
+    layer.m_strPmhField3 = TakeField(rest, true);
+    layer.m_dPmhField2 = ParseDouble(TakeField(rest, true));
     layer.m_strPmhField1 = rest;
 }
 
 void ReadPmhRateLine(std::string_view line, TMapLayer& layer) {
     std::string_view rest = line;
-    layer.m_dRateMid = ParseDouble(TakeFirstField(rest));
-    layer.m_dRateMin = ParseDouble(TakeFirstField(rest));
+    layer.m_dRateMid = ParseDouble(TakeField(rest, false));
+    layer.m_dRateMin = ParseDouble(TakeField(rest, false));
     layer.m_dRateMax = ParseDouble(rest);
 }
 
 int ReadPmhUnitsLine(std::string_view line) {
-    return ParseInt(TakeFirstField(line));
+    return ParseInt(TakeField(line, false));
 }
