@@ -105,15 +105,19 @@ void NoteAfterWrite(const std::string& out, const TMapLayer& layer, const TToolO
     PrintNote(note + ")");
 }
 
-const int kPmhExtension = RegisterToolExtension({
-    .name = "pmh",
-    .valueOptions = {"pmh-units"},
-    .convertHelp = {"--pmh-units 1|2|8|10    PMH rate units: US gal/acre, lbs/acre, litres/ha, kg/ha"},
-    .applyWriteOptions = &CheckRateUnits,
-    .augmentLayer = &SetRateUnits,
-    .describeElementJson = {},
-    .describeLayerJson = &DescribePmhJson,
-    .describeLayerText = &DescribePmhText,
-    .afterWrite = &NoteAfterWrite,
-});
+// Set member by member, so that members the tool adds to extensions later keep their defaults.
+TToolExtension MakePmhExtension() {
+    TToolExtension ext;
+    ext.name = "pmh";
+    ext.valueOptions = {"pmh-units"};
+    ext.convertHelp = {"--pmh-units 1|2|8|10    PMH rate units: US gal/acre, lbs/acre, litres/ha, kg/ha"};
+    ext.applyWriteOptions = &CheckRateUnits;
+    ext.augmentLayer = &SetRateUnits;
+    ext.describeLayerJson = &DescribePmhJson;
+    ext.describeLayerText = &DescribePmhText;
+    ext.afterWrite = &NoteAfterWrite;
+    return ext;
+}
+
+const int kPmhExtension = RegisterToolExtension(MakePmhExtension());
 }  // namespace
