@@ -6,6 +6,7 @@
 #include "gis/dxf/gis_file_dxf.h"
 #include "gis/job/job_file.h"
 #include "gis/midmif/gis_file_midmif.h"
+#include "gis/pmh/gis_file_pmh.h"
 #include "gis/shp/gis_file_shp.h"
 
 namespace {
@@ -17,7 +18,7 @@ TGisFile* CreateFormat() {
 // Adding a format: include its header and fill in its row.
 const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
-    {GIS_FILE_PMH, "PMH", "PMH", nullptr, nullptr, nullptr},
+    {GIS_FILE_PMH, "PMH", "PMH", &CreateFormat<TGisFilePmh>, &CreateFormat<TGisFilePmh>, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", &CreateFormat<TGisFileDxf>, &CreateFormat<TGisFileDxf>, nullptr},
     {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>, nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, nullptr, nullptr},

@@ -1,0 +1,42 @@
+#pragma once
+// Application-rate maps: a fixed header of 31 lines, then polygons that each carry one rate.
+
+#include <string>
+#include <string_view>
+
+#include "gis/gis_file.h"
+#include "platform/text_file.h"
+
+// The writer's result when the file was created but could not be written to the end.
+constexpr int PMHFILE_ERR_WRITE = 1;
+
+class TGisFilePmh : public TGisFile {
+public:
+    TGisFilePmh() = default;
+    ~TGisFilePmh() override = default;
+    TGisFilePmh(const TGisFilePmh&) = delete;
+    TGisFilePmh& operator=(const TGisFilePmh&) = delete;
+
+    // Writes the header values and the line features of the layer to the path with its
+    // extension made "pmh": 0, 6002 when the file cannot be created, 1 when writing fails.
+    int WriteFile(const char* path, TMapLayer* layer) override;
+    // Reads the header into the layer's PMH members and adds one boundary per polygon block;
+    // 6002 when the file cannot be opened or ends inside the header.
+    int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
+
+    // True when the text after the path's last '.' is "PMH", ignoring case.
+    static bool IsValidFile(const char* path);
+
+private:
+    // Reads lines 1 to 31 into the layer, storing each as it comes; false when the file ends first.
+    bool ReadHeader(TTextFile& file, TMapLayer* layer);
+    // The next line without its end and trailing white space; false at the end of the file.
+    bool ReadLine(TTextFile& file, std::string& text);
+    // Update the layer's rate statistics and write the header; then every line feature.
+    bool writePMHeader(TMapLayer* layer);
+    bool writePMHPolygons(TMapLayer* layer);
+    // Writes the text and a line end.
+    void writeALine(std::string_view text);
+
+    TTextFile m_File;  // the file being written; closed with the object
+};
