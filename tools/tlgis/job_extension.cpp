@@ -100,6 +100,7 @@ const int kJobExtension = RegisterToolExtension({
     .describeElementJson = &DescribePattern,
     .describeLayerJson = {},
     .describeLayerText = &DescribePatternsText,
+    .writeLayer = {},
     .afterWrite = {},
 });
 }  // namespace
