@@ -1,6 +1,7 @@
 #include "gis/shp/dbf_table.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <iterator>
@@ -11,26 +12,34 @@
 
 namespace {
 // Columns 1..13 are the same in both unit systems; the units show in the names after them.
-const TDbfField kSprayUs[] = {
-    {"SEGMENTID", 'C', 8, 0},   {"CUSTOMER", 'C', 28, 0},  {"FILE_NAME", 'C', 24, 0},
-    {"FILE_DATE", 'C', 12, 0},  {"AIRCRAFT", 'C', 12, 0},  {"PILOT", 'C', 12, 0},
-    {"FIELD_NAME", 'C', 20, 0}, {"OFFSET", 'C', 5, 0},     {"LINE_NUM", 'C', 5, 0},
-    {"EVENT_TIME", 'C', 14, 0}, {"POS_LAT", 'C', 17, 0},   {"POS_LON", 'C', 17, 0},
-    {"SPEED_MPH", 'N', 8, 1},   {"TRK_FT", 'N', 8, 1},     {"SWIDTH_FT", 'N', 8, 1},
-    {"HGT_FT", 'N', 8, 1},      {"AGL_FT", 'N', 8, 1},     {"AREA_US", 'N', 10, 6},
-    {"TSRATE_US", 'N', 10, 6},  {"ASRATE_US", 'N', 10, 6}, {"SPRAY_STAT", 'C', 8, 0},
-    {"BOOM_STAT", 'C', 8, 0},
+constexpr TDbfField kSprayCommon[] = {
+    {"SEGMENTID", 'C', 8, 0},   {"CUSTOMER", 'C', 28, 0}, {"FILE_NAME", 'C', 24, 0},
+    {"FILE_DATE", 'C', 12, 0},  {"AIRCRAFT", 'C', 12, 0}, {"PILOT", 'C', 12, 0},
+    {"FIELD_NAME", 'C', 20, 0}, {"OFFSET", 'C', 5, 0},    {"LINE_NUM", 'C', 5, 0},
+    {"EVENT_TIME", 'C', 14, 0}, {"POS_LAT", 'C', 17, 0},  {"POS_LON", 'C', 17, 0},
+    {"SPEED_MPH", 'N', 8, 1},
 };
-const TDbfField kSprayMetric[] = {
-    {"SEGMENTID", 'C', 8, 0},    {"CUSTOMER", 'C', 28, 0},    {"FILE_NAME", 'C', 24, 0},
-    {"FILE_DATE", 'C', 12, 0},   {"AIRCRAFT", 'C', 12, 0},    {"PILOT", 'C', 12, 0},
-    {"FIELD_NAME", 'C', 20, 0},  {"OFFSET", 'C', 5, 0},       {"LINE_NUM", 'C', 5, 0},
-    {"EVENT_TIME", 'C', 14, 0},  {"POS_LAT", 'C', 17, 0},     {"POS_LON", 'C', 17, 0},
-    {"SPEED_MPH", 'N', 8, 1},    {"TRK_M", 'N', 8, 1},        {"SWIDTH_M", 'N', 8, 1},
-    {"HGT_M", 'N', 8, 1},        {"AGL_M", 'N', 8, 1},        {"AREA_M", 'N', 10, 6},
-    {"TSRATE_LTRS", 'N', 10, 6}, {"ASRATE_LTRS", 'N', 10, 6}, {"SPRAY_STAT", 'C', 8, 0},
-    {"BOOM_STAT", 'C', 8, 0},
+constexpr TDbfField kSprayUsUnits[] = {
+    {"TRK_FT", 'N', 8, 1},     {"SWIDTH_FT", 'N', 8, 1},  {"HGT_FT", 'N', 8, 1},
+    {"AGL_FT", 'N', 8, 1},     {"AREA_US", 'N', 10, 6},   {"TSRATE_US", 'N', 10, 6},
+    {"ASRATE_US", 'N', 10, 6}, {"SPRAY_STAT", 'C', 8, 0}, {"BOOM_STAT", 'C', 8, 0},
 };
+constexpr TDbfField kSprayMetricUnits[] = {
+    {"TRK_M", 'N', 8, 1},        {"SWIDTH_M", 'N', 8, 1},   {"HGT_M", 'N', 8, 1},
+    {"AGL_M", 'N', 8, 1},        {"AREA_M", 'N', 10, 6},    {"TSRATE_LTRS", 'N', 10, 6},
+    {"ASRATE_LTRS", 'N', 10, 6}, {"SPRAY_STAT", 'C', 8, 0}, {"BOOM_STAT", 'C', 8, 0},
+};
+
+template <std::size_t A, std::size_t B>
+constexpr std::array<TDbfField, A + B> Join(const TDbfField (&a)[A], const TDbfField (&b)[B]) {
+    std::array<TDbfField, A + B> joined{};
+    for (std::size_t i = 0; i < A; ++i) joined[i] = a[i];
+    for (std::size_t i = 0; i < B; ++i) joined[A + i] = b[i];
+    return joined;
+}
+
+constexpr auto kSprayUs = Join(kSprayCommon, kSprayUsUnits);
+constexpr auto kSprayMetric = Join(kSprayCommon, kSprayMetricUnits);
 const TDbfField kNonSprayUs[] = {
     {"SAMPLEID", 'C', 8, 0}, {"LINE_NUM", 'C', 5, 0},  {"EVENT_TIME", 'C', 14, 0}, {"POS_LAT", 'C', 17, 0},
     {"POS_LON", 'C', 17, 0}, {"SPEED_MPH", 'N', 8, 1}, {"HGT_ELLIPF", 'N', 8, 1},  {"AGL_FT", 'N', 8, 1},

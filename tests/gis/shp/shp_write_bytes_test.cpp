@@ -64,8 +64,8 @@ TEST_P(ShpWriteBytes, PointExportWithItsTables) {
     const bool metric = GetParam();
     TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POINTS;
     TMapLayer layer;
-    std::vector<TSampleSpec> specs = Straight(2, 30.0);
-    TFeatureSpray* spray = AddSpray(layer, MakeSpray(specs));
+    std::vector<TSamplePlan> plans = Straight(2, 30.0);
+    TFeatureSpray* spray = AddSpray(layer, MakeSpray(plans));
     spray->m_pRecs[1].strOffset = "X";
     TGisFileShp writer;
     writer.SetCompanyName("Acme Aerial");
@@ -80,7 +80,7 @@ TEST_P(ShpWriteBytes, PointExportWithItsTables) {
     for (int i = 0; i < 2; ++i) {
         shp_test::PutBE32(main, static_cast<std::uint32_t>(i + 1));
         shp_test::PutBE32(main, 10);
-        main += shp_test::PointContent(specs[i].dLon, specs[i].dLat);
+        main += shp_test::PointContent(plans[i].dLon, plans[i].dLat);
         shp_test::PutBE32(index, static_cast<std::uint32_t>(50 + 14 * i));
         shp_test::PutBE32(index, 10);
     }
@@ -117,19 +117,19 @@ TEST_P(ShpWriteBytes, NonSprayPointsAndTheirTable) {
     TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POINTS;
     TMapLayer layer;
     // on, off, off, on: the two off samples and the last one.
-    std::vector<TSampleSpec> specs = Straight(4, 45.0, 20.0, {0, 0, 0, 1});
-    AddSpray(layer, MakeSpray(specs));
+    std::vector<TSamplePlan> plans = Straight(4, 45.0, 20.0, {0, 0, 0, 1});
+    AddSpray(layer, MakeSpray(plans));
     TGisFileShp writer;
     writer.SetSourceFile(m_strSource);
     writer.SetMetric(metric ? 1 : 0);
     ASSERT_EQ(writer.WriteFile(m_Dir.File("field12.shp").c_str(), &layer), GISFILE_OK);
     const TTriple n = ReadTriple(m_Dir.File("flight_NonSpray_Pts"));
-    TLocRect box(specs[0].dLon, specs[3].dLat, specs[3].dLon, specs[0].dLat);
+    TLocRect box(plans[0].dLon, plans[3].dLat, plans[3].dLon, plans[0].dLat);
     std::string main = MainHeader(50 + 4 * 14, 1, box);
     for (int i = 0; i < 4; ++i) {
         shp_test::PutBE32(main, static_cast<std::uint32_t>(i + 1));
         shp_test::PutBE32(main, 10);
-        main += shp_test::PointContent(specs[i].dLon, specs[i].dLat);
+        main += shp_test::PointContent(plans[i].dLon, plans[i].dLat);
     }
     EXPECT_EQ(n.strShp, main);
     ASSERT_EQ(n.strDbf.size(), 289u + 4 * 86 + 1);

@@ -35,7 +35,7 @@ const TInteropCase kCases[] = {
 void FillLayer(TMapLayer& layer) {
     AddBoundary(layer, {{45.49, -93.26}, {45.51, -93.26}, {45.51, -93.24}, {45.49, -93.24}}, BOUNDARY_INC);
     AddBoundary(layer, {{45.495, -93.255}, {45.5, -93.25}, {45.5, -93.255}}, BOUNDARY_EXC);
-    std::vector<TSampleSpec> turning = Straight(8, 20.0);
+    std::vector<TSamplePlan> turning = Straight(8, 20.0);
     TLoc at(turning.back().dLat, turning.back().dLon);
     for (int i = 0; i < 6; ++i) {
         at = at.Offset(110.0, 20.0);

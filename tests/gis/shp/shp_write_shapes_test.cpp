@@ -51,14 +51,14 @@ std::vector<int> PointCounts(const std::vector<TShape>& shapes) {
 }
 
 // A straight run that turns by turnDeg at sample `at`.
-std::vector<TSampleSpec> Turning(int n, int at, double turnDeg) {
-    std::vector<TSampleSpec> specs = Straight(at, 0.0);
-    TLoc from(specs.back().dLat, specs.back().dLon);
+std::vector<TSamplePlan> Turning(int n, int at, double turnDeg) {
+    std::vector<TSamplePlan> plans = Straight(at, 0.0);
+    TLoc from(plans.back().dLat, plans.back().dLon);
     for (int i = at; i < n; ++i) {
         from = from.Offset(turnDeg, 20.0);
-        specs.push_back({from.dLat, from.dLon, turnDeg, 20.0, 1});
+        plans.push_back({from.dLat, from.dLon, turnDeg, 20.0, 1});
     }
-    return specs;
+    return plans;
 }
 }  // namespace
 
@@ -86,13 +86,13 @@ TEST(SwathGeometry, HeadingsCrossingsAndDistances) {
 TEST(ShpWriteShapes, SwathPolygonsFollowRunsOfStraightFlight) {
     struct TCase {
         const char* pszName;
-        std::vector<TSampleSpec> Samples;
+        std::vector<TSamplePlan> Samples;
         bool bSingleBlock;
         std::vector<int> PointCounts;
     };
-    std::vector<TSampleSpec> narrow = Straight(4, 0.0);
-    for (TSampleSpec& s : narrow) s.dWidth = 0.05;
-    std::vector<TSampleSpec> wrap = Straight(2, 350.0);
+    std::vector<TSamplePlan> narrow = Straight(4, 0.0);
+    for (TSamplePlan& s : narrow) s.dWidth = 0.05;
+    std::vector<TSamplePlan> wrap = Straight(2, 350.0);
     const TLoc third = TLoc(wrap[1].dLat, wrap[1].dLon).Offset(10.0, 20.0);
     wrap.push_back({third.dLat, third.dLon, 10.0, 20.0, 1});
     const TCase cases[] = {
@@ -150,10 +150,10 @@ TEST(ShpWriteShapes, SwathRowCarriesBoxCentreAndLastSample) {
 TEST(ShpWriteShapes, CrossingSwathLinesArePulledTogether) {
     // A tight turn to the right: the third sample's swath line crosses the first's, and its
     // right-hand (inner) end is held at the first sample's.
-    std::vector<TSampleSpec> specs = {
+    std::vector<TSamplePlan> plans = {
         {45.5, -93.25, 0.0, 60.0, 1}, {45.50005, -93.25, 20.0, 60.0, 1}, {45.5001, -93.24995, 40.0, 60.0, 1}};
     TMapLayer layer;
-    TFeatureSpray* spray = AddSpray(layer, MakeSpray(specs));
+    TFeatureSpray* spray = AddSpray(layer, MakeSpray(plans));
     const tagLOC firstA = spray->m_pRecs[0].locSwathA;
     ASSERT_TRUE(SegmentsCross(spray->m_pRecs[0].locSwathA, spray->m_pRecs[0].locSwathB,
                               spray->m_pRecs[2].locSwathA, spray->m_pRecs[2].locSwathB));
@@ -165,14 +165,14 @@ TEST(ShpWriteShapes, CrossingSwathLinesArePulledTogether) {
 
 TEST(ShpWriteShapes, PointsSpotsAndPolylines) {
     // Positions given directly: sample 2 shares sample 1's latitude.
-    std::vector<TSampleSpec> sameLat = {{45.5, -93.25, 0, 20, 1},
+    std::vector<TSamplePlan> sameLat = {{45.5, -93.25, 0, 20, 1},
                                         {45.6, -93.24, 0, 20, 1},
                                         {45.6, -93.23, 0, 20, 1},
                                         {45.7, -93.22, 0, 20, 1}};
     struct TCase {
         const char* pszName;
         int iFormat;
-        std::vector<std::vector<TSampleSpec>> Elements;
+        std::vector<std::vector<TSamplePlan>> Elements;
         std::vector<int> PointCounts;
         int iShapeType;
     };
@@ -255,16 +255,16 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
 
 TEST(ShpWriteShapes, NonSprayPath) {
     // A run that ends where the next one starts, the next one flown without spraying.
-    const std::vector<TSampleSpec> sprayed = Straight(3, 30, 20, {1, 1, 1});
-    std::vector<TSampleSpec> after = Straight(2, 30, 20, {0, 0});
-    for (TSampleSpec& s : after) {
+    const std::vector<TSamplePlan> sprayed = Straight(3, 30, 20, {1, 1, 1});
+    std::vector<TSamplePlan> after = Straight(2, 30, 20, {0, 0});
+    for (TSamplePlan& s : after) {
         s.dLat += sprayed.back().dLat - sprayed.front().dLat;
         s.dLon += sprayed.back().dLon - sprayed.front().dLon;
     }
     struct TCase {
         const char* pszName;
         int iFormat;
-        std::vector<std::vector<TSampleSpec>> Elements;
+        std::vector<std::vector<TSamplePlan>> Elements;
         std::vector<int> PointCounts;
     };
     const TCase cases[] = {

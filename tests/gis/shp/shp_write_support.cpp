@@ -7,11 +7,11 @@
 
 namespace shp_write_test {
 
-std::unique_ptr<TFeatureSpray> MakeSpray(const std::vector<TSampleSpec>& samples) {
+std::unique_ptr<TFeatureSpray> MakeSpray(const std::vector<TSamplePlan>& samples) {
     auto spray = std::make_unique<TFeatureSpray>(static_cast<int>(samples.size()));
     spray->m_strId = "run";
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const TSampleSpec& s = samples[i];
+        const TSamplePlan& s = samples[i];
         tagSPRAYREC& r = spray->m_pRecs[i];
         r.locPos = {s.dLat, s.dLon};
         TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
@@ -43,11 +43,11 @@ std::unique_ptr<TFeatureSpray> MakeSpray(const std::vector<TSampleSpec>& samples
     return spray;
 }
 
-std::vector<TSampleSpec> Straight(int n, double heading, double stepM, std::vector<int> spray) {
-    std::vector<TSampleSpec> out;
+std::vector<TSamplePlan> Straight(int n, double heading, double stepM, std::vector<int> spray) {
+    std::vector<TSamplePlan> out;
     TLoc at(45.5, -93.25);
     for (int i = 0; i < n; ++i) {
-        TSampleSpec s;
+        TSamplePlan s;
         s.dLat = at.dLat;
         s.dLon = at.dLon;
         s.dHeading = heading;

@@ -12,7 +12,7 @@
 
 namespace shp_write_test {
 
-struct TSampleSpec {
+struct TSamplePlan {
     double dLat = 0.0;
     double dLon = 0.0;
     double dHeading = 0.0;  // degrees
@@ -20,12 +20,12 @@ struct TSampleSpec {
     int iSpray = 1;
 };
 
-// A spray element with one sample per spec: swath ends from position, heading and width,
+// A spray element with one sample per plan: swath ends from position, heading and width,
 // one second apart, line 7, field "North 40", offset "R", aircraft and pilot set.
-std::unique_ptr<TFeatureSpray> MakeSpray(const std::vector<TSampleSpec>& samples);
+std::unique_ptr<TFeatureSpray> MakeSpray(const std::vector<TSamplePlan>& samples);
 // n samples flown on a steady heading, stepM apart, starting at (45.5, -93.25); spray gives
 // each sample's flag (missing entries spray).
-std::vector<TSampleSpec> Straight(int n, double heading, double stepM = 20.0, std::vector<int> spray = {});
+std::vector<TSamplePlan> Straight(int n, double heading, double stepM = 20.0, std::vector<int> spray = {});
 // Adds a spray element to the layer with its extents.
 TFeatureSpray* AddSpray(TMapLayer& layer, std::unique_ptr<TFeatureSpray> spray);
 
