@@ -55,7 +55,7 @@ std::unique_ptr<TMapLayer> MakeSprayLayer() {
             tagSPRAYREC& s = spray->m_pRecs[i];
             s.locPos = at;
             TFeatureSpray::SwathEnds(at, heading, 20.0, s.locSwathA, s.locSwathB);
-            s.bySpray = i % 1000 == 999 ? 0 : 1;
+            s.bySpray = i == kSamplesPerRun - 1 ? 0 : 1;  // a stop would end the run's polygons
             s.dSwathWidth = 20.0;
             s.dSpeed = 50.0;
             s.sHeight = 50;
