@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
-# Builds tlgis and runs it on the sample data shipped in examples/: describes the sample job
-# and converts it to the other formats into ./tlgis-demo/.
+# Builds tlgis and runs its demo: the sample field and flight that travel inside the tool are
+# written in every format into ./tlgis-demo/ (or the folder given), and each file is read back.
 set -euo pipefail
-cd "$(dirname "$0")/.."
+root="$(cd "$(dirname "$0")/.." && pwd)"
+out="$(pwd)/${1:-tlgis-demo}"
+cd "$root"
 
 scripts/install-test-tools.sh
-cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DTL_GIS_BUILD_TESTS=OFF >/dev/null
+cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 cmake --build build-release -j "$(nproc 2>/dev/null || echo 2)" --target tlgis
-tool=build-release/tools/tlgis/tlgis
-out=tlgis-demo
-mkdir -p "$out"
-"$tool" info examples/field.job
+build-release/tools/tlgis/tlgis demo "$out"

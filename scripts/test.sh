@@ -9,12 +9,12 @@ scripts/install-test-tools.sh
 
 if [ "${1:-}" = "--sanitize" ]; then
   dir=build-asan
-  config=(-DCMAKE_BUILD_TYPE=Debug -DTL_GIS_SANITIZE=ON)
+  config=(-DCMAKE_BUILD_TYPE=Debug -DTL_GIS_SANITIZE=ON -DTL_GIS_BUILD_TESTS=ON)
   export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
   export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 else
   dir=build-release
-  config=(-DCMAKE_BUILD_TYPE=Release)
+  config=(-DCMAKE_BUILD_TYPE=Release -DTL_GIS_BUILD_TESTS=ON)
 fi
 
 jobs=$(nproc 2>/dev/null || echo 2)

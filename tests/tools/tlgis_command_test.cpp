@@ -56,6 +56,7 @@ TEST(TlgisTool, BadOptionsExitWithTwo) {
          {"--projected takes stop, skip or ask"}},
         {"option value missing", "info - --config", 2, {}, {"option --config needs a value"}},
         {"value given to a flag", "info - --quiet=yes", 2, {}, {"option --quiet takes no value"}},
+        {"misspelt flag", "info - --jsno", 2, {}, {"unknown option --jsno"}},
         {"unknown language", "--lang klingon info -", 2, {}, {"unknown language 'klingon'"}},
         {"info without a file", "info", 2, {}, {"usage: tlgis info FILE"}},
         {"info with two files", "info a.job b.job", 2, {}, {"usage: tlgis info FILE"}},

@@ -6,6 +6,7 @@
 int RunInfo(const TToolOptions& options);
 int RunConvert(const TToolOptions& options);
 int RunRender(const TToolOptions& options);
+int RunDemo(const TToolOptions& options);
 
 // Exit status for a usage error.
 constexpr int kExitUsage = 2;

@@ -1,3 +1,5 @@
+#include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "commands.h"
@@ -6,24 +8,13 @@
 #include "layer_loading.h"
 #include "session.h"
 
-int RunConvert(const TToolOptions& options) {
-    if (options.positional.size() != 2) {
-        PrintError("usage: tlgis convert IN OUT [options]  (IN may be '-' for an empty layer)");
-        return kExitUsage;
-    }
-    const std::string& in = options.positional[0];
-    const std::string& out = options.positional[1];
+namespace {
+// Loads in and writes out; 0 when written, 1 after printing why not.
+int ConvertOne(const std::string& in, const std::string& out, const TToolOptions& options) {
     const TLGIS_FILE_TYPE outType = TGisMap::GetGisFileType(out.c_str());
     if (outType == GIS_FILE_NONE || !TGisMap::CanWrite(outType)) {
         PrintError(DescribeFailure(out, outType, GISFILE_ERR_UNAVAILABLE, true));
         return 1;
-    }
-    std::string error;
-    for (const TToolExtension& ext : ToolExtensions()) {
-        if (ext.applyWriteOptions && !ext.applyWriteOptions(options, error)) {
-            PrintError(error);
-            return kExitUsage;
-        }
     }
     TMapLayer layer;
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
@@ -49,4 +40,52 @@ int RunConvert(const TToolOptions& options) {
     for (const TToolExtension& ext : ToolExtensions())
         if (ext.afterWrite) ext.afterWrite(out, layer, options);
     return 0;
+}
+
+// Batch use: every input goes to DIR/<its name>.<format>, in order; a failure stops none.
+int ConvertBatch(const TToolOptions& options) {
+    namespace fs = std::filesystem;
+    std::string format = options.Get("f", options.Get("format"));
+    if (!format.empty() && format[0] == '.') format.erase(0, 1);
+    if (format.empty() || options.positional.empty()) {
+        PrintError("usage: tlgis convert IN... -o DIR -f job|pmh|dxf|mif|shp");
+        return kExitUsage;
+    }
+    const fs::path dir = options.Get("o");
+    std::error_code ec;
+    fs::create_directories(dir, ec);
+    if (!fs::is_directory(dir, ec)) {
+        PrintError("cannot make the folder " + dir.string());
+        return 1;
+    }
+    int failed = 0;
+    for (const std::string& in : options.positional) {
+        const std::string out = (dir / fs::path(in).filename()).replace_extension(format).string();
+        const int status = ConvertOne(in, out, options);
+        std::printf("%s -> %s: %s\n", in.c_str(), out.c_str(), status == 0 ? "ok" : "failed");
+        if (status != 0) ++failed;
+    }
+    if (failed != 0)
+        PrintError(std::to_string(failed) + " of " + std::to_string(options.positional.size()) +
+                   " files failed");
+    return failed == 0 ? 0 : 1;
+}
+}  // namespace
+
+int RunConvert(const TToolOptions& options) {
+    std::string error;
+    for (const TToolExtension& ext : ToolExtensions()) {
+        if (ext.applyWriteOptions && !ext.applyWriteOptions(options, error)) {
+            PrintError(error);
+            return kExitUsage;
+        }
+    }
+    if (options.HasValue("o")) return ConvertBatch(options);
+    if (options.positional.size() != 2) {
+        PrintError(
+            "usage: tlgis convert IN OUT [options]  (IN may be '-' for an empty layer), or "
+            "tlgis convert IN... -o DIR -f FORMAT");
+        return kExitUsage;
+    }
+    return ConvertOne(options.positional[0], options.positional[1], options);
 }

@@ -12,4 +12,6 @@ int RegisterToolExtension(TToolExtension extension) {
     return static_cast<int>(Registry().size());
 }
 
-const std::vector<TToolExtension>& ToolExtensions() { return Registry(); }
+const std::vector<TToolExtension>& ToolExtensions() {
+    return Registry();
+}

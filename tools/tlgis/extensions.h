@@ -19,6 +19,8 @@ struct TToolExtension {
     std::string name;
     // Options of this extension that take a value (--name VALUE).
     std::vector<std::string> valueOptions;
+    // Options of this extension that take no value (--name).
+    std::vector<std::string> flagOptions;
     // Help lines for `tlgis help convert`, one option each.
     std::vector<std::string> convertHelp;
     // Sets the library's export settings from the options before a write; false with an error

@@ -91,6 +91,7 @@ void DescribePatternsText(std::string& out, const TMapLayer& layer) {
 const int kJobExtension = RegisterToolExtension({
     .name = "job",
     .valueOptions = {"job-version", "reduction", "decimation-m"},
+    .flagOptions = {},
     .convertHelp = {"--job-version 1|2|3     JOB header version written (default 1)",
                     "--reduction 0|1|2|3     how JOB lines fit the limits: 0 all limits, 1 line limits,",
                     "                        2 decimate by --decimation-m and warn (library default), 3 none",

@@ -1,8 +1,8 @@
 #include "layer_loading.h"
 
+#include <unistd.h>
 #include <cstdio>
 #include <filesystem>
-#include <unistd.h>
 
 #include "extensions.h"
 #include "gis/gis_map.h"
@@ -20,7 +20,8 @@ void ShowProgress(int percent) {
         if (percent == g_iLastShown) return;
         g_iLastShown = percent;
         const int filled = percent / 4;
-        std::fprintf(stderr, "\r[%.*s%*s] %3d%%", filled, "=========================", 25 - filled, "", percent);
+        std::fprintf(stderr, "\r[%.*s%*s] %3d%%", filled, "=========================", 25 - filled, "",
+                     percent);
         std::fflush(stderr);
         return;
     }
@@ -53,7 +54,8 @@ std::string DescribeFailure(const std::string& path, int type, int result, bool 
         what = "no format for " + path + " (use .job, .pmh, .dxf, .mif or .shp)";
     } else if (writing ? !TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(type))
                        : !TGisMap::CanLoad(static_cast<TLGIS_FILE_TYPE>(type))) {
-        what = std::string(writing ? "writing " : "reading ") + TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) +
+        what = std::string(writing ? "writing " : "reading ") +
+               TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) +
                " files is not available in this build: " + path;
     } else if (result == GISFILE_ERR_OPEN || (!writing && result == GISFILE_ERR_UNAVAILABLE)) {
         std::error_code ec;
@@ -62,7 +64,8 @@ std::string DescribeFailure(const std::string& path, int type, int result, bool 
         else
             what = std::string(writing ? "cannot write " : "cannot open ") + path;
     } else {
-        what = std::string(writing ? "writing " : "reading ") + path + " failed: " + GetResultCodeText(result);
+        what =
+            std::string(writing ? "writing " : "reading ") + path + " failed: " + GetResultCodeText(result);
     }
     return what + " (" + std::to_string(result) + ")";
 }

@@ -3,26 +3,38 @@
 #include <cstdio>
 #include <map>
 
+#include "extensions.h"
 #include "gis/gis_map.h"
 #include "gis/numbers.h"
-#include "extensions.h"
 #include "json_writer.h"
 
 const char* ElementKindName(const TMapElement& element) {
     switch (element.GetKind()) {
-        case ELEMENT_LINE_BOUNDARY: return "boundary";
-        case ELEMENT_LINE_AREA: return "area";
-        case ELEMENT_LINE_ROAD: return "road";
-        case ELEMENT_LINE_WATER: return "water";
-        case ELEMENT_LINE_MISC: return "misc";
-        case ELEMENT_LINE_GENERIC: return "generic";
-        case ELEMENT_LINE: return "line";
-        case ELEMENT_MARKER: return "marker";
-        case ELEMENT_POINT: return "point";
+        case ELEMENT_LINE_BOUNDARY:
+            return "boundary";
+        case ELEMENT_LINE_AREA:
+            return "area";
+        case ELEMENT_LINE_ROAD:
+            return "road";
+        case ELEMENT_LINE_WATER:
+            return "water";
+        case ELEMENT_LINE_MISC:
+            return "misc";
+        case ELEMENT_LINE_GENERIC:
+            return "generic";
+        case ELEMENT_LINE:
+            return "line";
+        case ELEMENT_MARKER:
+            return "marker";
+        case ELEMENT_POINT:
+            return "point";
         case ELEMENT_SPRAY:
-        case ELEMENT_SPRAY_ALT: return "spray";
-        case ELEMENT_PATTERN: return "pattern";
-        default: return "unknown";
+        case ELEMENT_SPRAY_ALT:
+            return "spray";
+        case ELEMENT_PATTERN:
+            return "pattern";
+        default:
+            return "unknown";
     }
 }
 
@@ -33,7 +45,8 @@ std::string TypeHex(std::uint32_t type) {
     return buf;
 }
 
-void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord* record, const TReportOptions& options) {
+void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord* record,
+               const TReportOptions& options) {
     json.Key("bound").Integer(line.m_iBoundType);
     json.Key("points").Integer(line.m_iNumPoints);
     json.Key("centroid").Pair(line.m_locCentroid.dLat, line.m_locCentroid.dLon);
@@ -99,7 +112,8 @@ std::string LayerToJson(const std::string& file, int type, int result, const TMa
 std::string LayerSummary(const std::string& file, int type, int result, const TMapLayer& layer) {
     std::string out;
     out += "File:     " + file + "\n";
-    out += "Type:     " + std::to_string(type) + " (" + TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) + ")\n";
+    out += "Type:     " + std::to_string(type) + " (" +
+           TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) + ")\n";
     out += "Result:   " + std::to_string(result) + " (" + GetResultCodeText(result) + ")\n";
     std::map<std::string, int> counts;
     long long vertices = 0;
@@ -123,8 +137,8 @@ std::string LayerSummary(const std::string& file, int type, int result, const TM
     if (!layer.m_strLLB.empty()) out += "LLB:      " + layer.m_strLLB + "\n";
     if (!layer.m_rcExtents.IsEmpty()) {
         const auto& r = layer.m_rcExtents;
-        out += "Extents:  west " + FormatFixed(r.dWest, 6) + ", south " + FormatFixed(r.dSouth, 6) + ", east " +
-               FormatFixed(r.dEast, 6) + ", north " + FormatFixed(r.dNorth, 6) + "\n";
+        out += "Extents:  west " + FormatFixed(r.dWest, 6) + ", south " + FormatFixed(r.dSouth, 6) +
+               ", east " + FormatFixed(r.dEast, 6) + ", north " + FormatFixed(r.dNorth, 6) + "\n";
     }
     for (const TToolExtension& ext : ToolExtensions())
         if (ext.describeLayerText) ext.describeLayerText(out, layer);

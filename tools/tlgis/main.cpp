@@ -17,6 +17,8 @@ const char* const kUsage =
     "  info FILE [--json] [--points]   load FILE and describe what it holds\n"
     "  convert IN OUT [options]        load IN ('-' for nothing) and write OUT, format from its extension\n"
     "  render IN OUT.svg [--width PX]  draw the layer as an SVG picture with a scale bar and north arrow\n"
+    "  demo [DIR]                      write every format from the built-in sample field and flight\n"
+    "                                  into DIR (default ./tlgis-demo) and read each file back\n"
     "  help [COMMAND]                  show this text, or the options of a command\n"
     "\n"
     "Formats: .job (JOB), .pmh (PMH), .dxf (DXF), .mif (MID/MIF pair), .shp (shapefile)\n"
@@ -30,8 +32,11 @@ const char* const kUsage =
 
 const char* const kConvertHelp =
     "Usage: tlgis convert IN OUT [options]\n"
+    "       tlgis convert IN... -o DIR -f FORMAT [options]\n"
     "Loads IN (or starts from an empty layer when IN is '-') and writes the layer to OUT in the\n"
-    "format that OUT's extension selects.\n";
+    "format that OUT's extension selects. With -o, every IN is written to DIR under its own name\n"
+    "with the extension FORMAT (job, pmh, dxf, mif or shp); a failed file stops none of the others\n"
+    "and makes the exit status 1.\n";
 
 int Help(const TToolOptions& options) {
     if (!options.positional.empty() && options.positional[0] == "convert") {
@@ -74,6 +79,7 @@ int main(int argc, char** argv) {
     if (options.strCommand == "info") return RunInfo(options);
     if (options.strCommand == "convert") return RunConvert(options);
     if (options.strCommand == "render") return RunRender(options);
+    if (options.strCommand == "demo") return RunDemo(options);
     PrintError("unknown command '" + options.strCommand + "'");
     std::fputs(kUsage, stderr);
     return kExitUsage;

@@ -15,11 +15,21 @@ std::string TToolOptions::Get(const std::string& name, const std::string& fallba
 }
 
 bool OptionTakesValue(const std::string& name) {
-    static const std::set<std::string> common = {"projected", "config", "lang", "width", "o"};
+    static const std::set<std::string> common = {"projected", "config", "lang", "width", "o", "f", "format"};
     if (common.count(name) != 0) return true;
     for (const TToolExtension& ext : ToolExtensions())
         for (const std::string& v : ext.valueOptions)
             if (v == name) return true;
+    return false;
+}
+
+bool IsKnownFlag(const std::string& name) {
+    static const std::set<std::string> common = {"help",     "version", "json", "points",
+                                                 "progress", "quiet",   "q"};
+    if (common.count(name) != 0) return true;
+    for (const TToolExtension& ext : ToolExtensions())
+        for (const std::string& f : ext.flagOptions)
+            if (f == name) return true;
     return false;
 }
 
@@ -47,6 +57,11 @@ bool ParseToolOptions(int argc, char** argv, TToolOptions& out, std::string& err
                 }
                 out.values[name] = value;
             } else {
+                if (!IsKnownFlag(name)) {
+                    error =
+                        "unknown option " + arg + " (tlgis help convert lists the options of every format)";
+                    return false;
+                }
                 if (hasValue) {
                     error = "option --" + name + " takes no value";
                     return false;

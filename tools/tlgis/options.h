@@ -19,5 +19,7 @@ struct TToolOptions {
 
 // Options that take a value; every other --name is a flag.
 bool OptionTakesValue(const std::string& name);
-// Parses argv; on error returns false with a message.
+// Flags every command knows, and those the format extensions add.
+bool IsKnownFlag(const std::string& name);
+// Parses argv; an unknown --flag is an error; on error returns false with a message.
 bool ParseToolOptions(int argc, char** argv, TToolOptions& out, std::string& error);

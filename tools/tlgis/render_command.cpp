@@ -4,9 +4,11 @@
 #include <string>
 
 #include "commands.h"
+#include "features/feature_spray.h"
 #include "gis/numbers.h"
 #include "hostmap/map_image.h"
 #include "layer_loading.h"
+#include "layer_render.h"
 #include "session.h"
 
 namespace {
@@ -48,7 +50,8 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.LineTo({start.x, start.y + tick});
     dc.MoveTo({end.x, end.y - tick});
     dc.LineTo({end.x, end.y + tick});
-    const std::string label = barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
+    const std::string label =
+        barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
     dc.TextOut({start.x, start.y + tick * 2}, label);
 
     // North arrow in the top right corner.
@@ -60,7 +63,48 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.SelectBrush(oldBrush);
     dc.SelectPen(oldPen);
 }
+// A spray run as its swath strips, one quadrilateral per pair of samples: green where the boom
+// was on at the later sample, grey where it was off, under the flown track.
+void DrawSpray(TMapImage& image, const TFeatureSpray& spray) {
+    if (spray.m_pRecs == nullptr || spray.m_iNumRecs < 1) return;
+    TDeviceContext& dc = image.GetDC();
+    const TPen oldPen = dc.SelectPen({PS_NULL, 0, 0});
+    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0});
+    for (int i = 1; i < spray.m_iNumRecs; ++i) {
+        const tagSPRAYREC& a = spray.m_pRecs[i - 1];
+        const tagSPRAYREC& b = spray.m_pRecs[i];
+        dc.SelectBrush({BS_SOLID, b.bySpray != 0 ? 0x60D060u : 0xD8D8D8u});
+        const TPointLP strip[4] = {image.Loc2LP(a.locSwathA), image.Loc2LP(b.locSwathA),
+                                   image.Loc2LP(b.locSwathB), image.Loc2LP(a.locSwathB)};
+        dc.Polygon(strip, 4);
+    }
+    dc.SelectPen({PS_SOLID, 0, 0x404040});
+    dc.MoveTo(image.Loc2LP(spray.m_pRecs[0].locPos));
+    for (int i = 1; i < spray.m_iNumRecs; ++i) dc.LineTo(image.Loc2LP(spray.m_pRecs[i].locPos));
+    dc.SelectBrush(oldBrush);
+    dc.SelectPen(oldPen);
+}
 }  // namespace
+
+bool RenderLayerSvg(const TMapLayer& layer, const std::string& out, const std::string& title, int widthPx) {
+    TMapImage image(ViewOf(layer), widthPx);
+    // Areas first, then lines, then point symbols on top, so nothing hides a marker.
+    for (int pass = 0; pass < 3; ++pass) {
+        for (const TMapElement* e : layer.m_Elements) {
+            const std::uint32_t kind = e->GetKind();
+            const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
+                              : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)               ? 0
+                                                                                             : 1;
+            if (order != pass) continue;
+            if (const auto* spray = dynamic_cast<const TFeatureSpray*>(e))
+                DrawSpray(image, *spray);
+            else
+                e->Draw(image);
+        }
+    }
+    DrawScaleBarAndNorthArrow(image);
+    return image.WriteSvg(out.c_str(), title);
+}
 
 int RunRender(const TToolOptions& options) {
     if (options.positional.size() != 2) {
@@ -80,20 +124,7 @@ int RunRender(const TToolOptions& options) {
     if (loaded.iResult != 0) return 1;
     if (!AugmentLayer(layer, options)) return 1;
     layer.CalculateGeoExtents();
-
-    TMapImage image(ViewOf(layer), width);
-    // Areas first, then lines, then point symbols on top, so nothing hides a marker.
-    for (int pass = 0; pass < 3; ++pass) {
-        for (const TMapElement* e : layer.m_Elements) {
-            const std::uint32_t kind = e->GetKind();
-            const int order = (kind == ELEMENT_MARKER || kind == ELEMENT_POINT || kind == ELEMENT_PATTERN) ? 2
-                              : (kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA)             ? 0
-                                                                                                         : 1;
-            if (order == pass) e->Draw(image);
-        }
-    }
-    DrawScaleBarAndNorthArrow(image);
-    if (!image.WriteSvg(out.c_str(), in)) {
+    if (!RenderLayerSvg(layer, out, in, width)) {
         PrintError("cannot write " + out);
         return 1;
     }

@@ -23,8 +23,9 @@ bool IsConfigFolder(const std::string& dir) {
 std::string ChooseConfigFolder(const TToolOptions& options) {
     if (options.HasValue("config")) return options.Get("config");
     if (const char* env = std::getenv("TLGIS_CONFIG"); env != nullptr && *env != '\0') return env;
-    for (const std::string& candidate : {std::string("Config"), std::string(TLanguageTable::GetInstalledConfigFolder()),
-                                        std::string(TLGIS_SOURCE_CONFIG_DIR)})
+    for (const std::string& candidate :
+         {std::string("Config"), std::string(TLanguageTable::GetInstalledConfigFolder()),
+          std::string(TLGIS_SOURCE_CONFIG_DIR)})
         if (IsConfigFolder(candidate)) return candidate;
     return "Config";
 }
@@ -38,7 +39,9 @@ int AskOnTerminal(const TMessageBoxRequest& request) {
 }
 }  // namespace
 
-void PrintError(const std::string& message) { std::fprintf(stderr, "tlgis: %s\n", message.c_str()); }
+void PrintError(const std::string& message) {
+    std::fprintf(stderr, "tlgis: %s\n", message.c_str());
+}
 
 void PrintNote(const std::string& message) {
     if (!g_bQuiet) std::fprintf(stderr, "tlgis: %s\n", message.c_str());
@@ -55,7 +58,8 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
     TLanguageTable::SetConfigFolder(ChooseConfigFolder(options));
     GetTlGisApp().InitInstance();
     if (options.HasValue("lang") && !g_LanguageTable.SelectLanguage(options.Get("lang"))) {
-        error = "unknown language '" + options.Get("lang") + "' (english, french, german, italian, portuguese, spanish)";
+        error = "unknown language '" + options.Get("lang") +
+                "' (english, french, german, italian, portuguese, spanish)";
         return false;
     }
 
@@ -69,7 +73,8 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         std::size_t start = 0;
         while (start <= text.size()) {
             const auto nl = text.find('\n', start);
-            const std::string line = text.substr(start, nl == std::string::npos ? std::string::npos : nl - start);
+            const std::string line =
+                text.substr(start, nl == std::string::npos ? std::string::npos : nl - start);
             std::fprintf(stderr, "%s: %s\n", prefix.c_str(), line.c_str());
             if (nl == std::string::npos) break;
             start = nl + 1;
@@ -77,8 +82,8 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         if (!question) return IDOK;
         if (projected == "ask") return AskOnTerminal(request);
         const int answer = projected == "skip" ? IDNO : IDYES;
-        std::fprintf(stderr, "%s: answered %s (--projected %s)\n", prefix.c_str(), answer == IDYES ? "Yes" : "No",
-                     projected.c_str());
+        std::fprintf(stderr, "%s: answered %s (--projected %s)\n", prefix.c_str(),
+                     answer == IDYES ? "Yes" : "No", projected.c_str());
         return answer;
     });
     return true;

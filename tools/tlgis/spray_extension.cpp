@@ -92,6 +92,7 @@ void DescribeSprayText(std::string& out, const TMapLayer& layer) {
 const int kSprayExtension = RegisterToolExtension({
     .name = "spray",
     .valueOptions = {"spray"},
+    .flagOptions = {},
     .convertHelp = {"--spray FLIGHT.csv   add the spray runs of a flight-data CSV file after loading IN"},
     .applyWriteOptions = {},
     .augmentLayer = &AddFlightSpray,

@@ -1,0 +1,21 @@
+# tl_gis_embed_files(OUT_CPP NAME1 FILE1 NAME2 FILE2 ...): writes a C++ source that defines
+# `std::string_view NAME()` for each file with the file's bytes, so a program carries its
+# sample data with it and works from any folder. The build reconfigures when a file changes.
+function(tl_gis_embed_files out_cpp)
+  set(code "// Generated from the files named below; do not edit.\n#include <string_view>\n")
+  set(args ${ARGN})
+  list(LENGTH args count)
+  math(EXPR last "${count} - 1")
+  foreach(i RANGE 0 ${last} 2)
+    math(EXPR j "${i} + 1")
+    list(GET args ${i} name)
+    list(GET args ${j} file)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(READ ${file} hex HEX)
+    file(SIZE ${file} size)
+    string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${hex}")
+    string(APPEND code "\n// ${file}\nstatic const char k_${name}[] = {${bytes} 0};\n")
+    string(APPEND code "std::string_view ${name}() { return {k_${name}, ${size}}; }\n")
+  endforeach()
+  file(CONFIGURE OUTPUT ${out_cpp} CONTENT "${code}" @ONLY)
+endfunction()
