@@ -92,13 +92,15 @@ bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions
     result = writer.WriteFile(out.c_str(), &layer);
     if (result != 0) return true;
     NoteTriple(TGisFileShp::GetSprayOutputStem(out));
-    if (!boundaries) NoteTriple(TGisFileShp::GetNonSprayOutputStem(source));
+    // The non-spray path follows whenever the layer holds recorded spray, in boundary mode too.
+    if (HasSpray(layer)) NoteTriple(TGisFileShp::GetNonSprayOutputStem(source));
     return true;
 }
 
 const int kShpExtension = RegisterToolExtension({
     .name = "shp",
     .valueOptions = {"spray-format", "nonspray-format", "company", "source"},
+    .flagOptions = {"boundaries", "metric", "single-block"},
     .convertHelp =
         {
             "--spray-format F     recorded spray as polygons (default), polylines, points or spots",

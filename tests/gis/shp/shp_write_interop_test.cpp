@@ -215,7 +215,7 @@ TEST(ShpTool, ConvertWithShapefileOptions) {
         {"boundaries asked for",
          "c.shp --spray " + ShellQuote(csv) + " --boundaries --spray-format spots",
          0,
-         {"c_Spray_Spot"},
+         {"c_Spray_Spot", "flight_NonSpray_PL"},
          nullptr},
         {"no spray implies boundaries", "d.shp --single-block", 0, {"d_Spray_Polys"}, "no recorded spray"},
         {"bad form",
