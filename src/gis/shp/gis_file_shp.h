@@ -24,15 +24,16 @@ class TFeatureSpray;
 class TFeatureLine;
 struct tagSPRAYREC;
 
-// Forms of the recorded-spray export.
-enum ESRISPRAYFORMAT {
+// Forms of the recorded-spray export. A host may store any value: out-of-range ones export
+// polygons (spray) or nothing (non-spray), so the type holds every int.
+enum ESRISPRAYFORMAT : int {
     ESRI_SPRAY_POLYGONS = 0,
     ESRI_SPRAY_POLYLINES = 1,
     ESRI_SPRAY_POINTS = 2,
     ESRI_SPRAY_SPOTS = 3,
 };
 // Forms of the export of the flight path flown without spraying.
-enum ESRINONSPRAYFORMAT {
+enum ESRINONSPRAYFORMAT : int {
     ESRI_NONSPRAY_POLYLINES = 0,
     ESRI_NONSPRAY_POINTS = 1,
 };
