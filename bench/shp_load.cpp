@@ -16,6 +16,7 @@
 #include <fstream>
 #include <string>
 
+#include "bench_memory.h"
 #include "gis/byte_order.h"
 #include "gis/gis_map.h"
 #include "gis/language.h"
@@ -62,14 +63,6 @@ const std::string& ShapefilePath() {
     return path;
 }
 
-long ReadStatusKb(const char* key) {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line))
-        if (line.rfind(key, 0) == 0) return std::stol(line.substr(std::string(key).size()));
-    return -1;
-}
-
 void BM_LoadPolygonShapefile(benchmark::State& state) {
     const std::string& path = ShapefilePath();
     EnsureLibraryStarted();
@@ -79,7 +72,7 @@ void BM_LoadPolygonShapefile(benchmark::State& state) {
         state.PauseTiming();
         {
             // The peak resident size of this load alone: reset the high-water mark first.
-            std::ofstream("/proc/self/clear_refs") << "5";
+            ResetPeakMemory();
         }
         baseKb = ReadStatusKb("VmRSS:");
         auto* layer = new TMapLayer;

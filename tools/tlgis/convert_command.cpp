@@ -20,13 +20,23 @@ int ConvertOne(const std::string& in, const std::string& out, const TToolOptions
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
     if (loaded.iResult != 0) return 1;
     if (!AugmentLayer(layer, options)) return 1;
-    TGisMap map;
-    const int result = map.WriteFile(out.c_str(), &layer);
+    int result = 0;
+    bool written = false;
+    for (const TToolExtension& ext : ToolExtensions()) {
+        if (ext.writeLayer && ext.writeLayer(out, layer, options, result)) {
+            written = true;
+            break;
+        }
+    }
+    if (!written) {
+        TGisMap map;
+        result = map.WriteFile(out.c_str(), &layer);
+    }
     if (result != 0) {
         PrintError(DescribeFailure(out, outType, result, true));
         return 1;
     }
-    PrintNote("wrote " + out);
+    if (!written) PrintNote("wrote " + out);
     for (const TToolExtension& ext : ToolExtensions())
         if (ext.afterWrite) ext.afterWrite(out, layer, options);
     return 0;

@@ -34,6 +34,9 @@ struct TToolExtension {
     std::function<void(TJsonWriter&, const TMapLayer&)> describeLayerJson;
     // Adds lines to the human summary.
     std::function<void(std::string& out, const TMapLayer&)> describeLayerText;
+    // Writes the layer itself, for writers whose settings the dispatcher does not carry: false
+    // when it leaves this output to the dispatcher, true with the library's result code set.
+    std::function<bool(const std::string& out, TMapLayer&, const TToolOptions&, int& result)> writeLayer;
     // Runs after a successful write (e.g. to print the extra files written).
     std::function<void(const std::string& out, const TMapLayer&, const TToolOptions&)> afterWrite;
 };

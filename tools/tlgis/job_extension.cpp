@@ -101,6 +101,7 @@ const int kJobExtension = RegisterToolExtension({
     .describeElementJson = &DescribePattern,
     .describeLayerJson = {},
     .describeLayerText = &DescribePatternsText,
+    .writeLayer = {},
     .afterWrite = {},
 });
 }  // namespace

@@ -99,6 +99,7 @@ const int kSprayExtension = RegisterToolExtension({
     .describeElementJson = &DescribeSprayJson,
     .describeLayerJson = {},
     .describeLayerText = &DescribeSprayText,
+    .writeLayer = {},
     .afterWrite = {},
 });
 }  // namespace

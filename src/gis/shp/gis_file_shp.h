@@ -2,27 +2,38 @@
 // ESRI shapefiles. Loading reads the main file (.shp) only: point records become point
 // elements, every part of a polyline an open line, every ring of a polygon an inclusion or
 // exclusion ring by its orientation. No attributes are read.
+//
+// Writing exports either the layer's recorded spray (swath polygons, polylines, points or spot
+// points, each with a row of attributes) followed by a second triple with the flight path flown
+// without spraying, or the layer's boundary lines.
 
 #include <cstddef>
 #include <memory>
 #include <string>
 
+#include "features/buffer.h"
 #include "gis/gis_file.h"
+#include "gis/shp/dbf_table.h"
 #include "gis/shp/shp_codec.h"
+#include "gis/shp/shp_record_writer.h"
 #include "platform/byte_file.h"
 
 class TShpRecordReader;
 class TShpPolyRecord;
+class TFeatureSpray;
+class TFeatureLine;
+struct tagSPRAYREC;
 
-// Forms of the recorded-spray export.
-enum ESRISPRAYFORMAT {
+// Forms of the recorded-spray export. A host may store any value: out-of-range ones export
+// polygons (spray) or nothing (non-spray), so the type holds every int.
+enum ESRISPRAYFORMAT : int {
     ESRI_SPRAY_POLYGONS = 0,
     ESRI_SPRAY_POLYLINES = 1,
     ESRI_SPRAY_POINTS = 2,
     ESRI_SPRAY_SPOTS = 3,
 };
 // Forms of the export of the flight path flown without spraying.
-enum ESRINONSPRAYFORMAT {
+enum ESRINONSPRAYFORMAT : int {
     ESRI_NONSPRAY_POLYLINES = 0,
     ESRI_NONSPRAY_POINTS = 1,
 };
@@ -40,8 +51,22 @@ public:
     // last point of a line is not geographic (loading stops after that record).
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
 
+    // Exports the layer (see m_iWriteMode) to the triple named from path and, after a spray
+    // export of a layer with recorded spray, the non-spray triple named from the source file.
+    // 0; 6002 when a file cannot be created (after the file-error report); 6003 when no scratch
+    // block can be had for a header; -1 from the non-spray pass when it has no layer.
+    int WriteFile(const char* path, TMapLayer* layer) override;
+
     // True for names whose extension is SHP in any case.
     static bool IsValidFile(const char* path);
+
+    // The output names without extension: the spray (or boundary) triple for a target path and
+    // the non-spray triple for a source data path, by the current format settings.
+    static std::string GetSprayOutputStem(const std::string& target);
+    static std::string GetNonSprayOutputStem(const std::string& sourcePath);
+    // The name a FILE_NAME attribute shows for a path: the last component up to its first '.',
+    // "N/A" for a path without any folder or drive part.
+    static std::string FileutilGetName(const std::string& path);
 
     // Export settings.
     void SetCompanyName(const std::string& name) { m_strCompanyName = name; }
@@ -49,6 +74,11 @@ public:
     int GetSingleBlockMode() const { return m_iSingleBlockMode; }
     void SetSprayOnlyMode(int mode) { m_iSprayOnlyMode = mode; }
     int GetSprayOnlyMode() const { return m_iSprayOnlyMode; }
+    // The recorded data file the spray came from: names and dates the non-spray triple and fills
+    // FILE_NAME and FILE_DATE. Empty when unknown.
+    void SetSourceFile(const std::string& path) { m_strSourceFile = path; }
+    // 0 US units in the attribute tables, anything else metric.
+    void SetMetric(int metric) { m_bMetric = metric; }
 
     static ESRISPRAYFORMAT s_eESRISprayFormat;
     static ESRINONSPRAYFORMAT s_eESRINonSprayFormat;
@@ -72,8 +102,97 @@ private:
     int ReportDamage(const std::string& problem, int result);
     int ReportDamagedRecord(int recordNumber, const std::string& problem);
 
+    // Export passes.
+    int WriteSprayHeader(bool final);
+    int WriteSprayData();
+    int DoBoundaryRec(const TFeatureLine& line);
+    int DoSprayRec_Type1(const TFeatureSpray& spray);
+    int DoSprayRec_Spot_Type1(const TFeatureSpray& spray);
+    int DoSprayPoints(const TFeatureSpray& spray, bool firstOnly);
+    int DoSprayRec_Type3(const TFeatureSpray& spray);
+    int DoSprayRec_Type5(TFeatureSpray& spray);
+    int WriteShpRecord(const unsigned char* record, int length);
+    // Reads the source file's date and cuts m_strSourceFile to its name.
+    void ReadSourceFacts();
+    // Fills the attributes that come from one sample (time, field, offset, line, numbers).
+    void SetSampleAttributes(const tagSPRAYREC& sample);
+    void SetPositionAttributes(double lat, double lon);
+    // " hh:mm:ss.hh", or "Time N/A" for a time stamp out of range.
+    static void AppendEventTime(std::string& out, const tagSPRAYREC& sample);
+
+    int CreateNonSprayData(const std::string& sourcePath, TMapLayer* layer);
+    int WriteNonSprayHeader(bool final);
+    int DoNonSprayRec_Type1();
+    int DoNonSprayRec_Type3();
+    int WriteNonSprayRec_Type1();
+    int WriteNonSprayRec_Type3();
+    bool HasNonSprayData() const;
+    void SetNonSprayAttributes(const tagSPRAYREC& sample, double height);
+    int WriteESRINonSprayRecord(const unsigned char* record, int length, const TLocRect& box);
+
+    // Tables.
+    void WriteSprayDbfFileHdr(bool final);
+    void WriteNonSprayDbfFileHdr(bool final);
+    void WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount);
+    int WriteSprayDbfRecord();
+    int WriteNonSprayDbfRecord();
+    void WriteDbfEnd();
+
     int m_iSingleBlockMode = 0;
     int m_iSprayOnlyMode = 1;
+
+    // Writing state.
+    TShpOutputFiles m_Out;
+    std::string m_strSourceDate;
+    std::string m_strSourcePath;
+    int m_iShapeRecords = 0;     // records of the triple being written, numbered from 1
+    int m_iNonSprayRecords = 0;  // table records of the non-spray triple
+    int m_iShapeType = SHPT_POLYGON;
+    tagLOC m_LastPoint;  // last point record written, shared by both passes
+    bool m_bHasSpray = false;
+    TLocRect m_NonSprayBox;  // running box of the non-spray shapes, zero until the first
+    bool m_bNonSprayBoxSet = false;
+    TMap m_Map;  // holds the exported layer during the non-spray pass, borrowed
+    TBuffer m_HeaderBuffer;
+    TDbfRecordWriter m_DbfRecord;
+    std::string m_strDbfHeader;
+
+    // Attribute values of the record being written.
+    std::string m_strCustomer;
+    std::string m_strFileName;
+    std::string m_strFileDate;
+    std::string m_strAircraft;
+    std::string m_strPilot;
+    std::string m_strFieldName;
+    std::string m_strOffset;
+    std::string m_strLineNum;
+    std::string m_strEventTime;
+    std::string m_strPosLat;
+    std::string m_strPosLon;
+    double m_dSpeed = 0.0;  // m/s
+    double m_dTrack = 0.0;  // metres
+    double m_dSwathWidth = 0.0;
+    double m_dHeight = 0.0;
+    double m_dAgl = 0.0;
+    const double* m_pdStatArea = nullptr;  // hectares
+    const std::uint8_t* m_pbyStatSpray = nullptr;
+    const std::uint8_t* m_pbyStatBoom = nullptr;
+    int m_iStatCount = 0;
+    const double* m_pdRunActualRate = nullptr;  // L/ha, polygons
+    const double* m_pdRunTargetRate = nullptr;
+    double m_dActualRate = 0.0;  // L/ha, other forms
+    double m_dTargetRate = 0.0;
+    double m_adSampleStat[1] = {};  // the one statistics entry of a sample's record
+    std::uint8_t m_abySampleFlag[1] = {};
+    std::string m_strSampleLine;
+    std::string m_strSampleTime;
+    std::string m_strSampleLat;
+    std::string m_strSampleLon;
+    double m_dSampleSpeed = 0.0;
+    double m_dSampleHeight = 0.0;
+    double m_dSampleAgl = 0.0;
+    int m_iRecordLength = 0;
+    long long m_lDbfSerial = 0;  // serial number of the last table record written
 
     // Reading state.
     TByteFile m_ShapeFile;

@@ -1,5 +1,7 @@
 #include "gis/shp/shp_codec.h"
 
+#include <algorithm>
+
 #include "gis/byte_order.h"
 #include "gis/numbers.h"
 
@@ -31,6 +33,24 @@ TShpHeader DecodeShpHeader(const unsigned char* bytes) {
     h.rcExtents.dEast = readLEDouble(bytes + 52);
     h.rcExtents.dNorth = readLEDouble(bytes + 60);
     return h;
+}
+
+void EncodeShpHeader(unsigned char* out, std::int32_t fileLengthWords, std::int32_t shapeType,
+                     const tagLOCRECT& box) {
+    std::fill(out, out + SHP_HEADER_BYTES, static_cast<unsigned char>(0));
+    writeBEInt32(out, SHP_FILE_CODE);
+    writeBEInt32(out + 24, fileLengthWords);
+    writeLEInt32(out + 28, 1000);
+    writeLEInt32(out + 32, shapeType);
+    writeLEDouble(out + 36, box.dWest);
+    writeLEDouble(out + 44, box.dSouth);
+    writeLEDouble(out + 52, box.dEast);
+    writeLEDouble(out + 60, box.dNorth);
+}
+
+void EncodeShpWordPair(unsigned char* out, std::int32_t first, std::int32_t second) {
+    writeBEInt32(out, first);
+    writeBEInt32(out + 4, second);
 }
 
 TShpByteOrder DetectShpRecordOrder(const unsigned char* recordHeader) {

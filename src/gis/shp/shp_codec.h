@@ -39,6 +39,12 @@ struct TShpHeader {
 // Decodes the first SHP_HEADER_BYTES bytes of a main file.
 TShpHeader DecodeShpHeader(const unsigned char* bytes);
 
+// Fills SHP_HEADER_BYTES bytes of a main or index file header: the file code, the length in
+// 16-bit words, version 1000, the shape type and the box (Xmin = west, Ymin = south, Xmax =
+// east, Ymax = north); everything else zero.
+void EncodeShpHeader(unsigned char* out, std::int32_t fileLengthWords, std::int32_t shapeType,
+                     const tagLOCRECT& box);
+
 // The byte order of a file's record headers, from its first one: little-endian when its record
 // number read as little-endian is at most 0xFFFFFF (no file has that many records).
 TShpByteOrder DetectShpRecordOrder(const unsigned char* recordHeader);
@@ -48,6 +54,8 @@ struct TShpRecordHeader {
     std::int32_t iContentWords = 0;  // content length in 16-bit words; negative in damaged files
 };
 TShpRecordHeader DecodeShpRecordHeader(const unsigned char* bytes, TShpByteOrder order);
+// Writes a record header (or an index entry: offset and length) as the standard has it, big-endian.
+void EncodeShpWordPair(unsigned char* out, std::int32_t first, std::int32_t second);
 
 // A decoded point record (latitude = Y, longitude = X).
 bool DecodeShpPoint(const unsigned char* content, std::size_t length, tagLOC& point, std::string& problem);

@@ -1,0 +1,77 @@
+#pragma once
+// Writing a shapefile triple: the record encoder that fills one main-file record in a scratch
+// block, and the three output files with the record writer (record plus index entry) and the
+// header writer that every export pass uses. Knows nothing of maps or attributes.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "gis/shp/shp_codec.h"
+#include "hostmap/loc.h"
+#include "platform/byte_file.h"
+
+constexpr std::size_t SHP_POINT_RECORD_BYTES = 28;
+constexpr std::size_t SHP_INDEX_ENTRY_BYTES = 8;
+
+// Bytes of a one-part polyline or polygon record of n points, record header included.
+constexpr std::size_t ShpPolyRecordBytes(std::size_t points) {
+    return SHP_RECORD_HEADER_BYTES + 48 + 16 * points;
+}
+
+// Fills a point record (header and content, SHP_POINT_RECORD_BYTES) for X = longitude, Y = latitude.
+void EncodeShpPointRecord(unsigned char* block, std::int32_t recordNumber, const tagLOC& loc);
+
+// Fills a one-part polyline or polygon record point by point, keeping its box; no allocation.
+class TShpPolyEncoder {
+public:
+    // block must hold ShpPolyRecordBytes(pointCount) bytes.
+    void Begin(unsigned char* block, std::int32_t recordNumber, std::int32_t shapeType, int pointCount);
+    void Add(const tagLOC& loc);
+    // Writes the box; returns the record's length in bytes, or 0 when fewer points were added
+    // than announced or a coordinate is not a finite number (the record must not be written).
+    int Finish();
+    const TLocRect& GetBox() const { return m_Box; }
+    // Orientation of the points added so far taken as a ring (X east, Y north), by the sign of
+    // its area; false for a ring of no area.
+    bool IsClockwise() const { return m_dTwiceArea < 0.0; }
+    // Reverses the order of the points added so far, so a ring turns the other way.
+    void ReversePoints();
+
+private:
+    unsigned char* m_pBlock = nullptr;
+    unsigned char* m_pNext = nullptr;
+    int m_iPoints = 0;
+    int m_iAdded = 0;
+    bool m_bFinite = true;
+    TLocRect m_Box;
+    tagLOC m_First;
+    tagLOC m_Previous;
+    double m_dTwiceArea = 0.0;  // shoelace sum, relative to the first point for precision
+};
+
+// The main, index and table files of one export pass.
+class TShpOutputFiles {
+public:
+    // Creates (or truncates) stem.shp, stem.shx and stem.dbf. On a failure the standard
+    // file-error report is shown and false returned; files already created stay.
+    bool Create(const std::string& stem);
+    // Closes all three; false when a write failed.
+    bool Close();
+
+    // Appends a record to the main file and its entry to the index file. -1 for a length
+    // below 1, 0 without writing for a null record, otherwise 0.
+    int WriteRecord(const unsigned char* record, int length);
+    // Writes the 100-byte main and index headers at the start of both files: zero bytes as a
+    // placeholder, or the final header for recordCount records with the main file's length.
+    // header must hold SHP_HEADER_BYTES bytes. The files are left at their starts + 100.
+    void WriteHeaders(bool final, std::int32_t shapeType, const tagLOCRECT& box, std::int32_t recordCount,
+                      unsigned char* header);
+
+    TByteFile m_Main;
+    TByteFile m_Index;
+    TByteFile m_Table;
+    std::string m_strMainPath;
+    std::string m_strIndexPath;
+    std::string m_strTablePath;
+};

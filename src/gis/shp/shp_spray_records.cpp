@@ -1,0 +1,219 @@
+// Record builders of the spray and boundary export: boundary rings and lines, and recorded
+// spray as points, spot points, polylines and swath polygons, each spray shape with its row.
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "features/buffer.h"
+#include "features/feature_spray.h"
+#include "gis/geometry.h"
+#include "gis/numbers.h"
+#include "gis/shp/gis_file_shp.h"
+#include "gis/shp/swath_runs.h"
+
+namespace {
+// Scratch room beyond a record's own size, so that slightly longer records reuse the block.
+constexpr std::size_t kSpareBytes = 50;
+
+bool SamePlace(const tagLOC& a, const tagLOC& b) {
+    return a.dLat == b.dLat && a.dLon == b.dLon;
+}
+
+bool IsFinite(const tagLOC& loc) {
+    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
+}
+
+const std::string& OrNotAvailable(const std::string& text) {
+    static const std::string kNotAvailable = "N/A";
+    return text.empty() ? kNotAvailable : text;
+}
+
+// The block for a record of the given size, or null when neither it nor memory is there.
+unsigned char* RecordBlock(TBuffer& buffer, std::size_t bytes) {
+    if (bytes > 0x7FFFFFFFu - kSpareBytes) return nullptr;
+    return buffer.GetBuffer(static_cast<unsigned>(bytes + kSpareBytes));
+}
+}  // namespace
+
+void TGisFileShp::SetPositionAttributes(double lat, double lon) {
+    m_strPosLat.clear();
+    AppendFixed(m_strPosLat, lat, 10);
+    m_strPosLon.clear();
+    AppendFixed(m_strPosLon, lon, 10);
+}
+
+void TGisFileShp::AppendEventTime(std::string& out, const tagSPRAYREC& sample) {
+    if (!IsSprayTimeValid(sample)) {
+        out += "Time N/A";
+        return;
+    }
+    const TSprayTime t = UnpackSprayTime(sample);
+    const int parts[] = {t.iHour, t.iMinute, t.iSecond, t.iHundredths};
+    const char separators[] = " ::.";
+    for (int i = 0; i < 4; ++i) {
+        out += separators[i];
+        if (parts[i] < 10) out += '0';
+        AppendInt(out, parts[i]);
+    }
+}
+
+void TGisFileShp::SetSampleAttributes(const tagSPRAYREC& sample) {
+    m_strEventTime.clear();
+    AppendEventTime(m_strEventTime, sample);
+    m_strCustomer = m_strCompanyName;
+    m_strFileName = m_strSourceFile;
+    m_strFileDate = m_strSourceDate;
+    m_strFieldName = !sample.strFieldName.empty() ? sample.strFieldName : OrNotAvailable(sample.strName);
+    m_strOffset = sample.strOffset == "R" ? "Right" : sample.strOffset == "L" ? "Left" : sample.strOffset;
+    m_strLineNum.clear();
+    AppendInt(m_strLineNum, sample.sLine);
+    m_dSpeed = sample.dSpeed;
+    m_dTrack = sample.sTrack / 100.0;
+    m_dSwathWidth = sample.dSwathWidth;
+    m_dHeight = sample.sHeight / 5;
+    m_dAgl = sample.dAgl;
+    m_dActualRate = sample.afActualRate[0];
+    m_dTargetRate = sample.afTargetRate[0];
+    m_adSampleStat[0] = 0.0;
+    m_abySampleFlag[0] = sample.bySpray;
+    m_pdStatArea = m_adSampleStat;
+    m_pbyStatSpray = m_abySampleFlag;
+    m_pbyStatBoom = m_abySampleFlag;
+    m_iStatCount = 1;
+}
+
+int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
+    if (line.m_pPoints == nullptr || line.m_iNumPoints <= 0) return 0;
+    // A copy: the element itself is not changed by its export.
+    std::vector<tagLOC> points(line.m_pPoints, line.m_pPoints + line.m_iNumPoints);
+    const int bound = line.m_iBoundType;
+    int shapeType = SHPT_POLYGON;
+    if (bound != BOUNDARY_OPEN) {
+        if (!SamePlace(points.front(), points.back())) points.push_back(points.front());
+        const bool clockwise = IsRingClockwise(points.data(), static_cast<int>(points.size()));
+        // Inclusion rings go out clockwise, exclusion rings and rings of other types the other way.
+        const bool reverse = clockwise ? bound != BOUNDARY_INC : bound == BOUNDARY_INC;
+        if (reverse) std::reverse(points.begin(), points.end());
+    } else {
+        shapeType = SHPT_POLYLINE;
+        points.erase(std::unique(points.begin(), points.end(), SamePlace), points.end());
+        if (points.size() > 1 && SamePlace(points.front(), points.back())) points.pop_back();
+    }
+    TBuffer buffer;
+    unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(points.size()));
+    if (block == nullptr) return 1;
+    TShpPolyEncoder encoder;
+    encoder.Begin(block, m_iShapeRecords + 1, shapeType, static_cast<int>(points.size()));
+    for (const tagLOC& p : points) encoder.Add(p);
+    const int length = encoder.Finish();
+    if (length == 0) return 0;
+    ++m_iShapeRecords;
+    return WriteShpRecord(block, length);
+}
+
+int TGisFileShp::DoSprayRec_Type1(const TFeatureSpray& spray) {
+    return DoSprayPoints(spray, false);
+}
+
+int TGisFileShp::DoSprayRec_Spot_Type1(const TFeatureSpray& spray) {
+    return DoSprayPoints(spray, true);
+}
+
+int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
+    const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
+    if (count <= 0) return 0;
+    TBuffer buffer;
+    unsigned char* block = RecordBlock(buffer, SHP_POINT_RECORD_BYTES);
+    if (block == nullptr) return 1;
+    int result = 0;
+    for (int i = 0; i < count; ++i) {
+        const tagSPRAYREC& s = spray.m_pRecs[i];
+        // The sample that ends a spraying stretch marks where spraying stopped.
+        const bool candidate =
+            s.bySpray != 0 || (i == count - 1 && i > 0 && spray.m_pRecs[i - 1].bySpray != 0);
+        if (!candidate || !IsFinite(s.locPos)) continue;
+        if (s.locPos.dLat == m_LastPoint.dLat || s.locPos.dLon == m_LastPoint.dLon) continue;
+        EncodeShpPointRecord(block, ++m_iShapeRecords, s.locPos);
+        result = WriteShpRecord(block, SHP_POINT_RECORD_BYTES);
+        m_LastPoint = s.locPos;
+        SetSampleAttributes(s);
+        m_strAircraft = OrNotAvailable(GetSprayText(s.szAircraft, sizeof s.szAircraft));
+        m_strPilot = OrNotAvailable(GetSprayText(s.szPilot, sizeof s.szPilot));
+        SetPositionAttributes(s.locPos.dLat, s.locPos.dLon);
+        if (result == 0) WriteSprayDbfRecord();
+        if (firstOnly) break;
+    }
+    return result;
+}
+
+int TGisFileShp::DoSprayRec_Type3(const TFeatureSpray& spray) {
+    const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
+    if (count < 2 || spray.m_pRecs[0].bySpray != 1) return 0;
+    TBuffer buffer;
+    unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(count)));
+    if (block == nullptr) return 1;
+    TShpPolyEncoder encoder;
+    encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, count);
+    for (int i = 0; i < count; ++i) encoder.Add(spray.m_pRecs[i].locPos);
+    const int length = encoder.Finish();
+    if (length == 0) return 0;
+    ++m_iShapeRecords;
+    const tagSPRAYREC& first = spray.m_pRecs[0];
+    SetSampleAttributes(first);
+    m_strAircraft = OrNotAvailable(spray.m_strAircraft);
+    m_strPilot = OrNotAvailable(spray.m_strPilot);
+    SetPositionAttributes(first.locPos.dLat, first.locPos.dLon);
+    const int result = WriteShpRecord(block, length);
+    if (result == 0) WriteSprayDbfRecord();
+    return result;
+}
+
+int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
+    if (!HasSwathWidth(spray)) return 0;
+    const int count = spray.m_iNumRecs;
+    const tagSPRAYREC* recs = spray.m_pRecs;
+    TBuffer buffer;
+    TShpPolyEncoder encoder;
+    int result = 0;
+    for (int s = 0; s < count - 1;) {
+        int e = s;
+        if (FindSwathRun(spray, s, m_iSingleBlockMode != 0, e) == SWATH_RUN_STOP || e - s < 1) break;
+        const int points = 2 * (e - s) + 3;
+        unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(points)));
+        if (block == nullptr) return 1;
+        // Out along one edge of the strip and back along the other.
+        encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYGON, points);
+        for (int k = s; k <= e; ++k) encoder.Add(recs[k].locSwathA);
+        for (int k = e; k >= s; --k) encoder.Add(recs[k].locSwathB);
+        encoder.Add(recs[s].locSwathA);
+        // An outer ring runs clockwise; which edge comes first depends on the side of the track
+        // the recorder put each end on.
+        if (!encoder.IsClockwise()) encoder.ReversePoints();
+        const int length = encoder.Finish();
+        if (length > 0) {
+            ++m_iShapeRecords;
+            spray.ComputeSprayStats(s, e, nullptr, nullptr);
+            const tagSPRAYREC& last = recs[e];
+            SetSampleAttributes(last);
+            m_strAircraft = OrNotAvailable(spray.m_strAircraft);
+            m_strPilot = OrNotAvailable(spray.m_strPilot);
+            const TLocRect& box = encoder.GetBox();
+            SetPositionAttributes((box.dSouth + box.dNorth) / 2, (box.dWest + box.dEast) / 2);
+            m_dTrack = static_cast<int>(last.sTrack / 100);
+            m_dSwathWidth = spray.m_dSwathWidth;
+            m_dHeight = spray.m_dHeight;
+            m_dAgl = spray.m_dAgl;
+            m_pdStatArea = spray.m_pdStepArea;
+            m_pbyStatSpray = spray.m_pbySprayFlag;
+            m_pbyStatBoom = spray.m_pbyBoomFlag;
+            m_iStatCount = spray.m_iStepCount;
+            m_pdRunActualRate = spray.m_pdActualRate;
+            m_pdRunTargetRate = spray.m_pdTargetRate;
+            result = WriteShpRecord(block, length);
+            if (result == 0) WriteSprayDbfRecord();
+        }
+        s = e;
+    }
+    return result;
+}

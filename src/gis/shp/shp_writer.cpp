@@ -1,0 +1,182 @@
+// The spray and boundary export: output names, source-file facts, the header placeholders and
+// final headers, and the walk over the layer that hands each element to its record builder.
+
+#include <cmath>
+
+#include "features/feature_spray.h"
+#include "gis/numbers.h"
+#include "gis/shp/gis_file_shp.h"
+#include "platform/system_services.h"
+
+namespace {
+const char* SpraySuffix(int format) {
+    switch (format) {
+        case ESRI_SPRAY_POLYGONS:
+            return "_Spray_Polys";
+        case ESRI_SPRAY_POLYLINES:
+            return "_Spray_PL";
+        case ESRI_SPRAY_POINTS:
+            return "_Spray_Pts";
+        case ESRI_SPRAY_SPOTS:
+            return "_Spray_Spot";
+        default:
+            return "";
+    }
+}
+
+const char* NonSpraySuffix(int format) {
+    switch (format) {
+        case ESRI_NONSPRAY_POLYLINES:
+            return "_NonSpray_PL";
+        case ESRI_NONSPRAY_POINTS:
+            return "_NonSpray_Pts";
+        default:
+            return "";
+    }
+}
+
+bool IsSeparator(char c) {
+    return c == '\\' || c == '/' || c == ':';
+}
+
+// The path without the extension of its last component.
+std::string WithoutExtension(const std::string& path) {
+    const auto dot = path.rfind('.');
+    if (dot == std::string::npos) return path;
+    for (std::size_t i = dot + 1; i < path.size(); ++i)
+        if (IsSeparator(path[i])) return path;
+    if (dot == 0 || IsSeparator(path[dot - 1])) return path;  // ".hidden", "../x": no extension
+    return path.substr(0, dot);
+}
+
+int SprayShapeType(int format) {
+    switch (format) {
+        case ESRI_SPRAY_POLYLINES:
+            return SHPT_POLYLINE;
+        case ESRI_SPRAY_POINTS:
+        case ESRI_SPRAY_SPOTS:
+            return SHPT_POINT;
+        default:
+            return SHPT_POLYGON;
+    }
+}
+
+void AppendTwoDigits(std::string& out, int value) {
+    if (value < 10) out += '0';
+    AppendInt(out, value);
+}
+}  // namespace
+
+std::string TGisFileShp::GetSprayOutputStem(const std::string& target) {
+    return WithoutExtension(target) + SpraySuffix(s_eESRISprayFormat);
+}
+
+std::string TGisFileShp::GetNonSprayOutputStem(const std::string& sourcePath) {
+    return WithoutExtension(sourcePath) + NonSpraySuffix(s_eESRINonSprayFormat);
+}
+
+std::string TGisFileShp::FileutilGetName(const std::string& path) {
+    // Recorded data paths come from either kind of system, so both slashes separate folders.
+    std::size_t start = std::string::npos;
+    for (std::size_t i = path.size(); i-- > 0;) {
+        if (IsSeparator(path[i])) {
+            start = i + 1;
+            break;
+        }
+    }
+    if (start == std::string::npos) return "N/A";
+    const auto dot = path.find('.', start);
+    return path.substr(start, dot == std::string::npos ? std::string::npos : dot - start);
+}
+
+void TGisFileShp::ReadSourceFacts() {
+    TLocalTime modified;
+    if (!m_strSourceFile.empty() && GetFileModifiedTime(m_strSourceFile.c_str(), modified)) {
+        m_strSourceDate.clear();
+        AppendTwoDigits(m_strSourceDate, modified.iDay);
+        m_strSourceDate += '/';
+        AppendTwoDigits(m_strSourceDate, modified.iMonth);
+        m_strSourceDate += '/';
+        AppendInt(m_strSourceDate, modified.iYear);
+    } else {
+        m_strSourceDate = "Date N/A";
+    }
+    m_strSourcePath = m_strSourceFile;
+    m_strSourceFile = FileutilGetName(m_strSourceFile);
+}
+
+int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {
+    m_LastPoint = tagLOC{};
+    m_iShapeType = SprayShapeType(s_eESRISprayFormat);
+    const bool created = m_Out.Create(GetSprayOutputStem(path != nullptr ? path : ""));
+    if (!created) {
+        m_Out.Close();
+        return GISFILE_ERR_OPEN;
+    }
+    m_bHasSpray = false;
+    if (layer != nullptr) {
+        for (const TMapElement* e : layer->m_Elements)
+            if ((e->m_dwType & ELEMENT_KIND_MASK) == ELEMENT_SPRAY) m_bHasSpray = true;
+    }
+    ReadSourceFacts();
+    m_pLayer = layer;
+    m_iShapeRecords = 0;
+    int result = WriteSprayHeader(false);
+    if (result == GISFILE_OK) {
+        WriteSprayData();
+        result = WriteSprayHeader(true);
+    }
+    m_Out.Close();
+    if (!m_bHasSpray) return result;
+    m_lDbfSerial = 0;
+    m_iWriteMode = 2;
+    return CreateNonSprayData(m_strSourcePath, layer);
+}
+
+int TGisFileShp::WriteSprayHeader(bool final) {
+    unsigned char* header = m_HeaderBuffer.GetBuffer(SHP_HEADER_BYTES + 1);
+    if (header == nullptr) return GISFILE_ERR_DATA;
+    // A layer without extents (nothing in it counts) gets a zero box rather than the markers
+    // of an empty rectangle.
+    TLocRect box;
+    if (m_pLayer != nullptr && !m_pLayer->m_rcExtents.IsEmpty()) box = m_pLayer->m_rcExtents;
+    m_Out.WriteHeaders(final, m_iShapeType, box, m_iShapeRecords, header);
+    WriteSprayDbfFileHdr(final);
+    return GISFILE_OK;
+}
+
+int TGisFileShp::WriteSprayData() {
+    m_iShapeRecords = 0;
+    int result = 0;
+    const std::size_t count = m_pLayer != nullptr ? m_pLayer->m_Elements.size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        TMapElement* element = m_pLayer->m_Elements[i];
+        const std::uint32_t kind = element->m_dwType & ELEMENT_KIND_MASK;
+        if ((kind == ELEMENT_LINE_BOUNDARY || kind == ELEMENT_LINE_AREA) && m_iWriteMode == 0) {
+            if (const auto* line = dynamic_cast<const TFeatureLine*>(element)) result = DoBoundaryRec(*line);
+        } else if (kind == ELEMENT_SPRAY && m_iWriteMode == 1) {
+            auto* spray = dynamic_cast<TFeatureSpray*>(element);
+            if (spray == nullptr) continue;
+            switch (s_eESRISprayFormat) {
+                case ESRI_SPRAY_POLYLINES:
+                    result = DoSprayRec_Type3(*spray);
+                    break;
+                case ESRI_SPRAY_POINTS:
+                    result = DoSprayRec_Type1(*spray);
+                    break;
+                case ESRI_SPRAY_SPOTS:
+                    result = DoSprayRec_Spot_Type1(*spray);
+                    break;
+                default:
+                    result = DoSprayRec_Type5(*spray);
+                    break;
+            }
+        }
+    }
+    WriteDbfEnd();
+    return result;
+}
+
+int TGisFileShp::WriteShpRecord(const unsigned char* record, int length) {
+    return m_Out.WriteRecord(record, length);
+}

@@ -1,0 +1,123 @@
+// Shapefile additions to the tool: the export forms of recorded spray and of the non-spray
+// path, boundary mode, the attribute units and texts, and the list of files written. The tool
+// creates the writer itself, as a host does, so that every writer setting can be given.
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "extensions.h"
+#include "gis/gis_map.h"
+#include "gis/language.h"
+#include "gis/shp/gis_file_shp.h"
+#include "session.h"
+
+namespace {
+struct TFormName {
+    const char* pszName;
+    int iValue;
+};
+constexpr TFormName kSprayForms[] = {
+    {"polygons", ESRI_SPRAY_POLYGONS},
+    {"polylines", ESRI_SPRAY_POLYLINES},
+    {"points", ESRI_SPRAY_POINTS},
+    {"spots", ESRI_SPRAY_SPOTS},
+};
+constexpr TFormName kNonSprayForms[] = {
+    {"polylines", ESRI_NONSPRAY_POLYLINES},
+    {"points", ESRI_NONSPRAY_POINTS},
+};
+
+template <std::size_t N>
+bool ParseForm(const TToolOptions& options, const char* option, const TFormName (&forms)[N], int& value,
+               std::string& error) {
+    if (!options.HasValue(option)) return true;
+    const std::string text = options.Get(option);
+    std::string names;
+    for (const TFormName& form : forms) {
+        if (text == form.pszName) {
+            value = form.iValue;
+            return true;
+        }
+        names += names.empty() ? "" : ", ";
+        names += form.pszName;
+    }
+    error = std::string("--") + option + " takes " + names + ", not '" + text + "'";
+    return false;
+}
+
+bool ApplyShpOptions(const TToolOptions& options, std::string& error) {
+    int spray = ESRI_SPRAY_POLYGONS;
+    int nonSpray = ESRI_NONSPRAY_POLYLINES;
+    if (!ParseForm(options, "spray-format", kSprayForms, spray, error) ||
+        !ParseForm(options, "nonspray-format", kNonSprayForms, nonSpray, error))
+        return false;
+    TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(spray);
+    TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(nonSpray);
+    return true;
+}
+
+bool HasSpray(const TMapLayer& layer) {
+    for (const TMapElement* e : layer.m_Elements)
+        if ((e->m_dwType & ELEMENT_KIND_MASK) == ELEMENT_SPRAY) return true;
+    return false;
+}
+
+// The source path as the writer needs it: with its folder, so that its name and date are found.
+std::string SourcePath(const TToolOptions& options) {
+    const std::string given = options.Get("source", options.Get("spray"));
+    if (given.empty()) return given;
+    std::error_code ec;
+    const std::filesystem::path absolute = std::filesystem::absolute(given, ec);
+    return ec ? given : absolute.string();
+}
+
+void NoteTriple(const std::string& stem) {
+    for (const char* extension : {".shp", ".shx", ".dbf"}) PrintNote("wrote " + stem + extension);
+}
+
+bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions& options, int& result) {
+    if (TGisMap::GetGisFileType(out.c_str()) != GIS_FILE_SHP) return false;
+    EnsureLibraryStarted();
+    const bool boundaries = options.Has("boundaries") || !HasSpray(layer);
+    if (!options.Has("boundaries") && boundaries)
+        PrintNote("the layer holds no recorded spray: writing its boundary lines");
+    const std::string source = SourcePath(options);
+    TGisFileShp writer;
+    writer.m_iWriteMode = boundaries ? 0 : 1;
+    writer.SetMetric(options.Has("metric") ? 1 : 0);
+    writer.SetCompanyName(options.Get("company"));
+    writer.SetSourceFile(source);
+    writer.SetSingleBlockMode(options.Has("single-block") ? 1 : 0);
+    result = writer.WriteFile(out.c_str(), &layer);
+    if (result != 0) return true;
+    NoteTriple(TGisFileShp::GetSprayOutputStem(out));
+    // The non-spray path follows whenever the layer holds recorded spray, in boundary mode too.
+    if (HasSpray(layer)) NoteTriple(TGisFileShp::GetNonSprayOutputStem(source));
+    return true;
+}
+
+const int kShpExtension = RegisterToolExtension({
+    .name = "shp",
+    .valueOptions = {"spray-format", "nonspray-format", "company", "source"},
+    .flagOptions = {"boundaries", "metric", "single-block"},
+    .convertHelp =
+        {
+            "--spray-format F     recorded spray as polygons (default), polylines, points or spots",
+            "--nonspray-format F  the flight path flown without spraying as polylines (default) or points",
+            "--boundaries         write the layer's boundary lines (also when it holds no recorded spray)",
+            "--metric             attribute tables in metric units (default US units)",
+            "--company NAME       the CUSTOMER attribute of spray rows",
+            "--source FILE        the recorded data file: names and dates the non-spray files and fills "
+            "FILE_NAME and FILE_DATE (default the --spray file)",
+            "--single-block       one swath polygon per step of a spray run",
+        },
+    .applyWriteOptions = &ApplyShpOptions,
+    .augmentLayer = {},
+    .describeElementJson = {},
+    .describeLayerJson = {},
+    .describeLayerText = {},
+    .writeLayer = &WriteShapefile,
+    .afterWrite = {},
+});
+}  // namespace
