@@ -20,7 +20,10 @@ TEST(TlgisDemo, WritesAndReadsBackEveryFileFromAnyFolder) {
     const TCommandResult r = RunCommand(InFolder(dir, "demo"));
     ASSERT_EQ(r.iExit, 0) << r.strOut << r.strErr;
     const fs::path out = fs::path(dir.Path()) / "tlgis-demo";
-    EXPECT_TRUE(fs::is_regular_file(out / "12.job"));
+    for (const char* name :
+         {"12.job", "field.pmh", "field.dxf", "field.mif", "field.mid", "field_Spray_Polys.shp",
+          "field_Spray_Polys.dbf", "flight_NonSpray_PL.shp", "flight_NonSpray_PL.shx"})
+        EXPECT_TRUE(fs::is_regular_file(out / name)) << name;
     EXPECT_TRUE(fs::is_regular_file(out / "field.svg"));
     EXPECT_TRUE(fs::is_regular_file(out / "flight.csv"));
     EXPECT_FALSE(fs::exists(out / "sample-input.job")) << "the sample input is left behind";

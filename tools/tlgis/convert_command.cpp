@@ -20,18 +20,8 @@ int ConvertOne(const std::string& in, const std::string& out, const TToolOptions
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
     if (loaded.iResult != 0) return 1;
     if (!AugmentLayer(layer, options)) return 1;
-    int result = 0;
     bool written = false;
-    for (const TToolExtension& ext : ToolExtensions()) {
-        if (ext.writeLayer && ext.writeLayer(out, layer, options, result)) {
-            written = true;
-            break;
-        }
-    }
-    if (!written) {
-        TGisMap map;
-        result = map.WriteFile(out.c_str(), &layer);
-    }
+    const int result = WriteLayer(out, layer, options, written);
     if (result != 0) {
         PrintError(DescribeFailure(out, outType, result, true));
         return 1;

@@ -88,8 +88,8 @@ bool WriteDemoFile(const fs::path& dir, const TDemoOutput& output, const TToolOp
     TMapLayer layer;
     if (!LoadDemoLayer(dir / "sample-input.job", dir / "flight.csv", output.withSpray, layer, common))
         return false;
-    TGisMap map;
-    const int result = map.WriteFile(target.string().c_str(), &layer);
+    bool written = false;
+    const int result = WriteLayer(target.string(), layer, options, written);
     if (result != 0) {
         PrintError(DescribeFailure(target.string(), type, result, true));
         return false;
@@ -152,6 +152,7 @@ int RunDemo(const TToolOptions& options) {
     TToolOptions common = options;
     common.positional.clear();
     common.flags.push_back("quiet");
+    SetQuietNotes(true);
 
     std::printf("Writing the sample field and flight into %s\n", dir.string().c_str());
     bool ok = true;

@@ -18,6 +18,7 @@ bool ApplyDxfOptions(const TToolOptions& options, std::string& error) {
 const int kDxfExtension = RegisterToolExtension({
     .name = "dxf",
     .valueOptions = {"spray-only"},
+    .flagOptions = {"single-block"},
     .convertHelp = {"--single-block      DXF: one swath polygon per pair of spray samples",
                     "--spray-only 0|1    DXF: 0 also draws the track flown while not spraying (default 1)"},
     .applyWriteOptions = &ApplyDxfOptions,
@@ -25,6 +26,7 @@ const int kDxfExtension = RegisterToolExtension({
     .describeElementJson = {},
     .describeLayerJson = {},
     .describeLayerText = {},
+    .writeLayer = {},
     .afterWrite = {},
 });
 }  // namespace

@@ -103,3 +103,16 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     if (outcome.iResult != 0) PrintError(DescribeFailure(path, outcome.iType, outcome.iResult, false));
     return outcome;
 }
+
+int WriteLayer(const std::string& out, TMapLayer& layer, const TToolOptions& options, bool& written) {
+    int result = 0;
+    written = false;
+    for (const TToolExtension& ext : ToolExtensions()) {
+        if (ext.writeLayer && ext.writeLayer(out, layer, options, result)) {
+            written = true;
+            return result;
+        }
+    }
+    TGisMap map;
+    return map.WriteFile(out.c_str(), &layer);
+}

@@ -19,3 +19,7 @@ bool AugmentLayer(TMapLayer& layer, const TToolOptions& options);
 
 // The one-line explanation printed for a failed load or write.
 std::string DescribeFailure(const std::string& path, int type, int result, bool writing);
+
+// Writes the layer to out: through the extension that writes that format itself (which then
+// reports its files and sets written), or through the dispatcher. Returns the result code.
+int WriteLayer(const std::string& out, TMapLayer& layer, const TToolOptions& options, bool& written);

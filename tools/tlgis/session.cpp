@@ -47,6 +47,10 @@ void PrintNote(const std::string& message) {
     if (!g_bQuiet) std::fprintf(stderr, "tlgis: %s\n", message.c_str());
 }
 
+void SetQuietNotes(bool quiet) {
+    g_bQuiet = quiet;
+}
+
 bool SetUpSession(const TToolOptions& options, std::string& error) {
     g_bQuiet = options.Has("quiet") || options.Has("q");
     const std::string projected = options.Get("projected", "stop");

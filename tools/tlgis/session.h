@@ -15,3 +15,5 @@ bool SetUpSession(const TToolOptions& options, std::string& error);
 void PrintError(const std::string& message);
 // Prints a note on stderr unless --quiet was given.
 void PrintNote(const std::string& message);
+// Silences notes from here on (the demo prints its own lines instead).
+void SetQuietNotes(bool quiet);
