@@ -259,6 +259,26 @@ void FlightCsvSeeds(TSeeds& seeds) {
     seeds["seed-samples-apart"] = header + ReplaceAll(rows, "14:03:1", "14:1");
 }
 
+// Readers whose tests keep hand-written files: those files as they are, and each cut short.
+void TestDataSeeds(TSeeds& seeds, const char* folder, const char* extension) {
+    for (const fs::directory_entry& e :
+         fs::directory_iterator(std::string(TL_GIS_SOURCE_DIR) + "/" + folder)) {
+        if (e.path().extension() != extension) continue;
+        const std::string text = ReadFile(e.path().string());
+        seeds["seed-" + e.path().stem().string()] = text;
+        seeds["seed-" + e.path().stem().string() + "-cut"] = text.substr(0, text.size() / 2);
+    }
+}
+void DxfSeeds(TSeeds& seeds) {
+    TestDataSeeds(seeds, "tests/data/dxf", ".dxf");
+}
+void MifSeeds(TSeeds& seeds) {
+    TestDataSeeds(seeds, "tests/data/midmif", ".mif");
+}
+void PmhSeeds(TSeeds& seeds) {
+    TestDataSeeds(seeds, "tests/data/pmh", ".pmh");
+}
+
 void WriteSeeds(const fs::path& folder, const TSeeds& seeds) {
     fs::create_directories(folder);
     for (const auto& [name, bytes] : seeds) {
@@ -280,8 +300,13 @@ int main(int argc, char** argv) {
     const struct {
         const char* target;
         void (*make)(TSeeds&);
-    } targets[] = {
-        {"job", JobSeeds}, {"shp", ShpSeeds}, {"language", LanguageSeeds}, {"flight_csv", FlightCsvSeeds}};
+    } targets[] = {{"job", JobSeeds},
+                   {"shp", ShpSeeds},
+                   {"language", LanguageSeeds},
+                   {"flight_csv", FlightCsvSeeds},
+                   {"dxf", DxfSeeds},
+                   {"mif", MifSeeds},
+                   {"pmh", PmhSeeds}};
     for (const auto& t : targets) {
         TSeeds seeds;
         t.make(seeds);
