@@ -14,6 +14,7 @@
 
 #include "gis/gis_map.h"
 #include "gis/line_assembly.h"
+#include "gis/midmif/gis_file_midmif.h"
 #include "gis/numbers.h"
 #include "platform/message_box.h"
 
@@ -37,6 +38,8 @@ int WritePolygons(const char* out, long count) {
     }
     layer.CalculateGeoExtents();
     TGisMap map;
+    map.m_bWriteBoundaries = true;
+    TGisFileMidMif::s_bMidCompleteRows = true;  // rows that other GIS programs read to the end  // a shapefile of the boundaries, there being no recorded spray
     const int result = map.WriteFile(out, &layer);
     if (result != 0) std::fprintf(stderr, "make_bench_data: writing %s failed (%d)\n", out, result);
     return result == 0 ? 0 : 1;
