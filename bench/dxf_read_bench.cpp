@@ -3,15 +3,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include <sys/resource.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "gis/dxf/gis_file_dxf.h"
-#include "platform/message_box.h"
+#include "read_bench.h"
 
 namespace {
 constexpr int kPolylines = 100000;
@@ -45,31 +43,8 @@ const std::string& BenchFile() {
     return path;
 }
 
-double PeakRssMB() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-}
-
 void BM_DxfRead(benchmark::State& state) {
-    const std::string& path = BenchFile();
-    const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path));
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDOK); });
-    std::size_t elements = 0;
-    for (auto _ : state) {
-        TMapLayer layer;
-        TGisFileDxf reader;
-        if (reader.LoadFile(path.c_str(), &layer, nullptr) != 0) state.SkipWithError("load failed");
-        elements = layer.m_Elements.size();
-        benchmark::DoNotOptimize(elements);
-        state.PauseTiming();  // freeing the layer is not reading
-        layer.RemoveAllElements();
-        state.ResumeTiming();
-    }
-    state.SetBytesProcessed(state.iterations() * bytes);
-    state.counters["MB"] = static_cast<double>(bytes) / 1e6;
-    state.counters["polylines"] = static_cast<double>(elements);
-    state.counters["peak_rss_MB"] = PeakRssMB();
+    RunReadBenchmark<TGisFileDxf>(state, BenchFile(), "polylines");
 }
 BENCHMARK(BM_DxfRead)->Unit(benchmark::kMillisecond)->MinTime(3.0)->UseRealTime();
 

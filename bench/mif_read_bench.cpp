@@ -9,7 +9,7 @@
 
 #include "gis/gis_map.h"
 #include "gis/midmif/gis_file_midmif.h"
-#include "platform/message_box.h"
+#include "read_bench.h"
 
 namespace {
 constexpr int kRegions = 100000;
@@ -41,24 +41,7 @@ const std::string& BenchFile() {
 }
 
 void BM_MifRead(benchmark::State& state) {
-    const std::string& path = BenchFile();
-    const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path));
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDOK); });
-    std::size_t elements = 0;
-    for (auto _ : state) {
-        TMapLayer layer;
-        TGisFileMidMif reader;
-        const int result = reader.LoadFile(path.c_str(), &layer, nullptr);
-        if (result != 0) state.SkipWithError("load failed");
-        elements = layer.m_Elements.size();
-        benchmark::DoNotOptimize(elements);
-        state.PauseTiming();  // freeing the layer is not reading
-        layer.RemoveAllElements();
-        state.ResumeTiming();
-    }
-    state.SetBytesProcessed(state.iterations() * bytes);
-    state.counters["MB"] = static_cast<double>(bytes) / 1e6;
-    state.counters["regions"] = static_cast<double>(elements);
+    RunReadBenchmark<TGisFileMidMif>(state, BenchFile(), "regions");
 }
 BENCHMARK(BM_MifRead)->Unit(benchmark::kMillisecond)->MinTime(3.0)->UseRealTime();
 
