@@ -3,7 +3,8 @@
 # written in every format into ./tlgis-demo/ (or the folder given), and each file is read back.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
-out="$(pwd)/${1:-tlgis-demo}"
+out="${1:-tlgis-demo}"
+[[ "$out" = /* ]] || out="$(pwd)/$out"
 cd "$root"
 
 scripts/install-test-tools.sh
