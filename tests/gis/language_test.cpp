@@ -98,7 +98,7 @@ TEST_F(LanguageTableTest, FileParsingAndLookup) {
          "10\tten\n20\ttwenty\n30\tthirty\n",
          {{10, "ten"}, {20, "twenty"}, {30, "thirty"}, {15, ""}, {0, ""}, {40, ""}},
          3},
-        {"ids out of order", "30\tthirty\n10\tten\n", {{30, ""}, {10, "ten"}}, 2},
+        {"ids out of order", "30\tthirty\n10\tten\n20\ttwenty\n", {{30, ""}, {10, "ten"}, {20, "twenty"}}, 3},
         {"text kept as written",
          "1\t  two leading blanks\n2\ta\tb\t\tc\n3\ttrailing  \n4\t\n",
          {{1, "  two leading blanks"}, {2, "a\tb\t\tc"}, {3, "trailing  "}, {4, ""}},
