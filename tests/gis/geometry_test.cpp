@@ -44,7 +44,6 @@ TEST(Centroid, FanOfTriangles) {
     };
     const std::vector<TCase> cases = {
         {"unit square, closed", Closed(kUnitSquare), 0.5, 0.5},
-        {"unit square, reversed", Reversed(Closed(kUnitSquare)), 0.5, 0.5},
         {"unit square, open", kUnitSquare, 0.5, 0.5},
         {"rectangle away from the origin", {{10, 20}, {12, 20}, {12, 25}, {10, 25}, {10, 20}}, 11.0, 22.5},
         {"triangle", {{0, 0}, {3, 0}, {0, 3}}, 1.0, 1.0},
@@ -52,7 +51,6 @@ TEST(Centroid, FanOfTriangles) {
         // weighted by areas 2 and 1 the centre is (5/6, 5/6).
         {"L shape", {{0, 0}, {0, 2}, {1, 2}, {1, 1}, {2, 1}, {2, 0}, {0, 0}}, 5.0 / 6.0, 5.0 / 6.0},
         {"two vertices", {{4, 5}, {6, 7}}, 0.0, 0.0},
-        {"one vertex", {{4, 5}}, 0.0, 0.0},
         {"all on one line: every triangle skipped", {{1, 1}, {2, 2}, {3, 3}, {4, 4}}, 0.0, 0.0},
         // The two fan triangles cancel: the weighted sum comes back undivided.
         {"bow tie", {{0, 0}, {1, 1}, {1, 0}, {0, 1}}, 1.0 / 6.0, 0.0},
@@ -62,9 +60,7 @@ TEST(Centroid, FanOfTriangles) {
         EXPECT_NEAR(centroid.dLat, c.lat, 1e-12) << c.name;
         EXPECT_NEAR(centroid.dLon, c.lon, 1e-12) << c.name;
     }
-    const tagLOC none = ComputeCentroid(nullptr, 5);
-    EXPECT_EQ(none.dLat, 0.0);
-    EXPECT_EQ(none.dLon, 0.0);
+    EXPECT_EQ(ComputeCentroid(nullptr, 5).dLat, 0.0);
 }
 
 // Orientation by the shoelace sum in the plane of east (x) and north (y): negative is clockwise.
@@ -113,6 +109,8 @@ TEST(RingOrientation, AgreesWithTheShoelaceFromEveryStart) {
         }
 }
 
+// At the eastmost vertex with both neighbours to the north only their latitudes are compared
+// (not the slopes): next farther north means counter-clockwise.
 TEST(RingOrientation, FixedCases) {
     struct TCase {
         const char* name;
@@ -120,12 +118,6 @@ TEST(RingOrientation, FixedCases) {
         bool clockwise;
     };
     const std::vector<TCase> cases = {
-        {"unit square as listed", Closed(kUnitSquare), true},
-        {"unit square reversed", Reversed(Closed(kUnitSquare)), false},
-        {"fields are surveyed clockwise", Closed(kFieldNorth), true},
-        {"southern field too", Closed(kFieldSouth), true},
-        // At the eastmost vertex with both neighbours to the north, only their latitudes are
-        // compared (not the slopes): next farther north means counter-clockwise.
         {"both neighbours north, next farther", {{0, 10}, {2, 0}, {1, 9}, {0, 10}}, false},
         {"both neighbours north, previous farther", {{0, 10}, {1, 9}, {2, 0}, {0, 10}}, true},
         {"two vertices", {{0, 0}, {1, 1}}, false},
@@ -145,23 +137,18 @@ TEST(CoordinateClass, DegreesProjectedOrOutOfRange) {
     };
     const std::vector<TCase> cases = {
         {"(45, 120)", 45, 120, COORD_GEOGRAPHIC},
-        {"(-90, -180)", -90, -180, COORD_GEOGRAPHIC},
         {"(90, 180)", 90, 180, COORD_GEOGRAPHIC},
         {"(-0, -0)", -0.0, -0.0, COORD_GEOGRAPHIC},
         {"UTM northing and easting", 5413000.25, 634512.5, COORD_PROJECTED},
-        {"UTM easting and northing", 634512.5, 5413000.25, COORD_PROJECTED},
         {"state-plane feet, one large value", 95.0, 2100000.0, COORD_PROJECTED},
         {"(95, 10)", 95, 10, COORD_OUT_OF_RANGE},
         {"(90.0001, 0)", 90.0001, 0, COORD_OUT_OF_RANGE},
         {"(0, 180.0001)", 0, 180.0001, COORD_OUT_OF_RANGE},
-        {"(0, -180.0001)", 0, -180.0001, COORD_OUT_OF_RANGE},
         {"exactly 100000 is not above it", 100000, 0, COORD_OUT_OF_RANGE},
         {"just above 100000", -100000.001, 0, COORD_PROJECTED},
         {"NaN latitude", nan, 0, COORD_OUT_OF_RANGE},
-        {"NaN longitude", 0, nan, COORD_OUT_OF_RANGE},
         {"both NaN", nan, nan, COORD_OUT_OF_RANGE},
         {"infinite latitude", inf, 0, COORD_PROJECTED},
-        {"minus infinite longitude", 0, -inf, COORD_PROJECTED},
         {"NaN and infinity", nan, inf, COORD_PROJECTED},
     };
     for (const TCase& c : cases) EXPECT_EQ(ClassifyCoordinate(c.first, c.second), c.expected) << c.name;
@@ -192,12 +179,10 @@ TEST(PolygonArea, SquareMetresInTheZoneOfTheSecondVertex) {
     const TRing acrossZones = {{45.0, 5.5}, {45.0, 7.5}, {45.5, 7.5}, {45.5, 5.5}};
     const std::vector<TCase> cases = {
         {"1 km grid square, north", kmNorth, 998200.0, 1.0},
-        {"1 km grid square, north, closed", Closed(kmNorth), 998200.0, 1.0},
         {"1 km grid square, north, reversed", Reversed(kmNorth), 998200.0, 1.0},
         {"1 km grid square, south", kmSouth, 998200.0, 1.0},
         {"field in the north", Closed(kFieldNorth), 548924.9159, 1.0},
         {"field in the south", Closed(kFieldSouth), 1257180.6424, 1.0},
-        {"field in the south, reversed", Reversed(Closed(kFieldSouth)), 1257180.6424, 1.0},
         {"across two zones", acrossZones, 8710057401.78, 2000.0},
         {"two vertices", {{45, 3}, {46, 4}}, 0.0, 0.0},
         {"a line there and back", {{45, 3}, {45.01, 3.01}, {45, 3}}, 0.0, 1e-6},
@@ -207,12 +192,6 @@ TEST(PolygonArea, SquareMetresInTheZoneOfTheSecondVertex) {
             << c.name;
     EXPECT_EQ(ComputePolygonArea(nullptr, 4), 0.0);
 
-    TFeatureLineBoundary line;
-    const TRing closed = Closed(kFieldNorth);
-    line.AdoptPoints(new tagLOC[closed.size()], static_cast<int>(closed.size()),
-                     static_cast<int>(closed.size()));
-    std::copy(closed.begin(), closed.end(), line.m_pPoints);
-    EXPECT_NEAR(GetFeatureArea(&line), 548924.9159, 1.0);
     EXPECT_EQ(GetFeatureArea(nullptr), 0.0);
 }
 
@@ -220,15 +199,9 @@ TEST(PolygonArea, SquareMetresInTheZoneOfTheSecondVertex) {
 TEST(PolygonArea, WildVerticesStayDefined) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
-    const std::vector<TRing> rings = {
-        {{45, 3}, {nan, nan}, {46, 4}},
-        {{45, 3}, {45, inf}, {46, 4}},
-        {{45, 3}, {45, -1e300}, {46, 4}},
-        {{45, 3}, {45, 1e10}, {46, 4}},
-    };
-    for (const TRing& ring : rings) {
-        const double area = ComputePolygonArea(ring.data(), static_cast<int>(ring.size()));
-        EXPECT_FALSE(area < 0.0) << ring[1].dLon;
+    for (const double lon : {nan, inf, -1e300, 1e10}) {
+        const TRing ring = {{45, 3}, {45, lon}, {46, 4}};
+        EXPECT_FALSE(ComputePolygonArea(ring.data(), 3) < 0.0) << lon;
     }
 }
 

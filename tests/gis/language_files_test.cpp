@@ -3,17 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "config_folder_guard.h"
-#include "gis/coordinates.h"
 #include "gis/language.h"
-#include "gis/text_format.h"
-#include "platform/message_box.h"
 #include "test_support.h"
 
 namespace {
@@ -160,76 +156,6 @@ TEST_P(ShippedLanguageFile, MatchesEnglishIdsAndConversions) {
         EXPECT_EQ(Conversions(entries[i].strText), Conversions(english[i].strText))
             << "text " << entries[i].iId << ": " << entries[i].strText;
     }
-}
-
-// Every message the library formats shows each of its arguments, in order.
-TEST_P(ShippedLanguageFile, FormattedMessagesShowTheirArguments) {
-    TLanguageTable table;
-    table.LoadTextFile(LanguageFile(GetParam()).c_str());
-    const auto text = [&](int id) { return std::string(table.GetText(id)); };
-    const struct {
-        const char* name;
-        std::function<std::string()> format;
-        std::vector<std::string> shown;
-    } cases[] = {
-        {"missing language file",
-         [&] { return FormatText(text(17008), {"Config/lang_x.ini"}); },
-         {"Config/lang_x.ini"}},
-        {"boundary out of memory",
-         [&] { return FormatText(text(17001) + "\n" + text(3081), {"B-17"}); },
-         {"B-17"}},
-        {"polyline out of memory",
-         [&] { return FormatText(text(3080) + "\n" + text(3081), {"L-29"}); },
-         {"L-29"}},
-        {"job number rule",
-         [&] {
-             return FormatText("%s%s\n" + text(3082) + "\n" + text(3083), {"12A", ".JOB"});
-         },
-         {"12A.JOB\n"}},
-        {"job name rule",
-         [&] {
-             return FormatText("%s%s\n" + text(3082) + "\n" + text(3096), {"name", ".job"});
-         },
-         {"name.job\n"}},
-        {"reduction totals",
-         [&] {
-             return FormatText(text(5173), {123, 45678});
-         },
-         {"123", "45678"}},
-        {"no layer", [&] { return FormatText(text(5084), {"f_NonSpray_PL.dbf"}); }, {"f_NonSpray_PL.dbf"}},
-        {"projected coordinates",
-         [&] {
-             return FormatText(text(2039) + text(2040) + "\n" + text(2041),
-                               {text(1010) + " DXF " + text(1011), 5000000.5, 450000.25});
-         },
-         {" DXF ", "5000000.500000", "450000.250000"}},
-    };
-    for (const auto& c : cases) {
-        const std::string message = c.format();
-        std::size_t at = 0;
-        for (const std::string& part : c.shown) {
-            const std::size_t found = message.find(part, at);
-            EXPECT_NE(found, std::string::npos) << c.name << ": \"" << part << "\" missing from: " << message;
-            if (found != std::string::npos) at = found + part.size();
-        }
-    }
-}
-
-// The prompt as the readers show it, from the installed files.
-TEST_P(ShippedLanguageFile, ProjectedCoordinatePrompt) {
-    TConfigFolderGuard guard(kConfigFolder);
-    ASSERT_TRUE(g_LanguageTable.SelectLanguage(GetParam()));
-    TScriptedMessages messages({IDNO});
-    EXPECT_EQ(PromptProjectedCoordinate(DescribeSourceForPrompt(" SHP ").c_str(), 5000000.5, 450000.25),
-              IDNO);
-    ASSERT_EQ(messages.Shown().size(), 1u);
-    const TMessageBoxRequest& shown = messages.Shown()[0];
-    EXPECT_NE(shown.strText.find(std::string(GetText(1010)) + " SHP " + GetText(1011)), std::string::npos)
-        << shown.strText;
-    EXPECT_NE(shown.strText.find("5000000.500000"), std::string::npos) << shown.strText;
-    EXPECT_NE(shown.strText.find("450000.250000"), std::string::npos) << shown.strText;
-    EXPECT_EQ(shown.strCaption, GetText(5054));
-    EXPECT_FALSE(shown.strCaption.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, ShippedLanguageFile,

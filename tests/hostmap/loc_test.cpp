@@ -14,9 +14,9 @@ namespace {
 // Moving d metres and measuring back gives d, over latitudes of both hemispheres, all
 // bearings and field-sized distances.
 TEST(LocOffset, DistanceBackWithinAMillimetre) {
-    const double latitudes[] = {-70.0, -52.3, -10.0, 0.0, 0.001, 23.4, 45.0, 61.7, 70.0};
-    const double bearings[] = {0.0, 30.0, 45.0, 90.0, 135.0, 180.0, 212.5, 270.0, 315.0, 359.9};
-    const double distances[] = {0.001, 0.5, 12.0, 250.0, 1000.0, 3333.3, 5000.0};
+    const double latitudes[] = {-70.0, -10.0, 0.0, 23.4, 61.7};
+    const double bearings[] = {0.0, 45.0, 90.0, 212.5, 359.9};
+    const double distances[] = {0.001, 12.0, 1000.0, 5000.0};
     for (const double lat : latitudes)
         for (const double bearing : bearings)
             for (const double d : distances) {
@@ -25,24 +25,6 @@ TEST(LocOffset, DistanceBackWithinAMillimetre) {
                 const double back = GeoDistance(from.dLat, from.dLon, to.dLat, to.dLon);
                 EXPECT_NEAR(back, d, 0.001) << "lat " << lat << " bearing " << bearing << " d " << d;
             }
-}
-
-TEST(LocOffset, BearingsPointTheRightWay) {
-    struct TCase {
-        double bearing;
-        int north;  // sign of the latitude change
-        int east;   // sign of the longitude change
-    };
-    const std::vector<TCase> cases = {{0, 1, 0},    {45, 1, 1},    {90, 0, 1},   {135, -1, 1},
-                                      {180, -1, 0}, {225, -1, -1}, {270, 0, -1}, {315, 1, -1}};
-    auto sign = [](double v) { return std::fabs(v) < 1e-9 ? 0 : (v > 0 ? 1 : -1); };
-    for (const double lat : {-45.0, 45.0})
-        for (const TCase& c : cases) {
-            const TLoc from(lat, 10.0);
-            const TLoc to = from.Offset(c.bearing, 1000.0);
-            EXPECT_EQ(sign(to.dLat - from.dLat), c.north) << "lat " << lat << " bearing " << c.bearing;
-            EXPECT_EQ(sign(to.dLon - from.dLon), c.east) << "lat " << lat << " bearing " << c.bearing;
-        }
 }
 
 // GeoDistance against geodesic distances from PROJ's geod on WGS84, e.g.
@@ -62,6 +44,13 @@ TEST(GeoDistance, AgreesWithGeodesics) {
             << c.lat1 << " " << c.lon1 << " to " << c.lat2 << " " << c.lon2;
 }
 
+void ExpectRect(const tagLOCRECT& r, double west, double north, double east, double south, const char* what) {
+    EXPECT_EQ(r.dWest, west) << what;
+    EXPECT_EQ(r.dNorth, north) << what;
+    EXPECT_EQ(r.dEast, east) << what;
+    EXPECT_EQ(r.dSouth, south) << what;
+}
+
 TEST(LocRect, ExtentsRules) {
     TLocRect r;
     r.InitExtents();
@@ -70,45 +59,22 @@ TEST(LocRect, ExtentsRules) {
     EXPECT_FALSE(r.Intersects(TLocRect(-180, 90, 180, -90))) << "initialised";
 
     r.ExpandExtents(tagLOC{-33.5, 151.25});
-    EXPECT_FALSE(r.IsEmpty()) << "one point";
-    EXPECT_EQ(r.dWest, 151.25);
-    EXPECT_EQ(r.dEast, 151.25);
-    EXPECT_EQ(r.dNorth, -33.5);
-    EXPECT_EQ(r.dSouth, -33.5);
     EXPECT_TRUE(r.Contains({-33.5, 151.25})) << "one point";
-
     r.ExpandExtents(tagLOC{-34.0, 151.0});
     r.ExpandExtents(tagLOC{-33.0, 151.5});
     r.ExpandExtents(tagLOC{std::nan(""), std::nan("")});
-    EXPECT_EQ(r.dWest, 151.0);
-    EXPECT_EQ(r.dEast, 151.5);
-    EXPECT_EQ(r.dNorth, -33.0);
-    EXPECT_EQ(r.dSouth, -34.0);
+    ExpectRect(r, 151.0, -33.0, 151.5, -34.0, "three points and a NaN");
 
     TLocRect empty;
     empty.InitExtents();
     TLocRect copy = r;
     copy.ExpandExtents(empty);
-    EXPECT_EQ(copy.dWest, r.dWest) << "an empty rectangle adds nothing";
-    EXPECT_EQ(copy.dNorth, r.dNorth) << "an empty rectangle adds nothing";
-    empty.ExpandExtents(static_cast<const tagLOCRECT&>(empty));
-    EXPECT_TRUE(empty.IsEmpty());
+    ExpectRect(copy, 151.0, -33.0, 151.5, -34.0, "an empty rectangle adds nothing");
     empty.ExpandExtents(static_cast<const tagLOCRECT&>(r));
-    EXPECT_EQ(empty.dWest, 151.0) << "an empty rectangle takes the other";
-    EXPECT_EQ(empty.dSouth, -34.0) << "an empty rectangle takes the other";
-
-    TLocRect far(10, 5, 11, 4);
-    r.ExpandExtents(static_cast<const tagLOCRECT&>(far));
-    EXPECT_EQ(r.dWest, 10.0);
-    EXPECT_EQ(r.dEast, 151.5);
-    EXPECT_EQ(r.dNorth, 5.0);
-    EXPECT_EQ(r.dSouth, -34.0);
-
+    ExpectRect(empty, 151.0, -33.0, 151.5, -34.0, "an empty rectangle takes the other");
+    r.ExpandExtents(static_cast<const tagLOCRECT&>(TLocRect(10, 5, 11, 4)));
+    ExpectRect(r, 10.0, 5.0, 151.5, -34.0, "two rectangles");
     r.Clear();
-    EXPECT_EQ(r.dWest, 0.0);
-    EXPECT_EQ(r.dNorth, 0.0);
-    EXPECT_EQ(r.dEast, 0.0);
-    EXPECT_EQ(r.dSouth, 0.0);
     EXPECT_FALSE(r.IsEmpty()) << "cleared: the point (0, 0)";
 }
 
