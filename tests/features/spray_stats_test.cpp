@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+#include "features/buffer.h"
 #include "features/feature_spray.h"
 
 namespace {
@@ -252,4 +253,19 @@ TEST(SprayTime, PacksAndUnpacks) {
     }
 }
 
+// A buffer hands back its one block while it is big enough, contents kept, and grows it when not.
+TEST(Buffer, ReusesTheLargestBlock) {
+    TBuffer buffer;
+    EXPECT_EQ(buffer.GetBuffer(0), nullptr) << "no block was ever obtained";
+    unsigned char* first = buffer.GetBuffer(100);
+    ASSERT_NE(first, nullptr);
+    first[99] = 99;
+    EXPECT_EQ(buffer.GetBuffer(28), first);
+    EXPECT_EQ(first[99], 99) << "contents are kept when the block is big enough";
+    unsigned char* second = buffer.GetBuffer(200);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(buffer.m_nSize, 200u);
+    buffer.Zero();
+    EXPECT_EQ(second[199], 0);
+}
 }  // namespace
