@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "features/flight_csv.h"
@@ -30,6 +31,9 @@ TEST(FlightCsv, ReadsEveryColumn) {
         "\r\n"
         "7,2024-06-01T14:03:11.999,45.5001,-93.25,90,45,1,20,-1,0,-2,327.67,0,0,0,0,0,\"say "
         "\"\"hi\"\"\",,,R,\r\n";
+    const TFlightImport headerOnly = Read(kHeader);
+    EXPECT_EQ(headerOnly.iResult, GISFILE_OK) << headerOnly.strError;
+    EXPECT_TRUE(headerOnly.Sprays.empty());
     const TFlightImport got = Read(text);
     ASSERT_EQ(got.iResult, GISFILE_OK) << got.strError;
     ASSERT_EQ(got.Sprays.size(), 2u) << "runs 7 and 8, in the order of their first rows";
@@ -83,20 +87,21 @@ TEST(FlightCsv, ReadsEveryColumn) {
     EXPECT_GE(a.m_rcExtents.dNorth, r2.locSwathB.dLat);
 }
 
-TEST(FlightCsv, HeaderOnlyGivesNoRuns) {
-    const TFlightImport got = Read(kHeader);
-    EXPECT_EQ(got.iResult, GISFILE_OK) << got.strError;
-    EXPECT_TRUE(got.Sprays.empty());
-}
-
 struct TBadCase {
     const char* pszName;
     std::string strText;
     const char* pszError;  // must appear in the message
 };
 
+// The header, a good row and a second row whose fields are given.
 std::string Row(const std::string& fields) {
     return std::string(kHeader) + "1,2024-06-01T14:03:10,45.5,-93.25,0,40,1,20\n" + fields + "\n";
+}
+
+// A file with one optional column after the required ones, and one row holding value there.
+std::string Extra(const char* column, const char* value) {
+    return std::string(kHeader).insert(std::strlen(kHeader) - 1, std::string(",") + column) +
+           "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20," + value + "\n";
 }
 
 TEST(FlightCsv, BadInputNamesLineAndColumn) {
@@ -136,26 +141,12 @@ TEST(FlightCsv, BadInputNamesLineAndColumn) {
         {"too many fields", Row("1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,9"), "line 3 has 9 fields"},
         {"unclosed quote", Row("1,\"2024-06-01T14:03:11,45.5,-93.25,0,40,1,20"),
          "line 3: a quoted field is not closed"},
-        {"height does not fit",
-         std::string("run,time,lat,lon,heading,speed,spray,swath,height\n") +
-             "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,7000\n",
-         "line 2, column height: \"7000\" is outside"},
-        {"line not whole",
-         std::string("run,time,lat,lon,heading,speed,spray,swath,line\n") +
-             "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,2.5\n",
-         "column line: \"2.5\" is not a whole number"},
-        {"aircraft too long",
-         std::string("run,time,lat,lon,heading,speed,spray,swath,aircraft\n") +
-             "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,ABCDEFGHIJK\n",
+        {"height does not fit", Extra("height", "7000"), "line 2, column height: \"7000\" is outside"},
+        {"line not whole", Extra("line", "2.5"), "column line: \"2.5\" is not a whole number"},
+        {"aircraft too long", Extra("aircraft", "ABCDEFGHIJK"),
          "column aircraft: \"ABCDEFGHIJK\" is longer than 10 characters"},
-        {"offset not R or L",
-         std::string("run,time,lat,lon,heading,speed,spray,swath,offset\n") +
-             "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,X\n",
-         "column offset: \"X\" is not R or L"},
-        {"negative rate",
-         std::string("run,time,lat,lon,heading,speed,spray,swath,rate7\n") +
-             "1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20,-1\n",
-         "column rate7"},
+        {"offset not R or L", Extra("offset", "X"), "column offset: \"X\" is not R or L"},
+        {"negative rate", Extra("rate7", "-1"), "column rate7"},
         {"overlong line", Row("1,2024-06-01T14:03:11,45.5,-93.25,0,40,1,20," + std::string(100000, 'x')),
          "line 3 is longer than 65536 characters"},
     };

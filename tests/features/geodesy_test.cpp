@@ -39,19 +39,13 @@ const TGeodCase kGeodCases[] = {
     {60.1, 10.7, 60.122415893946, 10.622111210764, 5000},
 };
 
-TEST(GeoDistance, AgreesWithTheGeodesicUpTo10Km) {
-    for (const TGeodCase& c : kGeodCases) {
-        const double d = GeoDistance(c.dLat1, c.dLon1, c.dLat2, c.dLon2);
-        EXPECT_NEAR(d / c.dMetres, 1.0, 1e-6)
-            << "from " << c.dLat1 << "," << c.dLon1 << " to " << c.dLat2 << "," << c.dLon2;
-        // Symmetric: the mean latitude is the same both ways.
-        EXPECT_DOUBLE_EQ(d, GeoDistance(c.dLat2, c.dLon2, c.dLat1, c.dLon1));
-    }
-}
-
-TEST(StepArea, MeanWidthTimesGeodesicDistance) {
+TEST(GeoDistance, AgreesWithTheGeodesicUpTo10KmAndGivesStepAreas) {
     const double widths[][2] = {{20.0, 20.0}, {10.0, 30.0}, {0.0, 18.288}};
     for (const TGeodCase& c : kGeodCases) {
+        const double d = GeoDistance(c.dLat1, c.dLon1, c.dLat2, c.dLon2);
+        EXPECT_NEAR(d / c.dMetres, 1.0, 1e-6) << c.dLat2 << "," << c.dLon2;
+        // Symmetric: the mean latitude is the same both ways.
+        EXPECT_DOUBLE_EQ(d, GeoDistance(c.dLat2, c.dLon2, c.dLat1, c.dLon1)) << c.dLat2 << "," << c.dLon2;
         for (const auto& w : widths) {
             tagSPRAYREC a, b;
             a.locPos = {c.dLat1, c.dLon1};

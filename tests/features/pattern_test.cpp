@@ -29,20 +29,6 @@ TEST(Pattern, PointRule) {
         EXPECT_EQ(IsPatternPointValid(c.loc), c.valid) << c.loc.dLat << ", " << c.loc.dLon;
 }
 
-TEST(Pattern, Defaults) {
-    TFeaturePattern p;
-    EXPECT_EQ(p.m_dwType, ELEMENT_PATTERN);
-    EXPECT_EQ(p.m_dwFlags & 0xC0u, 0xC0u);
-    EXPECT_EQ(p.m_dSwathWidth, 18.288);
-    EXPECT_EQ(p.m_iAbLines, 1);
-    EXPECT_TRUE(p.m_strId.empty());
-    p.CalculateGeoExtents();
-    EXPECT_TRUE(p.m_rcExtents.IsEmpty());
-    TMapImage image(TLocRect(-93.1, 45.1, -92.9, 44.9), 400);
-    p.Draw(image);
-    EXPECT_TRUE(image.GetDC().Commands().empty()) << "a default pattern draws nothing";
-}
-
 struct TExtentsCase {
     const char* name;
     int kind;
@@ -293,22 +279,5 @@ TEST(Pattern, AbLinesPointsAndHighlight) {
         EXPECT_EQ(markers, cs.markers) << cs.name;
         EXPECT_EQ(image.GetDC().GetPen(), TPen{}) << cs.name << ": the pen before drawing is restored";
     }
-
-    TFeaturePattern p = MakePattern(RACETRACK, {{'A', kA}, {'B', kB}});
-    p.m_dwState |= ELEMENT_STATE_HIGHLIGHT;
-    TMapImage image(view, 800);
-    p.Draw(image);
-    ASSERT_FALSE(image.GetDC().Commands().empty());
-    const TDrawCommand& box = image.GetDC().Commands()[0];
-    EXPECT_EQ(box.eKind, TDrawCommand::Rectangle);
-    EXPECT_EQ(box.iRop, R2_MASKPEN);
-    EXPECT_EQ(box.pen, (TPen{PS_SOLID, 0, 0x8C8C8C}));
-    EXPECT_EQ(box.brush, (TBrush{BS_SOLID, 0xD2D2D2}));
-    const TRectLP around = image.LocRect2LP(p.m_rcExtents);
-    EXPECT_EQ(box.points[0], (TPointLP{around.left - 100, around.top + 100}));
-    EXPECT_EQ(box.points[1], (TPointLP{around.right + 100, around.bottom - 100}));
-    const std::string svg = image.ToSvg();
-    EXPECT_NE(svg.find("stroke=\"#969696\""), std::string::npos);
-    EXPECT_NE(svg.find("stroke=\"#c8c8c8\""), std::string::npos);
 }
 }  // namespace

@@ -136,6 +136,36 @@ TEST(JobReader, MarkerBodies) {
     }
 }
 
+TEST(JobReader, PatternKinds) {
+    struct TCase {
+        const char* name;
+        const char* body;
+        int kind;
+    };
+    const TCase cases[] = {
+        {"BACK_TO_BACK whole token", "\tRACETRACK\n\tback_to_back\n", BACK_TO_BACK},
+        {"RACETRACK on three characters", "\tRAC\n", RACETRACK},
+        {"QUICK whole token", "\tquick\n", QUICK},
+        {"QUICKX is nothing", "\tRACETRACK\n\tQUICKX\n", RACETRACK},
+        {"QUICKTRACK_X not QUICK", "\tQUICKTRACK_X\n", QUICKTRACK_X},
+        {"QUICKTRA on eight", "\tquicktra\n", QUICKTRACK_X},
+        {"REVERSE_RACETRACK", "\tREV\n", REVERSE_RACETRACK},
+        {"SQUEEZE", "\tSQUEEZE\n", SQUEEZE},
+        {"EXPAND", "\tExpand\n", EXPAND},
+        {"MULTI_BACK_TO_BACK", "\tMULTI_BACK_TO_BACK\n", MULTI_BACK_TO_BACK},
+        {"BACK_TO_BACK_SKIP not BACK_TO_BACK", "\tBACK_TO_BACK_SKIP\n", BACK_TO_BACK_SKIP},
+        {"sixteen characters", "\tBACK_TO_BACK_SKI\n", BACK_TO_BACK_SKIP},
+        {"fifteen characters are nothing", "\tRACETRACK\n\tBACK_TO_BACK_SK\n", RACETRACK},
+    };
+    for (const TCase& c : cases) {
+        TMapLayer layer;
+        ASSERT_EQ(LoadJobText(std::string(".JOB 1 FARM\n.PAT 7 Name\n") + c.body, layer), GISFILE_OK);
+        const auto patterns = ElementsOf<TFeaturePattern>(layer);
+        ASSERT_EQ(patterns.size(), 1u) << c.name;
+        EXPECT_EQ(patterns[0]->m_iKind, c.kind) << c.name;
+    }
+}
+
 struct TPatternCase {
     const char* name;
     const char* body;
@@ -149,29 +179,6 @@ TEST(JobReader, PatternBodies) {
              return p.m_iKind == BACK_TO_BACK && p.m_iDirection == LEFT && p.m_dSwathWidth == 18.288 &&
                     p.m_iAbLines == 1;
          }},
-        {"BACK_TO_BACK whole token", "\tRACETRACK\n\tback_to_back\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == BACK_TO_BACK; }},
-        {"RACETRACK on three characters", "\tRAC\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == RACETRACK; }},
-        {"QUICK whole token", "\tquick\n", [](const TFeaturePattern& p) { return p.m_iKind == QUICK; }},
-        {"QUICKX is nothing", "\tRACETRACK\n\tQUICKX\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == RACETRACK; }},
-        {"QUICKTRACK_X not QUICK", "\tQUICKTRACK_X\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == QUICKTRACK_X; }},
-        {"QUICKTRA on eight", "\tquicktra\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == QUICKTRACK_X; }},
-        {"REVERSE_RACETRACK", "\tREV\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == REVERSE_RACETRACK; }},
-        {"SQUEEZE", "\tSQUEEZE\n", [](const TFeaturePattern& p) { return p.m_iKind == SQUEEZE; }},
-        {"EXPAND", "\tExpand\n", [](const TFeaturePattern& p) { return p.m_iKind == EXPAND; }},
-        {"MULTI_BACK_TO_BACK", "\tMULTI_BACK_TO_BACK\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == MULTI_BACK_TO_BACK; }},
-        {"BACK_TO_BACK_SKIP not BACK_TO_BACK", "\tBACK_TO_BACK_SKIP\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == BACK_TO_BACK_SKIP; }},
-        {"sixteen characters", "\tBACK_TO_BACK_SKI\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == BACK_TO_BACK_SKIP; }},
-        {"fifteen characters are nothing", "\tRACETRACK\n\tBACK_TO_BACK_SK\n",
-         [](const TFeaturePattern& p) { return p.m_iKind == RACETRACK; }},
         {"RIGHT then left", "\tRIGHT\n\tleft\n",
          [](const TFeaturePattern& p) { return p.m_iDirection == LEFT; }},
         {"RIG", "\tRIG\n", [](const TFeaturePattern& p) { return p.m_iDirection == RIGHT; }},

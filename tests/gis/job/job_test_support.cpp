@@ -122,18 +122,3 @@ int WriteJob(const std::string& fileName, TMapLayer& layer, std::string& bytes, 
     bytes = exists ? ReadFileBytes(path) : std::string();
     return result;
 }
-
-std::vector<std::string> ShownTexts(const TScriptedMessages& messages) {
-    std::vector<std::string> texts;
-    for (const TMessageBoxRequest& r : messages.Shown()) texts.push_back(r.strText);
-    return texts;
-}
-
-std::string Crlf(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        if (c == '\n') out += '\r';
-        out += c;
-    }
-    return out;
-}

@@ -49,9 +49,3 @@ int LoadJobText(const std::string& text, TMapLayer& layer, TGisFileJob* job = nu
 // Writes the layer to a file of the given name in a temporary folder; returns the result and
 // the bytes written (empty when no file was made).
 int WriteJob(const std::string& fileName, TMapLayer& layer, std::string& bytes, bool* created = nullptr);
-
-// The texts of the messages shown, in order.
-std::vector<std::string> ShownTexts(const TScriptedMessages& messages);
-
-// The lines of JOB text given with '\n', turned into the CR LF bytes of a file.
-std::string Crlf(const std::string& text);
