@@ -10,11 +10,6 @@
 
 namespace {
 
-bool HaveEzdxf() {
-    return HaveProgram(TL_GIS_PYTHON) &&
-           RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import ezdxf'").iExit == 0;
-}
-
 // Draws the same content in either release: R12 gives POLYLINE/VERTEX, R2000 LWPOLYLINE.
 const char* const kEzdxfScript = R"PY(
 import sys, ezdxf
@@ -60,7 +55,7 @@ doc.saveas(out)
 )PY";
 
 TEST(DxfPeers, EzdxfDrawingsOfBothReleases) {
-    if (!HaveEzdxf())
+    if (!FindDxfPeers().bEzdxf)
         GTEST_SKIP() << "ezdxf for " << TL_GIS_PYTHON << " is missing (scripts/install-test-tools.sh)";
     const struct {
         const char* version;
@@ -87,12 +82,6 @@ TEST(DxfPeers, EzdxfDrawingsOfBothReleases) {
         EXPECT_EQ(map.LoadFile(path.c_str(), &layer, nullptr), 0) << c.version;
         EXPECT_EQ(DescribeLayer(layer), c.expected) << c.version;
         EXPECT_EQ(layer.m_iMarkerCount, 1) << c.version;
-        if (layer.GetElementCount() > 0) {
-            const auto* road = static_cast<const TFeatureLine*>(layer.m_Elements[0]);
-            ASSERT_EQ(road->m_iNumPoints, 4) << c.version;
-            EXPECT_DOUBLE_EQ(road->m_pPoints[1].dLat, 45.2) << c.version;
-            EXPECT_DOUBLE_EQ(road->m_pPoints[1].dLon, 10.6) << c.version;
-        }
     }
 }
 

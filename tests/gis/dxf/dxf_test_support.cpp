@@ -72,39 +72,22 @@ int LoadDxfText(const std::string& text, TMapLayer& layer) {
 }
 
 std::string DescribeLayer(const TMapLayer& layer) {
+    static const std::pair<std::uint32_t, const char*> kClasses[] = {
+        {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
+        {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
     std::string out;
     for (const TMapElement* e : layer.m_Elements) {
         if (!out.empty()) out += ' ';
-        switch (e->GetKind()) {
-            case ELEMENT_LINE_BOUNDARY:
-                out += "boundary";
-                break;
-            case ELEMENT_LINE_AREA:
-                out += "area";
-                break;
-            case ELEMENT_LINE_ROAD:
-                out += "road";
-                break;
-            case ELEMENT_LINE_WATER:
-                out += "water";
-                break;
-            case ELEMENT_LINE_MISC:
-                out += "misc";
-                break;
-            case ELEMENT_LINE_GENERIC:
-                out += "generic";
-                break;
-            case ELEMENT_MARKER: {
-                const auto* m = static_cast<const TFeatureMarker*>(e);
-                out += "m" + std::to_string(e->GetLowBits()) + ":" + m->m_strName + "@" +
-                       Number(m->m_Loc.dLat) + "," + Number(m->m_Loc.dLon);
-                continue;
-            }
-            default:
-                out += "other";
-                break;
+        if (e->GetKind() == ELEMENT_MARKER) {
+            const auto* m = static_cast<const TFeatureMarker*>(e);
+            out += "m" + std::to_string(e->GetLowBits()) + ":" + m->m_strName + "@" + Number(m->m_Loc.dLat) +
+                   "," + Number(m->m_Loc.dLon);
+            continue;
         }
-        out += "/" + std::to_string(static_cast<const TFeatureLine*>(e)->m_iNumPoints);
+        const char* name = "other";
+        for (const auto& [kind, text] : kClasses)
+            if (e->GetKind() == kind) name = text;
+        out += name + ("/" + std::to_string(static_cast<const TFeatureLine*>(e)->m_iNumPoints));
     }
     return out;
 }
@@ -146,10 +129,8 @@ std::string DescribePolylines(const std::string& text) {
 }
 
 std::string TDxfPeers::Missing() const {
-    if (!bEzdxf && !bGdal) return "neither ezdxf nor GDAL's ogrinfo is installed";
-    if (!bEzdxf) return "ezdxf is missing: only GDAL checked the drawings";
-    if (!bGdal) return "GDAL's ogrinfo is missing: only ezdxf checked the drawings";
-    return std::string();
+    if (bEzdxf && bGdal) return std::string();
+    return std::string("not checked by ") + (bEzdxf ? "" : "ezdxf ") + (bGdal ? "" : "GDAL's ogrinfo");
 }
 
 TDxfPeers FindDxfPeers() {

@@ -27,28 +27,15 @@ namespace {
 // 5 March 2025 14:07:09 UTC, the time stamp of every golden drawing.
 constexpr std::time_t kGoldenTime = 1741183629;
 
+// Golden drawings carry a local time stamp: pin the clock and the zone.
 class DxfWriter : public ::testing::Test {
 protected:
     void SetUp() override {
-        const char* tz = std::getenv("TZ");
-        m_bHadTz = tz != nullptr;
-        if (tz) m_strTz = tz;
         setenv("TZ", "UTC", 1);
         tzset();
         SetClockForTesting([] { return kGoldenTime; });
     }
-    void TearDown() override {
-        SetClockForTesting({});
-        if (m_bHadTz)
-            setenv("TZ", m_strTz.c_str(), 1);
-        else
-            unsetenv("TZ");
-        tzset();
-    }
-
-private:
-    bool m_bHadTz = false;
-    std::string m_strTz;
+    void TearDown() override { SetClockForTesting({}); }
 };
 
 // A line of the kind holding the points exactly as given (no closing vertex added).
@@ -112,36 +99,9 @@ std::string WriteBuiltLayer(const std::function<void(TMapLayer&)>& build, int si
     return WriteLayer(layer, writer, result);
 }
 
-TEST_F(DxfWriter, GoldenDrawings) {
-    const struct {
-        const char* golden;
-        std::function<void(TMapLayer&)> build;
-        int singleBlock = 0;
-        int sprayOnly = 1;
-    } cases[] = {
-        {"boundary_exclusion.dxf",
-         [](TMapLayer& layer) {
-             AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
-                     {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}});
-         }},
-        {"markers_only.dxf",
-         [](TMapLayer& layer) {
-             AddMarker(layer, 45.5, 10.8, "Gate");
-             AddMarker(layer, 45.6, 10.9, "Well");
-         }},
-        {"spray_one_block.dxf", [](TMapLayer& layer) { AddSprayRun(layer, 3, true); }, 0, 1},
-        {"spray_single_blocks.dxf", [](TMapLayer& layer) { AddSprayRun(layer, 3, true); }, 1, 1},
-        {"nonspray_spray_only.dxf", [](TMapLayer& layer) { AddSprayRun(layer, 3, false); }, 0, 1},
-        {"nonspray_track.dxf", [](TMapLayer& layer) { AddSprayRun(layer, 3, false); }, 0, 0},
-        {"one_sample.dxf", [](TMapLayer& layer) { AddSprayRun(layer, 1, true); }, 0, 0},
-    };
-    for (const auto& c : cases) {
-        int result = -1;
-        EXPECT_EQ(WriteBuiltLayer(c.build, c.singleBlock, c.sprayOnly, &result), Golden(c.golden))
-            << c.golden;
-        EXPECT_EQ(result, 0) << c.golden;
-    }
-}
+const char* const kGoldens[] = {"boundary_exclusion.dxf",  "markers_only.dxf",        "spray_one_block.dxf",
+                                "spray_single_blocks.dxf", "nonspray_spray_only.dxf", "nonspray_track.dxf",
+                                "one_sample.dxf"};
 
 // A host locale whose dates come out in words of its own.
 class TOtherDates : public std::time_put<char> {
@@ -152,39 +112,41 @@ protected:
     }
 };
 
-TEST_F(DxfWriter, MonthNamesDoNotFollowTheHostLocale) {
+// Written under a host locale with month names of its own, which must not reach the file.
+TEST_F(DxfWriter, GoldenDrawings) {
+    const struct {
+        std::function<void(TMapLayer&)> build;
+        int singleBlock = 0;
+        int sprayOnly = 1;
+    } cases[] = {
+        {[](TMapLayer& layer) {
+            AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
+                    {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}});
+        }},
+        {[](TMapLayer& layer) {
+            AddMarker(layer, 45.5, 10.8, "Gate");
+            AddMarker(layer, 45.6, 10.9, "Well");
+        }},
+        {[](TMapLayer& layer) { AddSprayRun(layer, 3, true); }, 0, 1},
+        {[](TMapLayer& layer) { AddSprayRun(layer, 3, true); }, 1, 1},
+        {[](TMapLayer& layer) { AddSprayRun(layer, 3, false); }, 0, 1},
+        {[](TMapLayer& layer) { AddSprayRun(layer, 3, false); }, 0, 0},
+        {[](TMapLayer& layer) { AddSprayRun(layer, 1, true); }, 0, 0},
+    };
     const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new TOtherDates));
-    TMapLayer layer;
-    AddMarker(layer, 45.5, 10.8, "Gate");
-    AddMarker(layer, 45.6, 10.9, "Well");
-    TGisFileDxf writer;
-    const std::string written = WriteLayer(layer, writer);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        int result = -1;
+        EXPECT_EQ(WriteBuiltLayer(cases[i].build, cases[i].singleBlock, cases[i].sprayOnly, &result),
+                  Golden(kGoldens[i]))
+            << kGoldens[i];
+        EXPECT_EQ(result, 0) << kGoldens[i];
+    }
     std::locale::global(previous);
-    EXPECT_EQ(written, Golden("markers_only.dxf"));
 }
 
-TEST_F(DxfWriter, PolygonsByKindAndBoundType) {
-    const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
-    TMapLayer layer;
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC, ring);
-    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
-    AddLine(layer, ELEMENT_LINE_AREA, 0, {ring[0], ring[1]});
-    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
-    // Lines of other classes and markers are not written.
-    AddLine(layer, ELEMENT_LINE_ROAD, BOUNDARY_EXC, ring);
-    AddLine(layer, ELEMENT_LINE_WATER, 0, ring);
-    AddLine(layer, ELEMENT_LINE_GENERIC, 0, ring);
-    AddMarker(layer, 45.5, 10.8, "Gate");
-    TGisFileDxf writer;
-    int result = -1;
-    EXPECT_EQ(DescribePolylines(WriteLayer(layer, writer, &result)), "3:4 1:4 3:4 3:2 1:4 6:0");
-    EXPECT_EQ(result, 0);
-}
-
-// Recorded spray in both modes: which polylines come out, and the track outline that gathers
-// every sample of every run.
-TEST_F(DxfWriter, SprayRunsByMode) {
+// Which polylines come out in both modes, and the track outline that gathers every sample of
+// every run.
+TEST_F(DxfWriter, PolylinesByMode) {
     const auto firstSampleOff = [](TMapLayer& layer) {
         AddSprayRun(layer, 4, true);
         static_cast<TFeatureSpray*>(layer.m_Elements.back())->m_pRecs[0].bySpray = 0;
@@ -217,6 +179,20 @@ TEST_F(DxfWriter, SprayRunsByMode) {
              AddSprayRun(l, 2, false);
          },
          0, 0, "1:6 3:3 2:2 6:6"},
+        // Polygons by kind and bound type; lines of other classes and markers are not written.
+        {"polygons",
+         [](TMapLayer& l) {
+             const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
+             AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
+             AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC, ring);
+             AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
+             AddLine(l, ELEMENT_LINE_AREA, 0, {ring[0], ring[1]});
+             AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
+             for (const std::uint32_t kind : {ELEMENT_LINE_ROAD, ELEMENT_LINE_WATER, ELEMENT_LINE_GENERIC})
+                 AddLine(l, kind, BOUNDARY_EXC, ring);
+             AddMarker(l, 45.5, 10.8, "Gate");
+         },
+         0, 1, "3:4 1:4 3:4 3:2 1:4 6:0"},
     };
     for (const auto& c : cases) {
         int result = -1;
@@ -261,38 +237,32 @@ std::string WrittenGroups(const std::function<void(TDxfGroupWriter&)>& write) {
 }
 
 TEST(DxfGroupWriter, CodesAndValues) {
+    // Values are cut to 82 characters, numbers written as "%.6f".
+    const std::string cut = std::string(82, 'v') + "\r\n";
     const struct {
         int code;
         std::string value;
-        const char* expected;
+        std::string expected;
     } cases[] = {
         {0, "SECTION", "  0\r\nSECTION\r\n"},
-        {10, "1.5", " 10\r\n1.5\r\n"},
         {999, "note", "999\r\nnote\r\n"},
         {1071, "7", "1071\r\n7\r\n"},
         {-5, "", " -5\r\n\r\n"},
-        {1, std::string(100, 'v'), nullptr},  // cut to 82 characters
+        {1, std::string(100, 'v'), "  1\r\n" + cut},
     };
-    for (const auto& c : cases) {
-        const std::string expected = c.expected ? c.expected : "  1\r\n" + std::string(82, 'v') + "\r\n";
-        EXPECT_EQ(WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(c.code, c.value); }), expected)
+    for (const auto& c : cases)
+        EXPECT_EQ(WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(c.code, c.value); }), c.expected)
             << c.code;
-    }
-    const struct {
-        double value;
-        const char* expected;
-    } numbers[] = {{-93.5, "-93.500000"},
-                   {45.123456789, "45.123457"},
-                   {0.0000004, "0.000000"},
-                   {-0.0000004, "-0.000000"},
-                   {1e300, nullptr}};
-    for (const auto& n : numbers) {
-        const std::string text = WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(10, n.value); });
-        if (n.expected)
-            EXPECT_EQ(text, std::string(" 10\r\n") + n.expected + "\r\n") << n.value;
-        else  // a value wider than the line buffer is cut, never spilled
-            EXPECT_EQ(text.size(), 5u + 82u + 2u) << n.value;
-    }
+    const std::pair<double, const char*> numbers[] = {{-93.5, "-93.500000"},
+                                                      {45.123456789, "45.123457"},
+                                                      {0.0000004, "0.000000"},
+                                                      {-0.0000004, "-0.000000"}};
+    for (const auto& [value, expected] : numbers)
+        EXPECT_EQ(WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(10, value); }),
+                  std::string(" 10\r\n") + expected + "\r\n")
+            << value;
+    // A value wider than the line buffer is cut, never spilled.
+    EXPECT_EQ(WrittenGroups([&](TDxfGroupWriter& out) { out.WriteGroup(10, 1e300); }).size(), 5u + 82u + 2u);
 }
 
 TEST_F(DxfWriter, FailuresGiveOne) {
@@ -336,10 +306,10 @@ TEST_F(DxfWriter, ReadBackGivesTheSameBoundaries) {
         const auto* a = static_cast<const TFeatureLine*>(layer.m_Elements[i]);
         const auto* b = static_cast<const TFeatureLine*>(back.m_Elements[i]);
         ASSERT_EQ(b->m_iNumPoints, a->m_iNumPoints) << "ring " << i;
-        for (int k = 0; k < a->m_iNumPoints; ++k) {
-            EXPECT_NEAR(b->m_pPoints[k].dLat, a->m_pPoints[k].dLat, 5e-7) << "ring " << i << " vertex " << k;
-            EXPECT_NEAR(b->m_pPoints[k].dLon, a->m_pPoints[k].dLon, 5e-7) << "ring " << i << " vertex " << k;
-        }
+        for (int k = 0; k < a->m_iNumPoints; ++k)
+            EXPECT_TRUE(std::abs(b->m_pPoints[k].dLat - a->m_pPoints[k].dLat) < 5e-7 &&
+                        std::abs(b->m_pPoints[k].dLon - a->m_pPoints[k].dLon) < 5e-7)
+                << "ring " << i << " vertex " << k;
     }
 }
 
@@ -348,9 +318,7 @@ TEST_F(DxfWriter, PeersAcceptEveryGolden) {
     if (!peers.bEzdxf && !peers.bGdal) GTEST_SKIP() << peers.Missing();
     TTempDir dir;
     std::vector<std::string> files;
-    for (const char* name :
-         {"boundary_exclusion.dxf", "markers_only.dxf", "spray_one_block.dxf", "spray_single_blocks.dxf",
-          "nonspray_spray_only.dxf", "nonspray_track.dxf", "one_sample.dxf"})
+    for (const char* name : kGoldens)
         files.push_back(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/dxf/" + name);
     TMapLayer layer;
     AddFieldRings(layer, 40);

@@ -15,10 +15,6 @@ struct TGoldenCase {
     int iSprayChans = 0;
 };
 
-void FillMarker(TMapLayer& layer) {
-    AddMarker(layer, "B", 45.5, -93.25);
-}
-
 void FillPolygons(TMapLayer& layer) {
     AddPolygon(layer, "pond", BOUNDARY_EXC, {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}, {45.1, -93.0}});
     AddPolygon<TFeatureLineArea>(layer, "field 7", BOUNDARY_INC,
@@ -29,10 +25,6 @@ void FillPolygons(TMapLayer& layer) {
     auto* point = new TFeaturePoint;
     point->m_Loc = TLoc(1, 2);
     layer.AddElement(point);
-}
-
-void FillThreeSamples(TMapLayer& layer) {
-    AddThreeSampleSpray(layer);
 }
 
 // A run with an impossible month and hour, a run whose first channel value suppresses the
@@ -57,33 +49,29 @@ void FillSprayEdges(TMapLayer& layer) {
 }
 
 const TGoldenCase kGoldenCases[] = {
-    {"marker_tab", MID_DELIMITER_TAB, FillMarker},
+    {"marker_tab", MID_DELIMITER_TAB, [](TMapLayer& l) { AddMarker(l, "B", 45.5, -93.25); }},
     {"polygons", MID_DELIMITER_COMMA, FillPolygons},
     // Channel 1 peaks at 30 L/ha: 3.2072 US gallons per acre in the block rows.
-    {"spray_one_block", MID_DELIMITER_COMMA, FillThreeSamples, 0, 2},
-    {"spray_pair_blocks", MID_DELIMITER_COMMA, FillThreeSamples, 1, 2},
+    {"spray_one_block", MID_DELIMITER_COMMA, [](TMapLayer& l) { AddThreeSampleSpray(l); }, 0, 2},
+    {"spray_pair_blocks", MID_DELIMITER_COMMA, [](TMapLayer& l) { AddThreeSampleSpray(l); }, 1, 2},
     {"spray_edges", MID_DELIMITER_COMMA, FillSprayEdges, 0, 2},
 };
 
-class MidMifGolden : public MidMifSettings, public testing::WithParamInterface<TGoldenCase> {};
-
-TEST_P(MidMifGolden, MatchesByteForByte) {
-    const TGoldenCase& c = GetParam();
-    TGisFileMidMif::s_eMidDelimiter = c.eDelimiter;
-    TGisFileMidMif::s_iDefaultSingleBlockMode = c.iSingleBlockMode;
-    TGisFileMidMif::s_iMidSprayChans = c.iSprayChans;
-    TMapLayer layer;
-    c.fill(layer);
-    TTempDir dir;
-    TGisMap map;
-    ASSERT_EQ(map.WriteFile(dir.File("out.mif").c_str(), &layer), 0);
-    EXPECT_TRUE(SameAsGolden(dir.File("out"), c.pszName));
-}
-
-INSTANTIATE_TEST_SUITE_P(Pairs, MidMifGolden, testing::ValuesIn(kGoldenCases),
-                         [](const testing::TestParamInfo<TGoldenCase>& info) { return info.param.pszName; });
-
 using MidMifWriter = MidMifSettings;
+
+TEST_F(MidMifWriter, GoldenPairsMatchByteForByte) {
+    for (const TGoldenCase& c : kGoldenCases) {
+        TGisFileMidMif::s_eMidDelimiter = c.eDelimiter;
+        TGisFileMidMif::s_iDefaultSingleBlockMode = c.iSingleBlockMode;
+        TGisFileMidMif::s_iMidSprayChans = c.iSprayChans;
+        TMapLayer layer;
+        c.fill(layer);
+        TTempDir dir;
+        TGisMap map;
+        ASSERT_EQ(map.WriteFile(dir.File("out.mif").c_str(), &layer), 0) << c.pszName;
+        ExpectSameAsGolden(dir.File("out"), c.pszName);
+    }
+}
 
 TEST_F(MidMifWriter, DelimiterLineAndMarkerRowFollowTheSetting) {
     const struct {
@@ -201,9 +189,7 @@ TEST_F(MidMifCompleteRows, GdalReadsEveryObject) {
             EXPECT_EQ(r.iExit, 0) << what;
             EXPECT_EQ(r.strErr.find("ERROR"), std::string::npos) << what;
             int features = 0;
-            for (std::size_t at = r.strOut.find("OGRFeature("); at != std::string::npos;
-                 at = r.strOut.find("OGRFeature(", at + 1))
-                ++features;
+            for (const std::string& line : Lines(r.strOut)) features += line.rfind("OGRFeature(", 0) == 0;
             // Three polygons and a marker, then 1 or 2 regions per run and 2 sample points each.
             EXPECT_EQ(objects, mode == 0 ? 10 : 12) << what;
             EXPECT_EQ(features, objects) << what;

@@ -81,13 +81,8 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSampleValues
 // 15 March 2020 at 14:03, plus seconds and hundredths.
 inline TSprayTime MarchTime(int second, int hundredths) {
     TSprayTime t;
-    t.iYear = 2020;
-    t.iMonth = 3;
-    t.iDay = 15;
-    t.iHour = 14;
-    t.iMinute = 3;
-    t.iSecond = second;
-    t.iHundredths = hundredths;
+    t.iYear = 2020, t.iMonth = 3, t.iDay = 15, t.iHour = 14, t.iMinute = 3;
+    t.iSecond = second, t.iHundredths = hundredths;
     return t;
 }
 
@@ -140,20 +135,10 @@ inline std::string MidMifDataFile(const std::string& name) {
 }
 
 // Compares the pair written at base.mif / base.mid with the golden pair of that name.
-inline testing::AssertionResult SameAsGolden(const std::string& writtenBase, const std::string& goldenName) {
+inline void ExpectSameAsGolden(const std::string& writtenBase, const std::string& goldenName) {
     for (const char* ext : {".mif", ".mid"}) {
-        const std::string written = ReadFileBytes(writtenBase + ext);
         const std::string golden = ReadFileBytes(MidMifDataFile(goldenName + ext));
-        if (golden.empty())
-            return testing::AssertionFailure() << "golden " << goldenName << ext << " is missing";
-        if (written != golden) {
-            std::size_t at = 0;
-            while (at < written.size() && at < golden.size() && written[at] == golden[at]) ++at;
-            return testing::AssertionFailure()
-                   << goldenName << ext << " differs at byte " << at << "\n--- written ---\n"
-                   << written << "\n--- golden ---\n"
-                   << golden;
-        }
+        EXPECT_FALSE(golden.empty()) << goldenName << ext;
+        EXPECT_EQ(ReadFileBytes(writtenBase + ext), golden) << goldenName << ext;
     }
-    return testing::AssertionSuccess();
 }

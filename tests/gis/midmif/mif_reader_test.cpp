@@ -113,19 +113,15 @@ const TReadCase kReadCases[] = {
     {"empty_file", "", ""},
 };
 
-class MifRead : public testing::TestWithParam<TReadCase> {};
-
-TEST_P(MifRead, LeavesTheExpectedLayer) {
-    const TReadCase& c = GetParam();
-    TTempDir dir;
-    WriteFileBytes(dir.File("test.mif"), c.strText);
-    const TLoadOutcome r = LoadMif(dir.File("test.mif"), c.answers);
-    EXPECT_EQ(r.iResult, 0);
-    EXPECT_EQ(r.strSummary, c.pszExpected);
+TEST(MifRead, LinesLeaveTheExpectedLayer) {
+    for (const TReadCase& c : kReadCases) {
+        TTempDir dir;
+        WriteFileBytes(dir.File("test.mif"), c.strText);
+        const TLoadOutcome r = LoadMif(dir.File("test.mif"), c.answers);
+        EXPECT_EQ(r.iResult, 0) << c.pszName;
+        EXPECT_EQ(r.strSummary, c.pszExpected) << c.pszName;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lines, MifRead, testing::ValuesIn(kReadCases),
-                         [](const testing::TestParamInfo<TReadCase>& info) { return info.param.pszName; });
 
 TEST(MifFiles, NamesAndMissingFiles) {
     for (const char* name : {"track.MIF", "C:\\data\\track.mif"})
