@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "gis/byte_order.h"
 #include "gis/shp/shp_codec.h"
 #include "gis/shp/shp_record_reader.h"
 #include "platform/byte_file.h"
@@ -16,32 +15,6 @@ using namespace shp_test;
 namespace {
 const unsigned char* Bytes(const std::string& s) {
     return reinterpret_cast<const unsigned char*>(s.data());
-}
-
-TEST(ByteOrder, ReadsAndWritesKnownBytes) {
-    const unsigned char be[4] = {0x00, 0x00, 0x27, 0x0A};  // 9994
-    EXPECT_EQ(readBE32(be), 9994u);
-    EXPECT_EQ(readLE32(be), 0x0A270000u);
-    const unsigned char neg[4] = {0xFF, 0xFF, 0xFF, 0xFE};
-    EXPECT_EQ(readBEInt32(neg), -2);
-    EXPECT_EQ(readLEInt32(neg), -16777217);
-    const unsigned char one[8] = {0, 0, 0, 0, 0, 0, 0xF0, 0x3F};  // 1.0
-    EXPECT_EQ(readLEDouble(one), 1.0);
-    const unsigned char le16[2] = {0xE1, 0x02};
-    EXPECT_EQ(readLE16(le16), 737u);
-
-    unsigned char out[8] = {};
-    writeBE32(out, 9994);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(out), 4), std::string("\0\0\x27\x0A", 4));
-    writeLEInt32(out, -2);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(out), 4), std::string("\xFE\xFF\xFF\xFF", 4));
-    writeLEDouble(out, -93.25);
-    std::string expected;
-    PutLEDouble(expected, -93.25);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(out), 8), expected);
-    writeLE16(out, 261);
-    EXPECT_EQ(out[0], 5);
-    EXPECT_EQ(out[1], 1);
 }
 
 TEST(ShpCodec, RecordHeaderOrderFromTheFirstRecord) {
@@ -74,28 +47,6 @@ TEST(ShpCodec, RecordHeaderOrderFromTheFirstRecord) {
         EXPECT_EQ(rh.iNumber, c.iNumber);
         EXPECT_EQ(rh.iContentWords, 10);
     }
-}
-
-TEST(ShpCodec, PolyRecordParts) {
-    const std::vector<TXY> points = {{1, 10}, {2, 20}, {3, 30}, {4, 40}, {5, 50}};
-    const std::string content = PolyContent(3, {0, 2, 2}, points);
-    TShpPolyRecord rec;
-    std::string problem;
-    ASSERT_TRUE(rec.Decode(Bytes(content), content.size(), problem)) << problem;
-    ASSERT_EQ(rec.GetPartCount(), 3);
-    EXPECT_EQ(rec.GetPointCount(), 5);
-    const int expected[][2] = {{0, 2}, {2, 2}, {2, 5}};
-    for (int p = 0; p < 3; ++p) {
-        EXPECT_EQ(rec.GetPartStart(p), expected[p][0]) << "part " << p;
-        EXPECT_EQ(rec.GetPartEnd(p), expected[p][1]) << "part " << p;
-    }
-    tagLOC locs[3];
-    rec.CopyPoints(2, 3, locs);
-    EXPECT_EQ(locs[0].dLat, 30.0);
-    EXPECT_EQ(locs[0].dLon, 3.0);
-    EXPECT_EQ(locs[2].dLat, 50.0);
-    // One byte short of its last point is damage, not a shorter record.
-    EXPECT_FALSE(rec.Decode(Bytes(content), content.size() - 1, problem));
 }
 
 // Records of sizes around the block size come out whole and in order, whatever the block.

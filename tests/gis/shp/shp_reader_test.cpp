@@ -128,29 +128,6 @@ TEST(ShpReader, CraftedFiles) {
     }
 }
 
-TEST(ShpReader, VerticesAndRingsAsStored) {
-    TTempDir dir;
-    const std::string path = dir.File("v.shp");
-    WriteFileBytes(path, TShpBytes(true).Record(1, PolyContent(5, {0}, SquareRing(0.01, true))).Bytes());
-    TMapLayer layer;
-    ASSERT_EQ(TGisMap().LoadFile(path.c_str(), &layer, nullptr), 0);
-    ASSERT_EQ(layer.m_Elements.size(), 1u);
-    const auto* ring = dynamic_cast<const TFeatureLine*>(layer.m_Elements[0]);
-    ASSERT_NE(ring, nullptr);
-    EXPECT_EQ(ring->m_dwType, 0x04101000u | 16u);
-    const std::vector<TXY> expected = SquareRing(0.01, true);
-    ASSERT_EQ(ring->m_iNumPoints, 5) << "the closing point is kept";
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(ring->m_pPoints[i].dLat, expected[static_cast<std::size_t>(i)].second) << i;
-        EXPECT_EQ(ring->m_pPoints[i].dLon, expected[static_cast<std::size_t>(i)].first) << i;
-    }
-    ASSERT_EQ(layer.m_Polygons.size(), 1u);
-    EXPECT_GT(layer.m_Polygons[0].dArea, 0.0);
-    ASSERT_EQ(layer.m_Centroids.size(), 1u);
-    EXPECT_NEAR(layer.m_Centroids[0].dLat, 45.5, 1e-9);
-    EXPECT_NEAR(layer.m_Centroids[0].dLon, -93.25, 1e-9);
-}
-
 struct TDamagedCase {
     const char* pszName;
     std::string strBytes;
@@ -264,17 +241,6 @@ TEST(ShpReader, ProgressFollowsTheFile) {
     ASSERT_FALSE(g_Progress.empty());
     EXPECT_EQ(g_Progress.back(), 100);
     EXPECT_TRUE(std::is_sorted(g_Progress.begin(), g_Progress.end()));
-}
-
-TEST(ShpReader, RecognisesItsExtension) {
-    const std::pair<const char*, bool> names[] = {{"a.shp", true},      {"B.SHP", true}, {"c.Shp", true},
-                                                  {"d.shp.bak", false}, {"shp", false},  {"e.shx", false},
-                                                  {"dir.shp/f", false}, {"g.", false}};
-    for (const auto& [name, valid] : names) {
-        EXPECT_EQ(TGisFileShp::IsValidFile(name), valid) << name;
-        EXPECT_EQ(TGisMap::GetGisFileType(name) == GIS_FILE_SHP, valid) << name;
-    }
-    EXPECT_TRUE(TGisMap::CanLoad(GIS_FILE_SHP));
 }
 
 }  // namespace

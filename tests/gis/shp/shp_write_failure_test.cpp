@@ -1,5 +1,5 @@
 // The export when things go wrong: folders that cannot take the files, records too big for a
-// scratch block, and damaged or extreme spray data; and the traced export of a whole layer.
+// scratch block, and damaged or extreme spray data;.
 
 #include <gtest/gtest.h>
 
@@ -153,8 +153,7 @@ TEST(ShpWriteFailure, BadSprayDataGivesConsistentFiles) {
     for (int format : {0, 1, 2, 3, 7}) {
         for (const TBad& b : bad) {
             TShpSettingsGuard settings;
-            TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(format);
-            TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(format % 2);
+            SetShpFormats(format, format % 2);
             TTempDir dir;
             TMapLayer layer;
             b.pfnAdd(layer, nan);
@@ -198,48 +197,4 @@ TEST(ShpWriteFailure, BadTimesAndLongTextsAreCutToTheirFields) {
     // Without a source file the non-spray triple is named from an empty base, in the current folder.
     for (const char* ext : {".shp", ".shx", ".dbf"})
         EXPECT_TRUE(std::filesystem::remove(std::string("_NonSpray_PL") + ext));
-}
-
-TEST(ShpWriteTraced, BoundariesAndThreeRunsGiveTheSprayAndNonSprayTriples) {
-    TShpSettingsGuard settings;
-    TTempDir dir;
-    const std::string source = dir.File("flight.csv");
-    WriteFileBytes(source, "recorded\n");
-    TMapLayer layer;
-    AddBoundary(layer, {{45.49, -93.26}, {45.51, -93.26}, {45.51, -93.24}, {45.49, -93.24}}, BOUNDARY_INC);
-    AddBoundary(layer, {{45.495, -93.255}, {45.5, -93.255}, {45.5, -93.25}}, BOUNDARY_EXC);
-    for (double heading : {0.0, 90.0, 180.0})
-        AddSpray(layer, MakeSpray(Straight(4, heading, 20, {0, 1, 1, 1})));
-    // A fourth run that sprays from its first sample.
-    AddSpray(layer, MakeSpray(Straight(3, 45.0)));
-    TScriptedMessages quiet;
-    TGisFileShp writer;
-    writer.SetSourceFile(source);
-    ASSERT_EQ(writer.WriteFile(dir.File("field12.shp").c_str(), &layer), GISFILE_OK);
-    for (const char* ext : {".shp", ".shx", ".dbf"}) {
-        EXPECT_TRUE(Exists(dir.File("field12_Spray_Polys") + ext)) << ext;
-        EXPECT_TRUE(Exists(dir.File("flight_NonSpray_PL") + ext)) << ext;
-    }
-    EXPECT_EQ(ReadShapes(ReadFileBytes(dir.File("field12_Spray_Polys.shp"))).size(), 1u)
-        << "runs that start without spraying give no polygon";
-    EXPECT_EQ(ReadShapes(ReadFileBytes(dir.File("flight_NonSpray_PL.shp"))).size(), 3u);
-    EXPECT_TRUE(Consistent(dir.File("field12_Spray_Polys")));
-    EXPECT_TRUE(Consistent(dir.File("flight_NonSpray_PL")));
-    EXPECT_TRUE(Exists(dir.File("field12_Spray_Polys.shp")));
-    EXPECT_NE(layer.m_dwFlags & ELEMENT_FLAG_WRITER_LAYER, 0u);
-}
-
-TEST(ShpWriteTraced, DispatcherWritesBoundariesWhenAsked) {
-    TShpSettingsGuard settings;
-    TTempDir dir;
-    TMapLayer layer;
-    // Boundaries only: written as one shape in boundary mode, skipped in spray mode.
-    AddBoundary(layer, {{45.49, -93.26}, {45.51, -93.26}, {45.51, -93.24}}, BOUNDARY_INC);
-    TScriptedMessages quiet;
-    TGisMap map;
-    map.m_bWriteBoundaries = true;
-    ASSERT_EQ(map.WriteFile(dir.File("b.shp").c_str(), &layer), GISFILE_OK);
-    const std::vector<TShape> shapes = ReadShapes(ReadFileBytes(dir.File("b_Spray_Polys.shp")));
-    ASSERT_EQ(shapes.size(), 1u);
-    EXPECT_EQ(shapes[0].Points.size(), 4u);
 }

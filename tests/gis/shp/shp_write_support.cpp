@@ -143,14 +143,9 @@ TTriple ReadTriple(const std::string& stem) {
     return {ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf")};
 }
 
-TShpSettingsGuard::TShpSettingsGuard() {
-    TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
-    TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
-}
-
-TShpSettingsGuard::~TShpSettingsGuard() {
-    TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
-    TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
+void SetShpFormats(int sprayFormat, int nonSprayFormat) {
+    TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(sprayFormat);
+    TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(nonSprayFormat);
 }
 
 }  // namespace shp_write_test

@@ -55,11 +55,13 @@ struct TTriple {
 };
 TTriple ReadTriple(const std::string& stem);
 
-// Resets the writer's static settings to their defaults for the life of the guard.
-class TShpSettingsGuard {
-public:
-    TShpSettingsGuard();
-    ~TShpSettingsGuard();
+// Sets the writer's static shape forms.
+void SetShpFormats(int sprayFormat, int nonSprayFormat);
+
+// Resets the writer's static shape forms to their defaults for the life of the guard.
+struct TShpSettingsGuard {
+    TShpSettingsGuard() { SetShpFormats(ESRI_SPRAY_POLYGONS, ESRI_NONSPRAY_POLYLINES); }
+    ~TShpSettingsGuard() { SetShpFormats(ESRI_SPRAY_POLYGONS, ESRI_NONSPRAY_POLYLINES); }
     TShpSettingsGuard(const TShpSettingsGuard&) = delete;
     TShpSettingsGuard& operator=(const TShpSettingsGuard&) = delete;
 };
