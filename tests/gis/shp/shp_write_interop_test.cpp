@@ -1,6 +1,6 @@
 // Files of the export open in independent readers: GDAL's ogrinfo reads every shape and row
 // without a complaint, and pyshp finds the shapes, vertices, field names and first row that
-// were written.
+// were written. Also the tool's shapefile options end to end.
 
 #include <gtest/gtest.h>
 
@@ -82,7 +82,8 @@ protected:
     // Writes the case's layer and returns the stems of the triples written.
     std::vector<std::string> Write() {
         const TInteropCase& c = GetParam();
-        SetShpFormats(c.iSprayFormat, c.iNonSprayFormat);
+        TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(c.iSprayFormat);
+        TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(c.iNonSprayFormat);
         TMapLayer layer;
         FillLayer(layer);
         TScriptedMessages quiet;
@@ -181,3 +182,64 @@ TEST_P(ShpWriteInterop, PyshpFindsShapesFieldsAndFirstRow) {
 
 INSTANTIATE_TEST_SUITE_P(Forms, ShpWriteInterop, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.pszName); });
+
+TEST(ShpTool, ConvertWithShapefileOptions) {
+    TTempDir dir;
+    const std::string csv = dir.File("flight.csv");
+    WriteFileBytes(csv,
+                   "run,time,lat,lon,heading,speed,spray,swath,aircraft\n"
+                   "A,2024-06-01T14:03:10.00,45.5,-93.25,0,50,1,20,N512AG\n"
+                   "A,2024-06-01T14:03:11.00,45.500899753,-93.25,0,50,1,20,N512AG\n"
+                   "A,2024-06-01T14:03:12.00,45.501799507,-93.25,0,50,1,20,N512AG\n"
+                   "B,2024-06-01T14:04:10.00,45.6,-93.2,45,50,0,20,N512AG\n"
+                   "B,2024-06-01T14:04:11.00,45.6006,-93.1991,45,50,0,20,N512AG\n");
+    const std::string tool = std::string(TLGIS_EXE) + " convert - ";
+    struct TCase {
+        const char* pszName;
+        std::string strArgs;
+        int iExit;
+        std::vector<std::string> Written;  // stems of the triples, relative to the folder
+        const char* pszNote;
+    };
+    const TCase cases[] = {
+        {"default polygons",
+         "a.shp --spray " + ShellQuote(csv) + " --company Acme --metric",
+         0,
+         {"a_Spray_Polys", "flight_NonSpray_PL"},
+         nullptr},
+        {"points and non-spray points",
+         "b.shp --spray " + ShellQuote(csv) + " --spray-format points --nonspray-format points",
+         0,
+         {"b_Spray_Pts", "flight_NonSpray_Pts"},
+         nullptr},
+        {"boundaries asked for",
+         "c.shp --spray " + ShellQuote(csv) + " --boundaries --spray-format spots",
+         0,
+         {"c_Spray_Spot", "flight_NonSpray_PL"},
+         nullptr},
+        {"no spray implies boundaries", "d.shp --single-block", 0, {"d_Spray_Polys"}, "no recorded spray"},
+        {"bad form",
+         "e.shp --spray-format circles",
+         2,
+         {},
+         "--spray-format takes polygons, polylines, points, spots"},
+    };
+    for (const TCase& c : cases) {
+        const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + tool + c.strArgs);
+        EXPECT_EQ(r.iExit, c.iExit) << c.pszName << ": " << r.strErr;
+        for (const std::string& stem : c.Written) {
+            for (const char* ext : {".shp", ".shx", ".dbf"}) {
+                EXPECT_NE(r.strErr.find(stem + ext), std::string::npos) << c.pszName << ": " << r.strErr;
+                EXPECT_FALSE(ReadFileBytes(dir.File(stem + ext)).empty()) << c.pszName << ": " << stem << ext;
+            }
+        }
+        if (c.pszNote != nullptr) {
+            EXPECT_NE(r.strErr.find(c.pszNote), std::string::npos) << c.pszName << ": " << r.strErr;
+        }
+    }
+    const TTable table = ReadTable(ReadFileBytes(dir.File("a_Spray_Polys.dbf")));
+    ASSERT_EQ(table.Rows.size(), 1u);
+    EXPECT_EQ(Trim(table.Rows[0][1]), "Acme");
+    EXPECT_EQ(Trim(table.Rows[0][2]), "flight");
+    EXPECT_EQ(table.Names[14], "SWIDTH_M");
+}
