@@ -93,6 +93,19 @@ TEST(TlgisTool, ResultCodesOfFailedLoads) {
 }
 
 // The JSON report parses, also for an empty layer ('-' loads nothing) and for a failed load.
+TEST(TlgisTool, ProgressOnAPipe) {
+    TTempDir dir;
+    const std::string job = ShellQuote(std::string(TL_GIS_SOURCE_DIR) + "/examples/field.job");
+    RunCases({
+        {"load and write with --progress",
+         "convert " + job + " " + ShellQuote(dir.File("field.mif")) + " --progress",
+         0,
+         {},
+         {"0...10...20...30...40...50...60...70...80...90...100 - done.\n", "writing ",
+          "field.mif ... done in "}},
+    });
+}
+
 TEST(TlgisTool, JsonReports) {
     const std::string python = TL_GIS_PYTHON;
     if (!HaveProgram(python)) GTEST_SKIP() << python << " is not installed";

@@ -1,6 +1,8 @@
 #include "layer_loading.h"
 
 #include <unistd.h>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 
@@ -12,7 +14,8 @@ namespace {
 bool g_bProgressBar = false;
 int g_iLastShown = -1;
 
-// GDAL-style progress: "0...10...20...100 - done." on a pipe, a bar on a terminal.
+// GDAL-style progress: "0...10...20...100 - done." on a pipe, a bar on a terminal. The bar
+// remembers the last percentage shown, the pipe form the last 2.5 % mark.
 void ShowProgress(int percent) {
     if (percent < 0) percent = 0;
     if (percent > 100) percent = 100;
@@ -25,26 +28,33 @@ void ShowProgress(int percent) {
         std::fflush(stderr);
         return;
     }
-    while (g_iLastShown < percent) {
-        ++g_iLastShown;
-        if (g_iLastShown % 10 == 0)
-            std::fprintf(stderr, "%d", g_iLastShown);
-        else if (g_iLastShown % 2 == 0)
+    // One mark per 2.5 %: the tens as numbers, three dots between them.
+    const int quarterSteps = percent * 4 / 10;
+    if (g_iLastShown < 0) std::fputs("0", stderr);
+    for (int step = std::max(g_iLastShown, 0) + 1; step <= quarterSteps; ++step) {
+        if (step % 4 == 0)
+            std::fprintf(stderr, "%d", step * 10 / 4);
+        else
             std::fputs(".", stderr);
     }
+    g_iLastShown = std::max(g_iLastShown, quarterSteps);
     std::fflush(stderr);
 }
 
-void FinishProgress() {
-    if (g_iLastShown < 0) return;
-    if (g_bProgressBar) {
+// Completes the display of a load at 100; a failed load only ends the line it started.
+void FinishProgress(bool loaded) {
+    if (loaded) {
         ShowProgress(100);
+        std::fputs(g_bProgressBar ? "\n" : " - done.\n", stderr);
+    } else if (g_iLastShown >= 0) {
         std::fputs("\n", stderr);
-    } else {
-        ShowProgress(100);
-        std::fputs(" - done.\n", stderr);
     }
     g_iLastShown = -1;
+}
+
+// A progress display is shown on a terminal unless --quiet, and on a pipe only with --progress.
+bool WantProgress(const TToolOptions& options) {
+    return options.Has("progress") || (isatty(STDERR_FILENO) && !options.Has("quiet"));
 }
 }  // namespace
 
@@ -85,7 +95,7 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     TLoadOutcome outcome;
     if (path == "-") return outcome;
     outcome.iType = TGisMap::GetGisFileType(path.c_str());
-    const bool wantProgress = options.Has("progress") || (isatty(STDERR_FILENO) && !options.Has("quiet"));
+    const bool wantProgress = WantProgress(options);
     g_bProgressBar = isatty(STDERR_FILENO) != 0;
     g_iLastShown = -1;
     std::error_code ec;
@@ -98,7 +108,7 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     }
     TGisMap map;
     outcome.iResult = map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr);
-    if (wantProgress) FinishProgress();
+    if (wantProgress) FinishProgress(outcome.iResult == 0);
     // A missing file: the base reports no status (6001) and the reader's open fails (6002).
     if (outcome.iResult != 0) PrintError(DescribeFailure(path, outcome.iType, outcome.iResult, false));
     return outcome;
@@ -113,6 +123,16 @@ int WriteLayer(const std::string& out, TMapLayer& layer, const TToolOptions& opt
             return result;
         }
     }
+    // The writers report no progress while they run, so a write shows where it goes and, once
+    // done, how long it took.
+    const bool wantProgress = WantProgress(options);
+    if (wantProgress) std::fprintf(stderr, "writing %s ... ", out.c_str());
+    const auto start = std::chrono::steady_clock::now();
     TGisMap map;
-    return map.WriteFile(out.c_str(), &layer);
+    result = map.WriteFile(out.c_str(), &layer);
+    if (wantProgress) {
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+        std::fprintf(stderr, result == 0 ? "done in %.2f s.\n" : "failed after %.2f s.\n", took.count());
+    }
+    return result;
 }

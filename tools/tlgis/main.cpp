@@ -27,7 +27,7 @@ const char* const kUsage =
     "  --projected stop|skip|ask   answer to 'the file looks projected, stop?' (default stop)\n"
     "  --config DIR                folder of Orvanta.ini and the language files\n"
     "  --lang NAME                 english, french, german, italian, portuguese or spanish\n"
-    "  --progress                  show progress while loading\n"
+    "  --progress                  show progress while loading and the time a write took\n"
     "  --quiet                     no notes\n";
 
 const char* const kConvertHelp =
