@@ -28,9 +28,11 @@ for ext in shp dxf mif; do
 done
 # The shapefile writer names its output after the export form; the inputs are plain base.*.
 # Its boundary table holds a record count without record bytes, on which GDAL stops after the
-# first feature, so both programs read the geometry alone.
+# first feature, and no fields, without which GDAL writes no MIF: the input gets a table of one
+# ID per shape instead (tlgis reads the shapes alone either way).
 for ext in shp shx; do mv "$work/in/base_Spray_Polys.$ext" "$work/in/base.$ext"; done
 rm -f "$work/in/base_Spray_Polys.dbf"
+"$make_data" idtable "$work/in/base.dbf" "$count"
 echo "data: $count polygons x 11 vertices; $(du -sh "$work/in/base.dxf" | cut -f1) DXF, $(du -sh "$work/in/base.shp" | cut -f1) SHP" >&2
 
 # measure OUTPUT_FILE COMMAND...: runs the command 1 + 5 times with the output folder emptied

@@ -2,6 +2,7 @@
 //
 //   make_bench_data polygons OUT.(shp|dxf|mif|job|pmh) [COUNT]   COUNT boundaries of 11 vertices
 //   make_bench_data flight OUT.csv [SAMPLES]                      a flight of SAMPLES samples
+//   make_bench_data idtable OUT.dbf [COUNT]                       a table of one ID field, 1..COUNT
 //
 // Polygons are ten-sided rings on a 400-column grid near 45 N 93.5 W; the flight flies 200 m
 // passes back and forth over the same area, spraying on every other pass.
@@ -16,6 +17,7 @@
 #include "gis/line_assembly.h"
 #include "gis/midmif/gis_file_midmif.h"
 #include "gis/numbers.h"
+#include "gis/shp/dbf_table.h"
 #include "platform/message_box.h"
 
 namespace {
@@ -38,11 +40,30 @@ int WritePolygons(const char* out, long count) {
     }
     layer.CalculateGeoExtents();
     TGisMap map;
-    map.m_bWriteBoundaries = true;
-    TGisFileMidMif::s_bMidCompleteRows = true;  // rows that other GIS programs read to the end  // a shapefile of the boundaries, there being no recorded spray
+    map.m_bWriteBoundaries = true;              // a shapefile of the boundaries, there being no spray
+    TGisFileMidMif::s_bMidCompleteRows = true;  // rows that other GIS programs read to the end
     const int result = map.WriteFile(out, &layer);
     if (result != 0) std::fprintf(stderr, "make_bench_data: writing %s failed (%d)\n", out, result);
     return result == 0 ? 0 : 1;
+}
+
+// The boundary shapefile's own table has no fields, and GDAL will not write a MIF without one;
+// this table gives the other programs one ID per shape.
+int WriteIdTable(const char* out, long count) {
+    static constexpr TDbfField kFields[] = {{"ID", 'N', 10, 0}};
+    std::string bytes;
+    AppendDbfHeader(bytes, kFields, static_cast<std::uint32_t>(count), GetDbfDateToday());
+    TDbfRecordWriter record;
+    for (long i = 0; i < count; ++i) {
+        record.Begin(kFields);
+        record.AddInteger(i + 1);
+        bytes += record.Bytes();
+    }
+    bytes += static_cast<char>(DBF_FILE_END);
+    std::FILE* f = std::fopen(out, "wb");
+    if (f == nullptr) return 1;
+    const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    return std::fclose(f) == 0 && ok ? 0 : 1;
 }
 
 int WriteFlight(const char* out, long samples) {
@@ -75,13 +96,17 @@ int WriteFlight(const char* out, long samples) {
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fputs("usage: make_bench_data polygons OUT [COUNT] | flight OUT.csv [SAMPLES]\n", stderr);
+        std::fputs(
+            "usage: make_bench_data polygons OUT [COUNT] | flight OUT.csv [SAMPLES] | idtable OUT.dbf "
+            "[COUNT]\n",
+            stderr);
         return 2;
     }
     const std::string what = argv[1];
     const long count = argc > 3 ? std::atol(argv[3]) : (what == "flight" ? 1000000 : 100000);
     if (what == "polygons") return WritePolygons(argv[2], count);
     if (what == "flight") return WriteFlight(argv[2], count);
-    std::fputs("make_bench_data: say polygons or flight\n", stderr);
+    if (what == "idtable") return WriteIdTable(argv[2], count);
+    std::fputs("make_bench_data: say polygons, flight or idtable\n", stderr);
     return 2;
 }
