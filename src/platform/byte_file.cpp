@@ -1,11 +1,13 @@
 #include "platform/byte_file.h"
 
+#include <sys/stat.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <sys/stat.h>
 
-TByteFile::~TByteFile() { Close(); }
+TByteFile::~TByteFile() {
+    Close();
+}
 
 bool TByteFile::Open(const char* path, OpenMode mode) {
     Close();
@@ -19,7 +21,7 @@ bool TByteFile::Open(const char* path, OpenMode mode) {
         m_iOpenError = errno != 0 ? errno : EIO;
         return false;
     }
-    struct stat st{};
+    struct stat st {};
     if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
         std::fclose(f);
         m_iOpenError = EISDIR;
@@ -73,10 +75,20 @@ std::size_t TByteFile::Read(void* dst, std::size_t n) {
     return std::fread(dst, 1, n, m_pFile);
 }
 
+namespace {
+// Output is gathered in blocks of this size; a larger piece is written straight through.
+constexpr std::size_t kWriteBlockBytes = 256 * 1024;
+}  // namespace
+
 bool TByteFile::Write(const void* src, std::size_t n) {
     if (m_pFile == nullptr || !m_bWriting) return false;
+    if (m_strOut.size() + n > kWriteBlockBytes && !FlushWrite()) return false;
+    if (n >= kWriteBlockBytes) {
+        if (fseeko(m_pFile, 0, SEEK_CUR) != 0 || std::fwrite(src, 1, n, m_pFile) != n) m_bWriteError = true;
+        return !m_bWriteError;
+    }
+    if (m_strOut.capacity() < kWriteBlockBytes) m_strOut.reserve(kWriteBlockBytes);
     m_strOut.append(static_cast<const char*>(src), n);
-    if (m_strOut.size() >= (1u << 20)) return FlushWrite();
     return !m_bWriteError;
 }
 
@@ -110,7 +122,7 @@ std::int64_t TByteFile::GetPosition() const {
 std::int64_t TByteFile::GetLength() const {
     if (m_bMemory) return static_cast<std::int64_t>(m_strMemory.size());
     if (m_pFile == nullptr) return 0;
-    struct stat st{};
+    struct stat st {};
     if (fstat(fileno(m_pFile), &st) != 0) return 0;
     return std::max(static_cast<std::int64_t>(st.st_size), GetPosition());
 }
@@ -118,7 +130,7 @@ std::int64_t TByteFile::GetLength() const {
 bool TByteFile::GetStatus(const char* path, std::int64_t& size) {
     size = 0;
     if (path == nullptr) return false;
-    struct stat st{};
+    struct stat st {};
     if (stat(path, &st) != 0 || S_ISDIR(st.st_mode)) return false;
     size = static_cast<std::int64_t>(st.st_size);
     return true;

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "features/buffer.h"
 #include "gis/gis_file.h"
@@ -154,6 +155,8 @@ private:
     bool m_bNonSprayBoxSet = false;
     TMap m_Map;  // holds the exported layer during the non-spray pass, borrowed
     TBuffer m_HeaderBuffer;
+    TBuffer m_RecordBuffer;             // the record being encoded, grown to the largest
+    std::vector<tagLOC> m_RingScratch;  // a boundary's ring, closed and turned for export
     TDbfRecordWriter m_DbfRecord;
     std::string m_strDbfHeader;
 

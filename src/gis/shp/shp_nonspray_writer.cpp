@@ -131,7 +131,7 @@ int TGisFileShp::WriteESRINonSprayRecord(const unsigned char* record, int length
 
 int TGisFileShp::WriteNonSprayRec_Type1() {
     if (!HasNonSprayData()) return 0;
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = buffer.GetBuffer(static_cast<unsigned>(SHP_POINT_RECORD_BYTES));
     if (block == nullptr) return -1;
     return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) {
@@ -158,7 +158,7 @@ int TGisFileShp::WriteNonSprayRec_Type1() {
 
 int TGisFileShp::WriteNonSprayRec_Type3() {
     if (!HasNonSprayData()) return 0;
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     TShpPolyEncoder encoder;
     return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) {
         const int count = spray.m_iNumRecs;

@@ -86,7 +86,8 @@ void TGisFileShp::SetSampleAttributes(const tagSPRAYREC& sample) {
 int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
     if (line.m_pPoints == nullptr || line.m_iNumPoints <= 0) return 0;
     // A copy: the element itself is not changed by its export.
-    std::vector<tagLOC> points(line.m_pPoints, line.m_pPoints + line.m_iNumPoints);
+    std::vector<tagLOC>& points = m_RingScratch;
+    points.assign(line.m_pPoints, line.m_pPoints + line.m_iNumPoints);
     const int bound = line.m_iBoundType;
     int shapeType = SHPT_POLYGON;
     if (bound != BOUNDARY_OPEN) {
@@ -100,7 +101,7 @@ int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
         points.erase(std::unique(points.begin(), points.end(), SamePlace), points.end());
         if (points.size() > 1 && SamePlace(points.front(), points.back())) points.pop_back();
     }
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(points.size()));
     if (block == nullptr) return 1;
     TShpPolyEncoder encoder;
@@ -123,7 +124,7 @@ int TGisFileShp::DoSprayRec_Spot_Type1(const TFeatureSpray& spray) {
 int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
     const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
     if (count <= 0) return 0;
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = RecordBlock(buffer, SHP_POINT_RECORD_BYTES);
     if (block == nullptr) return 1;
     int result = 0;
@@ -150,7 +151,7 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
 int TGisFileShp::DoSprayRec_Type3(const TFeatureSpray& spray) {
     const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
     if (count < 2 || spray.m_pRecs[0].bySpray != 1) return 0;
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(count)));
     if (block == nullptr) return 1;
     TShpPolyEncoder encoder;
@@ -173,7 +174,7 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
     if (!HasSwathWidth(spray)) return 0;
     const int count = spray.m_iNumRecs;
     const tagSPRAYREC* recs = spray.m_pRecs;
-    TBuffer buffer;
+    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     TShpPolyEncoder encoder;
     int result = 0;
     for (int s = 0; s < count - 1;) {
