@@ -1,11 +1,13 @@
 #include "platform/text_file.h"
 
+#include <sys/stat.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <sys/stat.h>
 
-TTextFile::~TTextFile() { Close(); }
+TTextFile::~TTextFile() {
+    Close();
+}
 
 bool TTextFile::Open(const char* path, OpenMode mode) {
     Close();
@@ -21,7 +23,7 @@ bool TTextFile::Open(const char* path, OpenMode mode) {
     }
     if (mode == modeRead) {
         // A directory opens on some systems but cannot be read as text.
-        struct stat st{};
+        struct stat st {};
         if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
             std::fclose(f);
             m_iOpenError = EISDIR;
@@ -144,7 +146,7 @@ bool TTextFile::ReadLine(char* buf, std::size_t cap) {
     return true;
 }
 
-bool TTextFile::ReadLineView(std::string_view& line, std::size_t maxLen) {
+bool TTextFile::ReadLineViewSlow(std::string_view& line, std::size_t maxLen) {
     line = {};
     m_bLastComplete = true;
     if (!IsOpen() || m_bWriting) return false;
@@ -233,7 +235,7 @@ bool TTextFile::Seek(std::int64_t pos) {
 std::int64_t TTextFile::GetLength() const {
     if (m_bMemory) return static_cast<std::int64_t>(m_iEnd);
     if (m_pFile == nullptr) return 0;
-    struct stat st{};
+    struct stat st {};
     if (fstat(fileno(m_pFile), &st) != 0) return 0;
     return static_cast<std::int64_t>(st.st_size);
 }

@@ -6,9 +6,11 @@
 // at most cap - 1 characters; a longer line comes back in pieces, the first ones of exactly
 // cap - 1 characters. Writing: every '\n' becomes CR LF on disk.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,7 +40,26 @@ public:
     // Reads the next line, without its end, as a view into the file's buffer that stays
     // valid until the next read. A line longer than maxLen comes back in pieces of maxLen.
     // False at end of file.
-    bool ReadLineView(std::string_view& line, std::size_t maxLen = kMaxViewLine);
+    bool ReadLineView(std::string_view& line, std::size_t maxLen = kMaxViewLine) {
+        // The common case, a whole line already in the buffer, stays inline: readers of large
+        // files call this once for every few bytes.
+        if (m_iPos < m_iEnd && maxLen - 1 < kBufferSize / 2) {
+            const char* base = m_pBuf.get() + m_iPos;
+            const std::size_t window = std::min(m_iEnd - m_iPos, maxLen + 2);
+            if (const char* nl = static_cast<const char*>(std::memchr(base, '\n', window))) {
+                const char* end = nl;
+                while (end > base && end[-1] == '\r') --end;
+                const auto len = static_cast<std::size_t>(end - base);
+                if (len <= maxLen) {
+                    line = std::string_view(base, len);
+                    m_iPos += static_cast<std::size_t>(nl - base) + 1;
+                    m_bLastComplete = true;
+                    return true;
+                }
+            }
+        }
+        return ReadLineViewSlow(line, maxLen);
+    }
     // Reads a whole line without its end, at most maxLen characters; the rest of a longer
     // line is skipped. False at end of file.
     bool ReadLine(std::string& line, std::size_t maxLen = kMaxViewLine);
@@ -62,6 +83,8 @@ public:
 private:
     bool Fill();  // moves the unread tail to the front and reads more; false when nothing new came
     bool FlushWrite();
+    // ReadLineView for a line that is not whole in the buffer: refills, cuts pieces, ends files.
+    bool ReadLineViewSlow(std::string_view& line, std::size_t maxLen);
     // Consumes a line end at m_iPos if there is one; true when one was consumed.
     bool ConsumeLineEnd();
 
@@ -73,8 +96,8 @@ private:
     bool m_bLastComplete = true;
     std::unique_ptr<char[]> m_pBuf;
     std::size_t m_iBufCap = 0;
-    std::size_t m_iPos = 0;     // next unread byte in m_pBuf
-    std::size_t m_iEnd = 0;     // end of valid bytes in m_pBuf
+    std::size_t m_iPos = 0;        // next unread byte in m_pBuf
+    std::size_t m_iEnd = 0;        // end of valid bytes in m_pBuf
     std::int64_t m_iBufStart = 0;  // file offset of m_pBuf[0]
     std::string m_strMemory;
     std::string m_strOut;
