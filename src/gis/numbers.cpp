@@ -23,25 +23,45 @@ std::string_view SkipSpace(std::string_view s) {
 // Plain decimals ("-93.498247", "45", "0.5"), nearly every number in the files read, are
 // converted here: the digits as an integer of at most 2^53 divided by a power of ten of at
 // most 10^22 are two exact doubles, so the one division rounds as a full conversion does.
-// Anything else (exponents, many digits, inf/nan) returns false and goes to from_chars.
-bool ParsePlainDecimal(std::string_view s, double& value) {
+// Anything else (exponents, many digits, inf/nan) returns null and goes to from_chars.
+const char* ScanPlainDecimal(const char* first, const char* last, double& value) {
     static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                               1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                               1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const auto digit = [](char c) { return static_cast<unsigned>(c - '0'); };
     std::uint64_t mantissa = 0;
-    std::size_t i = 0, digits = 0, fraction = 0;
-    for (; i < s.size() && s[i] >= '0' && s[i] <= '9'; ++i, ++digits)
-        mantissa = mantissa * 10 + static_cast<std::uint64_t>(s[i] - '0');
-    if (i < s.size() && s[i] == '.') {
-        for (++i; i < s.size() && s[i] >= '0' && s[i] <= '9'; ++i, ++digits, ++fraction)
-            mantissa = mantissa * 10 + static_cast<std::uint64_t>(s[i] - '0');
+    const char* p = first;
+    for (; p != last && digit(*p) < 10; ++p) mantissa = mantissa * 10 + digit(*p);
+    std::size_t digits = static_cast<std::size_t>(p - first), fraction = 0;
+    if (p != last && *p == '.') {
+        const char* decimals = ++p;
+        for (; p != last && digit(*p) < 10; ++p) mantissa = mantissa * 10 + digit(*p);
+        fraction = static_cast<std::size_t>(p - decimals);
+        digits += fraction;
     }
-    if (digits == 0 || digits > 19 || fraction > 22 || mantissa > (std::uint64_t{1} << 53)) return false;
-    if (i < s.size() && (s[i] == 'e' || s[i] == 'E')) return false;
+    if (digits == 0 || digits > 19 || fraction > 22 || mantissa > (std::uint64_t{1} << 53)) return nullptr;
+    if (p != last && (*p == 'e' || *p == 'E')) return nullptr;
     value = static_cast<double>(mantissa) / kPowersOfTen[fraction];
-    return true;
+    return p;
 }
 }  // namespace
+
+const char* ScanUnsignedDouble(const char* first, const char* last, double& value) {
+    if (const char* end = ScanPlainDecimal(first, last, value)) return end;
+    double v = 0.0;
+    const auto [end, ec] = std::from_chars(first, last, v, std::chars_format::general);
+    if (end == first || (ec != std::errc() && ec != std::errc::result_out_of_range)) return first;
+    if (ec == std::errc::result_out_of_range) {
+        // strtod saturates to infinity on overflow and goes to 0 on underflow; from_chars leaves the
+        // value untouched, so decide by the exponent's sign.
+        const std::string_view digits(first, static_cast<std::size_t>(end - first));
+        const auto e = digits.find_first_of("eE");
+        const bool tiny = e != std::string_view::npos && e + 1 < digits.size() && digits[e + 1] == '-';
+        v = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    }
+    value = v;
+    return end;
+}
 
 double ParseDouble(std::string_view text, bool* ok) {
     std::string_view s = SkipSpace(text);
@@ -51,22 +71,9 @@ double ParseDouble(std::string_view text, bool* ok) {
         s.remove_prefix(1);
     }
     double value = 0.0;
-    if (ParsePlainDecimal(s, value)) {
-        if (ok) *ok = true;
-        return negative ? -value : value;
-    }
-    const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value, std::chars_format::general);
-    const bool found = end != s.data() && (ec == std::errc() || ec == std::errc::result_out_of_range);
+    const bool found = ScanUnsignedDouble(s.data(), s.data() + s.size(), value) != s.data();
     if (ok) *ok = found;
     if (!found) return 0.0;
-    if (ec == std::errc::result_out_of_range) {
-        // strtod saturates to infinity on overflow and goes to 0 on underflow; from_chars leaves the
-        // value untouched, so decide by the exponent's sign.
-        const std::string_view digits(s.data(), static_cast<std::size_t>(end - s.data()));
-        const auto e = digits.find_first_of("eE");
-        const bool tiny = e != std::string_view::npos && e + 1 < digits.size() && digits[e + 1] == '-';
-        value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
-    }
     return negative ? -value : value;
 }
 

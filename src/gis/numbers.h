@@ -12,6 +12,10 @@
 // Longest leading decimal prefix as a double (atof/strtod style). ok, when given, says whether
 // any number was found.
 double ParseDouble(std::string_view text, bool* ok = nullptr);
+// The unsigned decimal number at the start of [first, last), no blanks or sign before it, as
+// std::from_chars reads it; returns its end, or first when there is none. Values beyond the
+// double range saturate as strtod's do (infinity, or 0 for a tiny one).
+const char* ScanUnsignedDouble(const char* first, const char* last, double& value);
 // Longest leading decimal prefix as an integer (atoi style), saturated to the int range.
 int ParseInt(std::string_view text, bool* ok = nullptr);
 long long ParseInt64(std::string_view text, bool* ok = nullptr);

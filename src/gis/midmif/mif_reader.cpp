@@ -1,7 +1,6 @@
 // Reading the graphics of a .mif file: a line-by-line state machine that collects polylines,
 // the first ring of each region and points.
 
-#include <charconv>
 #include <cstring>
 
 #include "gis/coordinates.h"
@@ -68,16 +67,10 @@ bool ScanDouble(std::string_view text, std::size_t& pos, double& value) {
     const std::size_t signAt = i;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
     const char* first = text.data() + i;
-    const char* last = text.data() + text.size();
     double v = 0.0;
-    const auto [end, ec] = std::from_chars(first, last, v, std::chars_format::general);
+    const char* end = ScanUnsignedDouble(first, text.data() + text.size(), v);
     if (end == first) return false;
-    const std::string_view number = text.substr(signAt, static_cast<std::size_t>(end - text.data()) - signAt);
-    if (ec == std::errc::result_out_of_range)
-        v = ParseDouble(number);  // saturates as the C library does
-    else if (text[signAt] == '-')
-        v = -v;
-    value = v;
+    value = text[signAt] == '-' ? -v : v;
     pos = static_cast<std::size_t>(end - text.data());
     return true;
 }
