@@ -1,8 +1,6 @@
-// Layers: which elements they destroy, their extents and polygon records; deep copies of lines.
+// Layers: which elements they destroy, their extents and their polygon records.
 
 #include <gtest/gtest.h>
-
-#include <memory>
 
 #include "hostmap/map_layer.h"
 
@@ -57,26 +55,6 @@ TEST(MapLayer, ExtentsAndPolygonRecords) {
     layer.RemoveAllElements();
     EXPECT_TRUE(layer.m_rcExtents.IsEmpty());
     EXPECT_TRUE(layer.m_Polygons.empty() && layer.m_Centroids.empty() && layer.m_BoundTypes.empty());
-}
-
-// Clones and assigned copies own their vertices: destroying the original leaves them whole.
-TEST(FeatureLine, ClonesAndCopiesAreDeep) {
-    auto* line = new TFeatureLineWater;
-    line->AdoptPoints(new tagLOC[4]{{1, 1}, {1, 2}, {2, 2}, {0, 0}}, 3, 4);
-    line->SetColor(0x00112233);
-    std::unique_ptr<TMapElement> clone(line->Clone());
-    TFeatureLineWater assigned;
-    assigned = *line;
-    delete line;
-    for (const auto* copy :
-         {static_cast<const TFeatureLine*>(clone.get()), static_cast<const TFeatureLine*>(&assigned)}) {
-        std::uint32_t color = 0;
-        EXPECT_TRUE(copy->GetKind() == ELEMENT_LINE_WATER && copy->GetColor(color) && color == 0x00112233u);
-        ASSERT_EQ(copy->m_iNumPoints, 3);
-        EXPECT_EQ(copy->m_pPoints[2].dLat, 2.0);
-    }
-    assigned = TFeatureLineWater();
-    EXPECT_TRUE(assigned.m_pPoints == nullptr && assigned.m_iNumPoints == 0);
 }
 
 }  // namespace

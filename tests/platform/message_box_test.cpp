@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/message_box.h"
@@ -47,21 +48,16 @@ TEST(MessageBox, ScopedHandlersNestAndRestore) {
 }
 
 TEST(MessageBox, FileErrorNamesTheFileAndTheReason) {
-    struct TCase {
-        int error;
-        bool writing;
-        std::string text;
-    };
-    const std::vector<TCase> cases = {
+    const std::vector<std::tuple<int, bool, std::string>> cases = {
         {ENOENT, false, "Cannot open /x/a.shp: No such file or directory."},
         {EACCES, true, "Cannot create /x/a.shp: Permission denied."},
         {0, true, "Cannot create /x/a.shp."},
     };
-    for (const TCase& c : cases) {
+    for (const auto& [error, writing, text] : cases) {
         TScriptedMessages messages;
-        ReportFileError("/x/a.shp", c.error, c.writing);
-        ASSERT_EQ(messages.Shown().size(), 1u) << c.text;
-        EXPECT_EQ(messages.Shown()[0].strText, c.text);
+        ReportFileError("/x/a.shp", error, writing);
+        ASSERT_EQ(messages.Shown().size(), 1u) << text;
+        EXPECT_EQ(messages.Shown()[0].strText, text);
     }
 }
 
