@@ -1,5 +1,4 @@
-// Spray patterns: which points count toward extents, and the recorded drawing of AB, offset and
-// swath lines, clipped to the view.
+// Spray patterns: the recorded drawing of AB, offset and swath lines, clipped to the view.
 
 #include <gtest/gtest.h>
 
@@ -10,41 +9,17 @@
 
 namespace {
 
-const tagLOC kA{45.0, -93.0}, kB{45.01, -93.0}, kC{44.9, -93.2}, kD{45.3, -92.8};  // A to B heads north
-
-TFeaturePattern MakePattern(int kind, std::initializer_list<std::pair<char, tagLOC>> points,
-                            int abLines = 1) {
+// A pattern whose AB line runs 1.1 km north from a.
+TFeaturePattern MakePattern(int kind, int direction, double swath, double field, double offset, tagLOC a) {
     TFeaturePattern p;
     p.m_iKind = kind;
-    p.m_iAbLines = abLines;
-    for (const auto& [letter, loc] : points) p.m_aPoint[letter - 'A'].m_Loc = loc;
-    p.CalculateGeoExtents();
+    p.m_iDirection = direction;
+    p.m_dSwathWidth = swath;
+    p.m_dFieldWidth = field;
+    p.m_dOffset = offset;
+    p.m_aPoint[0].m_Loc = a;
+    p.m_aPoint[1].m_Loc = {a.dLat + 0.01, a.dLon};
     return p;
-}
-
-// A, B, C and D given; which of them count depends on the kind and the number of AB lines.
-TEST(Pattern, ExtentsOfParticipatingValidPoints) {
-    struct TCase {
-        const char* name;
-        int kind, abLines;
-        tagLOC b;
-        TLocRect extents;  // west > east: empty
-    };
-    const TCase cases[] = {
-        {"no AB lines: none", BACK_TO_BACK, 0, kB, {1, 0, 0, 0}},
-        {"BACK_TO_BACK: C is no point", BACK_TO_BACK, 1, kB, {-93.0, 45.01, -93.0, 45.0}},
-        {"RACETRACK: C counts", RACETRACK, 1, kB, {-93.2, 45.01, -93.0, 44.9}},
-        {"D with its line, B at 360 invalid", BACK_TO_BACK, 2, {45, 360}, {-93.0, 45.3, -92.8, 45.0}},
-    };
-    for (const TCase& c : cases) {
-        const TLocRect& r =
-            MakePattern(c.kind, {{'A', kA}, {'B', c.b}, {'C', kC}, {'D', kD}}, c.abLines).m_rcExtents;
-        const TLocRect& e = c.extents;
-        EXPECT_TRUE(e.IsEmpty() ? r.IsEmpty()
-                                : r.dWest == e.dWest && r.dNorth == e.dNorth && r.dEast == e.dEast &&
-                                      r.dSouth == e.dSouth)
-            << c.name << ": " << r.dWest << " " << r.dNorth << " " << r.dEast << " " << r.dSouth;
-    }
 }
 
 // Lines drawn with each pen, and the index of each line beside the AB line in swath widths
@@ -96,12 +71,8 @@ TEST(Pattern, SwathLines) {
         {"REVERSE_RACETRACK with 7: -4 to 3", REVERSE_RACETRACK, LEFT, 10, 70, 0, 6, 0, 3, -4, 3},
     };
     for (const TCase& c : cases) {
-        TFeaturePattern p = MakePattern(c.kind, {{'A', kA}, {'B', kB}});
-        p.m_iDirection = c.direction;
-        p.m_dSwathWidth = c.swath;
-        p.m_dFieldWidth = c.field;
-        p.m_dOffset = c.offset;
-        const TDrawn d = Draw(p, TLocRect(-93.03, 45.02, -92.97, 44.99));
+        const TDrawn d = Draw(MakePattern(c.kind, c.direction, c.swath, c.field, c.offset, {45.0, -93.0}),
+                              TLocRect(-93.03, 45.02, -92.97, 44.99));
         std::set<int> indexes;
         for (int i = c.first; i <= c.last; ++i) indexes.insert(i);
         EXPECT_TRUE(d.abPen == c.abPen && d.offsetPen == c.offsetPen && d.swathPen == c.swathPen)
@@ -109,10 +80,8 @@ TEST(Pattern, SwathLines) {
         EXPECT_EQ(d.indexes, indexes) << c.name;
     }
     // An AB line 39 m east of the view: only the swath lines laid west from index 3 on reach in.
-    TFeaturePattern p = MakePattern(BACK_TO_BACK, {{'A', {45.0, -92.9995}}, {'B', {45.01, -92.9995}}});
-    p.m_dFieldWidth = 182.88;
-    p.m_dOffset = 1.0;
-    const TDrawn d = Draw(p, TLocRect(-93.01, 45.02, -93.0, 44.99));
+    const TDrawn d = Draw(MakePattern(BACK_TO_BACK, LEFT, 18.288, 182.88, 1.0, {45.0, -92.9995}),
+                          TLocRect(-93.01, 45.02, -93.0, 44.99));
     EXPECT_TRUE(d.abPen == 0 && d.offsetPen == 0 && d.swathPen == 7) << d.abPen << " " << d.swathPen;
 }
 

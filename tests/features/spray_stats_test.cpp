@@ -1,12 +1,15 @@
-// Statistics runs, copies and extents of recorded spray runs; the reusable record buffer.
+// Recorded spray runs: distances and step areas, statistics runs, copies and extents; the reusable
+// record buffer.
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 #include <vector>
 
 #include "features/buffer.h"
 #include "features/feature_spray.h"
+#include "hostmap/geodesy.h"
 
 namespace {
 
@@ -37,6 +40,38 @@ std::unique_ptr<TFeatureSpray> MakeRun(int n, const TChanges& widths = {}, const
     for (const auto& [i, w] : widths) setWidth(i, w);
     for (const auto& [i, s] : seconds) setSeconds(i, s);
     return spray;
+}
+
+// Ends of geodesics on WGS84 from PROJ's geod, e.g. for 1000 m on azimuth 45:
+//   echo "45.5 -93.25 45 1000" | geod +ellps=WGS84 -f %.12f
+// The mean-latitude formula is meant for 10 m to 10 km, so nothing longer is compared.
+TEST(GeoDistance, AgreesWithTheGeodesicAndGivesStepAreas) {
+    struct TCase {
+        double lat2, lon2, metres, lat1 = 45.5, lon1 = -93.25;
+    };
+    // clang-format off
+    const TCase cases[] = {
+        {45.500089975352, -93.250000000000, 10},   {45.499934196159, -93.249912741241, 10},
+        {45.500636218199, -93.249095276020, 100},  {45.506361856293, -93.240951843051, 1000},
+        {45.499999283462, -93.237205414974, 1000}, {45.589974640574, -93.250000000000, 10000},
+        {45.434162535538, -93.162842661162, 10000}, {-33.921179018306, 151.190753216400, 2500, -33.9, 151.2},
+        {60.122415893946, 10.622111210764, 5000, 60.1, 10.7},
+    };
+    // clang-format on
+    for (const TCase& c : cases) {
+        const double d = GeoDistance(c.lat1, c.lon1, c.lat2, c.lon2);
+        EXPECT_NEAR(d / c.metres, 1.0, 1e-6) << c.lat2 << "," << c.lon2;
+        EXPECT_DOUBLE_EQ(d, GeoDistance(c.lat2, c.lon2, c.lat1, c.lon1)) << c.lat2 << "," << c.lon2;
+        tagSPRAYREC a, b;
+        a.locPos = {c.lat1, c.lon1};
+        b.locPos = {c.lat2, c.lon2};
+        a.dSwathWidth = 10.0;
+        b.dSwathWidth = 30.0;
+        double distance = 0.0;
+        const double area = TFeatureSpray::StepArea(a, b, &distance);
+        EXPECT_TRUE(std::abs(area / (c.metres * 20 / 10000) - 1.0) < 1e-6 && distance == d)
+            << c.lat2 << "," << c.lon2;
+    }
 }
 
 TEST(SprayStats, Runs) {
