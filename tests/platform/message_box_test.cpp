@@ -1,4 +1,4 @@
-// The message-box handler: the default answers, scoped handlers, and the file-error report.
+// The message-box handler: the default answers and the file-error report.
 
 #include <gtest/gtest.h>
 
@@ -26,25 +26,6 @@ TEST(MessageBox, DefaultAnswersWithoutAPerson) {
               "tl_gis: notice\n"
               "tl_gis: message 2039 (no text for it in the language table)\n"
               "tl_gis: (message without text)\n");
-}
-
-TEST(MessageBox, ScopedHandlersNestAndRestore) {
-    std::vector<std::string> seen;
-    {
-        TScopedMessageHandler outer([&](const TMessageBoxRequest& r) {
-            seen.push_back("outer " + r.strText);
-            return IDNO;
-        });
-        {
-            TScopedMessageHandler inner([&](const TMessageBoxRequest& r) {
-                seen.push_back("inner " + r.strCaption + " " + std::to_string(r.iTextId));
-                return IDCANCEL;
-            });
-            EXPECT_EQ(ShowMessageBox("one", "cap", MB_OKCANCEL, 5054), IDCANCEL);
-        }
-        EXPECT_EQ(ShowMessageBox("two", "", MB_YESNO), IDNO);
-    }
-    EXPECT_EQ(seen, (std::vector<std::string>{"inner cap 5054", "outer two"}));
 }
 
 TEST(MessageBox, FileErrorNamesTheFileAndTheReason) {

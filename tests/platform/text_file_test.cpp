@@ -71,29 +71,6 @@ TEST(TextFileRead, WholeLinesPeekAndSeek) {
     EXPECT_FALSE(file.ReadLine(line) || file.Seek(18) || file.Seek(-1));
 }
 
-// A 3 MB line is longer than the read buffer: views return it in full-size pieces, and the
-// line behind it is read intact.
-TEST(TextFileRead, LineLongerThanTheBuffer) {
-    std::string bytes(std::size_t{3} << 20, 'm');
-    for (std::size_t i = 0; i < bytes.size(); i += 4096) bytes[i] = static_cast<char>('a' + (i / 4096) % 26);
-    const std::string longLine = bytes;
-    bytes += "\r\nafter\r\n";
-    TTempDir dir;
-    for (const bool disk : {false, true}) {
-        TTextFile file;
-        OpenBytes(file, bytes, disk, dir);
-        std::string joined;
-        std::string_view view;
-        while (file.ReadLineView(view) && !file.LastLineComplete()) {
-            ASSERT_EQ(view.size(), TTextFile::kMaxViewLine);
-            joined += view;
-        }
-        joined += view;
-        EXPECT_TRUE(joined == longLine) << disk;
-        EXPECT_TRUE(file.ReadLineView(view) && view == "after") << disk;
-    }
-}
-
 // The disk buffer is refilled every MiB: a CR LF before, across or after the refill is one line
 // end, and positions stay right.
 TEST(TextFileRead, LineEndAcrossTheRefill) {
@@ -115,11 +92,8 @@ TEST(TextFileRead, LineEndAcrossTheRefill) {
     }
 }
 
-// Output turns every LF into CR LF, also across a flush; a memory file cannot be written.
+// Output turns every LF into CR LF, also across a flush.
 TEST(TextFileWrite, LineFeedsBecomeCrLf) {
-    TTextFile memory;
-    memory.OpenMemory("x\n");
-    EXPECT_FALSE(memory.WriteString("y\n"));
     TTempDir dir;
     TTextFile file;
     ASSERT_TRUE(file.Open(dir.File("out.txt").c_str(), TTextFile::modeCreate));
