@@ -1,4 +1,4 @@
-// TByteFile reads, writes, seeks and status; open failures of both file kinds.
+// Byte files; open failures of both file kinds and their report; the default message-box answers.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/byte_file.h"
+#include "platform/message_box.h"
 #include "platform/text_file.h"
 #include "test_support.h"
 
@@ -69,16 +70,39 @@ void ExpectOpenFailures(const TTempDir& dir, const char* kind) {
     }
 }
 
-TEST(FileOpen, FailuresSayWhyAndStatusTellsTheSize) {
+TEST(FileOpen, FailuresSayWhy) {
     TTempDir dir;
     ExpectOpenFailures<TTextFile>(dir, "text file");
     ExpectOpenFailures<TByteFile>(dir, "byte file");
-    WriteFileBytes(dir.File("five"), "12345");
-    for (const auto& [path, expected] : std::vector<std::pair<std::string, std::int64_t>>{
-             {dir.File("five"), 5}, {dir.Path(), 0}, {dir.File("x"), 0}}) {
-        std::int64_t size = -7;
-        EXPECT_EQ(TByteFile::GetStatus(path.c_str(), size), expected > 0) << path;
-        EXPECT_EQ(size, expected) << path;
+}
+
+TEST(MessageBox, DefaultAnswersWithoutAPerson) {
+    const TMessageBoxHandler previous = SetMessageBoxHandler({});
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(ShowMessageBox("text\nsecond line", "caption", MB_YESNO | MB_ICONQUESTION), IDYES);
+    EXPECT_EQ(ShowMessageBox("notice", "", MB_OKCANCEL), IDOK);
+    DefaultMessageBoxHandler({"", "", MB_OK, 2039});
+    DefaultMessageBoxHandler({"", "", MB_OK, 0});
+    const std::string logged = ::testing::internal::GetCapturedStderr();
+    SetMessageBoxHandler(previous);
+    EXPECT_EQ(logged,
+              "tl_gis: caption: text second line\n"
+              "tl_gis: notice\n"
+              "tl_gis: message 2039 (no text for it in the language table)\n"
+              "tl_gis: (message without text)\n");
+}
+
+TEST(MessageBox, FileErrorNamesTheFileAndTheReason) {
+    const std::vector<std::tuple<int, bool, std::string>> cases = {
+        {ENOENT, false, "Cannot open /x/a.shp: No such file or directory."},
+        {EACCES, true, "Cannot create /x/a.shp: Permission denied."},
+        {0, true, "Cannot create /x/a.shp."},
+    };
+    for (const auto& [error, writing, text] : cases) {
+        TScriptedMessages messages;
+        ReportFileError("/x/a.shp", error, writing);
+        ASSERT_EQ(messages.Shown().size(), 1u) << text;
+        EXPECT_EQ(messages.Shown()[0].strText, text);
     }
 }
 
