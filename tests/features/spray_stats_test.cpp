@@ -15,30 +15,25 @@ namespace {
 
 using TChanges = std::vector<std::pair<int, double>>;  // sample index, new value
 
-// n samples flying north 10 m and one second apart from 14:00, 20 m wide; height 10 + i in
-// 0.2 m units, channel 0 100 + i; then the given swath widths and seconds of the day.
+// n samples flying north 10 m and one second apart from 14:00, 20 m wide, height 10 + i in 0.2 m
+// units, channel 0 100 + i; then the given swath widths and seconds of the day.
 std::unique_ptr<TFeatureSpray> MakeRun(int n, const TChanges& widths = {}, const TChanges& seconds = {}) {
     auto spray = std::make_unique<TFeatureSpray>(n);
-    const auto setSeconds = [&](int i, double s) {
-        const int h = static_cast<int>(s * 100.0 + 0.5);
-        PackSprayTime({2024, 6, 1, h / 360000, h / 6000 % 60, h / 100 % 60, h % 100}, spray->m_pRecs[i]);
-    };
-    const auto setWidth = [&](int i, double width) {
-        tagSPRAYREC& r = spray->m_pRecs[i];
-        r.dSwathWidth = width;
-        TFeatureSpray::SwathEnds(r.locPos, 0.0, width, r.locSwathA, r.locSwathB);
-    };
+    std::vector<double> width(n, 20.0), second(n);
+    for (int i = 0; i < n; ++i) second[i] = 50400.0 + i;
+    for (const auto& [i, w] : widths) width[i] = w;
+    for (const auto& [i, s] : seconds) second[i] = s;
     for (int i = 0; i < n; ++i) {
         tagSPRAYREC& r = spray->m_pRecs[i];
+        const int h = static_cast<int>(second[i] * 100.0 + 0.5);
+        PackSprayTime({2024, 6, 1, h / 360000, h / 6000 % 60, h / 100 % 60, h % 100}, r);
         r.locPos = TLoc(45.5, -93.25).Offset(0.0, i * 10.0);
+        r.dSwathWidth = width[i];
+        TFeatureSpray::SwathEnds(r.locPos, 0.0, width[i], r.locSwathA, r.locSwathB);
         r.bySpray = 1;
         r.adChannel[0] = 100.0 + i;
         r.sHeight = static_cast<std::int16_t>(10 + i);
-        setSeconds(i, 50400.0 + i);
-        setWidth(i, 20.0);
     }
-    for (const auto& [i, w] : widths) setWidth(i, w);
-    for (const auto& [i, s] : seconds) setSeconds(i, s);
     return spray;
 }
 
@@ -63,10 +58,8 @@ TEST(GeoDistance, AgreesWithTheGeodesicAndGivesStepAreas) {
         EXPECT_NEAR(d / c.metres, 1.0, 1e-6) << c.lat2 << "," << c.lon2;
         EXPECT_DOUBLE_EQ(d, GeoDistance(c.lat2, c.lon2, c.lat1, c.lon1)) << c.lat2 << "," << c.lon2;
         tagSPRAYREC a, b;
-        a.locPos = {c.lat1, c.lon1};
-        b.locPos = {c.lat2, c.lon2};
-        a.dSwathWidth = 10.0;
-        b.dSwathWidth = 30.0;
+        a.locPos = {c.lat1, c.lon1}, a.dSwathWidth = 10.0;
+        b.locPos = {c.lat2, c.lon2}, b.dSwathWidth = 30.0;
         double distance = 0.0;
         const double area = TFeatureSpray::StepArea(a, b, &distance);
         EXPECT_TRUE(std::abs(area / (c.metres * 20 / 10000) - 1.0) < 1e-6 && distance == d)

@@ -20,26 +20,6 @@ std::string ReadBytes(TByteFile& file, std::size_t n) {
     return out;
 }
 
-// Short reads at the end, seeks, and no writing to a file opened for reading, on disk and in memory.
-TEST(ByteFile, ReadsOnDiskAndInMemory) {
-    std::string bytes;
-    for (int i = 0; i < 300; ++i) bytes += static_cast<char>(i);
-    TTempDir dir;
-    WriteFileBytes(dir.File("data.bin"), bytes);
-    for (const bool memory : {false, true}) {
-        TByteFile file;
-        ASSERT_TRUE(memory ? (file.OpenMemory(bytes), true)
-                           : file.Open(dir.File("data.bin").c_str(), TByteFile::modeRead));
-        EXPECT_TRUE(file.GetLength() == 300 && file.Seek(250) && ReadBytes(file, 100) == bytes.substr(250))
-            << memory;
-        EXPECT_TRUE(ReadBytes(file, 10).empty() && file.Seek(0x80) &&
-                    ReadBytes(file, 2) == bytes.substr(0x80, 2))
-            << memory;
-        EXPECT_FALSE(file.Seek(-1) || file.Write("x", 1)) << memory;
-        EXPECT_EQ(file.GetPosition(), 0x82) << memory;
-    }
-}
-
 // A writer fills in its header after the body, and may read back what it wrote.
 TEST(ByteFile, HeaderRewrittenAfterTheBody) {
     TTempDir dir;
