@@ -35,12 +35,9 @@ TEST(LocRect, ExtentsAndIntersections) {
     EXPECT_TRUE(empty.dWest == 151.0 && empty.dSouth == -34.0) << "an empty rectangle takes the other";
 
     const TLocRect field(10, 5, 11, 4);  // west, north, east, south
-    for (const auto& [other, hit] : {std::pair{TLocRect(11, 5, 12, 4), true},
-                                     {TLocRect(11.01, 5, 12, 4), false},
-                                     {TLocRect(10, 3.9, 11, 3), false},
-                                     {TLocRect(9, 6, 10, 5), true}})
-        EXPECT_TRUE(field.Intersects(other) == hit && other.Intersects(field) == hit)
-            << other.dWest << " " << other.dNorth;
+    EXPECT_TRUE(field.Intersects(TLocRect(11, 5, 12, 4)) && TLocRect(9, 6, 10, 5).Intersects(field))
+        << "touching";
+    EXPECT_FALSE(field.Intersects(TLocRect(11.01, 5, 12, 4)) || TLocRect(10, 3.9, 11, 3).Intersects(field));
 }
 
 // An element that counts how many of its kind are alive.
