@@ -96,12 +96,12 @@ TEST(SprayStats, Runs) {
         spray->ComputeSprayStats(c.first, c.last, nullptr, channels);
         double sum = 0.0;
         for (int i = 0; i < spray->m_iStepCount; ++i) sum += spray->m_pdStepArea[i];
-        EXPECT_EQ(spray->m_iStepCount, c.steps) << c.name;
-        EXPECT_EQ(spray->m_iRateCount, c.steps * SPRAY_CHANNELS) << c.name;
-        EXPECT_NEAR(spray->m_dTotalArea, c.areaHa, 1e-9) << c.name;
-        EXPECT_NEAR(sum, c.areaHa, 1e-9) << c.name;
-        EXPECT_EQ(channels[0], c.channel0) << c.name;
-        EXPECT_NEAR(spray->m_dHeight, c.height, 1e-12) << c.name;
+        EXPECT_TRUE(spray->m_iStepCount == c.steps && spray->m_iRateCount == c.steps * SPRAY_CHANNELS)
+            << c.name;
+        EXPECT_TRUE(std::abs(spray->m_dTotalArea - c.areaHa) < 1e-9 && std::abs(sum - c.areaHa) < 1e-9)
+            << c.name << ": " << spray->m_dTotalArea << " " << sum;
+        EXPECT_TRUE(channels[0] == c.channel0 && std::abs(spray->m_dHeight - c.height) < 1e-12)
+            << c.name << ": " << channels[0] << " " << spray->m_dHeight;
     }
 }
 
