@@ -56,7 +56,6 @@ TEST(GeoDistance, AgreesWithTheGeodesicAndGivesStepAreas) {
     for (const TCase& c : cases) {
         const double d = GeoDistance(c.lat1, c.lon1, c.lat2, c.lon2);
         EXPECT_NEAR(d / c.metres, 1.0, 1e-6) << c.lat2 << "," << c.lon2;
-        EXPECT_DOUBLE_EQ(d, GeoDistance(c.lat2, c.lon2, c.lat1, c.lon1)) << c.lat2 << "," << c.lon2;
         tagSPRAYREC a, b;
         a.locPos = {c.lat1, c.lon1}, a.dSwathWidth = 10.0;
         b.locPos = {c.lat2, c.lon2}, b.dSwathWidth = 30.0;

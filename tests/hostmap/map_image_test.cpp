@@ -33,21 +33,6 @@ TEST(MapImage, NorthUpEastRightScaleAndClipping) {
     }
 }
 
-// Not-a-number and far-off locations stay in range; a point, a reversed view, NaN, a whole
-// meridian or parallel still give a surface within 20:1.
-TEST(MapImage, WildLocationsAndViews) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const TLocRect& view : {TLocRect(6, 45, 6, 45), TLocRect(7, 44, 6, 45), TLocRect(nan, nan, nan, nan),
-                                 TLocRect(6, 89, 6, -89), TLocRect(-179, 0, 179, 0)}) {
-        const TMapImage odd(view, 0);
-        const TPointLP p = odd.Loc2LP({nan, 1e300});
-        EXPECT_TRUE(odd.GetScale() > 0 && odd.GetWidthPx() >= 16 &&
-                    odd.GetHeightPx() <= 20 * odd.GetWidthPx() && std::abs(p.x) <= 1000000000 &&
-                    std::abs(p.y) <= 1000000000)
-            << view.dWest << " " << view.dNorth << ": " << p.x << " " << p.y;
-    }
-}
-
 // An excluded boundary, a coloured line and a marker whose name needs escaping, drawn under a
 // decimal-comma locale when the host has one.
 TEST(MapImage, RecordsDrawingAndWritesSvg) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "hostmap/geodesy.h"
 #include "hostmap/map_layer.h"
 
@@ -19,25 +17,6 @@ TEST(LocOffset, DistanceBackWithinAMillimetre) {
                 EXPECT_NEAR(GeoDistance(from.dLat, from.dLon, to.dLat, to.dLon), d, 0.001)
                     << "lat " << lat << " bearing " << bearing << " d " << d;
             }
-}
-
-TEST(LocRect, ExtentsAndIntersections) {
-    TLocRect r, empty;
-    r.InitExtents();
-    empty.InitExtents();
-    EXPECT_FALSE(r.Intersects(TLocRect(-180, 90, 180, -90))) << "an empty rectangle meets nothing";
-    for (const tagLOC loc : {tagLOC{-34.0, 151.0}, {-33.0, 151.5}, {std::nan(""), std::nan("")}})
-        r.ExpandExtents(loc);
-    r.ExpandExtents(static_cast<const tagLOCRECT&>(empty));
-    EXPECT_TRUE(r.dWest == 151.0 && r.dNorth == -33.0 && r.dEast == 151.5 && r.dSouth == -34.0)
-        << "two points, a NaN and an empty rectangle";
-    empty.ExpandExtents(static_cast<const tagLOCRECT&>(r));
-    EXPECT_TRUE(empty.dWest == 151.0 && empty.dSouth == -34.0) << "an empty rectangle takes the other";
-
-    const TLocRect field(10, 5, 11, 4);  // west, north, east, south
-    EXPECT_TRUE(field.Intersects(TLocRect(11, 5, 12, 4)) && TLocRect(9, 6, 10, 5).Intersects(field))
-        << "touching";
-    EXPECT_FALSE(field.Intersects(TLocRect(11.01, 5, 12, 4)) || TLocRect(10, 3.9, 11, 3).Intersects(field));
 }
 
 // An element that counts how many of its kind are alive.

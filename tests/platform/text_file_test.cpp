@@ -11,12 +11,6 @@
 
 namespace {
 
-void OpenBytes(TTextFile& file, const std::string& bytes, bool disk, const TTempDir& dir) {
-    if (!disk) return file.OpenMemory(bytes);
-    WriteFileBytes(dir.File("in.txt"), bytes);
-    ASSERT_TRUE(file.Open(dir.File("in.txt").c_str(), TTextFile::modeRead));
-}
-
 TEST(TextFileRead, BoundedReadsAndViews) {
     struct TCase {
         const char* name;
@@ -43,11 +37,16 @@ TEST(TextFileRead, BoundedReadsAndViews) {
     for (const bool disk : {false, true})
         for (const TCase& c : cases) {
             TTextFile file;
-            OpenBytes(file, c.bytes, disk, dir);
+            WriteFileBytes(dir.File("in.txt"), c.bytes);
+            const auto open = [&] {
+                return disk ? file.Open(dir.File("in.txt").c_str(), TTextFile::modeRead)
+                            : (file.OpenMemory(c.bytes), true);
+            };
+            ASSERT_TRUE(open());
             std::vector<std::string> read, view;
             std::vector<char> buf(c.cap);
             while (file.ReadLine(buf.data(), c.cap) && read.size() < 100) read.emplace_back(buf.data());
-            OpenBytes(file, c.bytes, disk, dir);
+            ASSERT_TRUE(open());
             std::string_view line;
             while (file.ReadLineView(line, c.cap) && view.size() < 100)
                 view.push_back(std::string(line) + (file.LastLineComplete() ? "" : "+"));
@@ -75,8 +74,7 @@ TEST(TextFileRead, WholeLinesPeekAndSeek) {
 // end, and positions stay right.
 TEST(TextFileRead, LineEndAcrossTheRefill) {
     for (const int shift : {-2, -1, 0}) {
-        const std::size_t crAt = TTextFile::kBufferSize + shift;
-        const std::size_t fillers = (crAt - 1) / 1002;
+        const std::size_t crAt = TTextFile::kBufferSize + shift, fillers = (crAt - 1) / 1002;
         std::string bytes;
         for (std::size_t i = 0; i < fillers; ++i) bytes += std::string(1000, 'f') + "\r\n";
         const std::string target(crAt - bytes.size(), 't');
@@ -86,8 +84,7 @@ TEST(TextFileRead, LineEndAcrossTheRefill) {
         ASSERT_TRUE(file.Open(dir.File("refill.txt").c_str(), TTextFile::modeRead));
         std::string line;
         for (std::size_t i = 0; i <= fillers; ++i) file.ReadLine(line, 2000);
-        EXPECT_TRUE(line == target) << shift;
-        EXPECT_EQ(file.GetPosition(), static_cast<std::int64_t>(crAt + 2)) << shift;
+        EXPECT_TRUE(line == target && file.GetPosition() == static_cast<std::int64_t>(crAt + 2)) << shift;
         EXPECT_TRUE(file.ReadLine(line) && line == "end" && !file.ReadLine(line)) << shift;
     }
 }
