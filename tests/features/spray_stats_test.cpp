@@ -1,5 +1,4 @@
-// Recorded spray runs: distances and step areas, statistics runs, copies and extents; the reusable
-// record buffer.
+// Recorded spray: distances and step areas, statistics runs, copies, extents; the record buffer.
 
 #include <gtest/gtest.h>
 
@@ -109,7 +108,6 @@ TEST(SprayStats, GrowsPast1000StepsKeepingEveryEntry) {
     auto spray = MakeRun(n);
     for (int i = 0; i < n; ++i) {
         spray->m_pRecs[i].bySpray = static_cast<std::uint8_t>(i % 2);
-        spray->m_pRecs[i].sBoom = static_cast<std::int16_t>(i % 3 == 0);
         for (int c = 0; c < SPRAY_CHANNELS; ++c)
             spray->m_pRecs[i].afActualRate[c] = static_cast<float>(i + c);
     }
@@ -118,7 +116,6 @@ TEST(SprayStats, GrowsPast1000StepsKeepingEveryEntry) {
     int wrong = 0;
     for (int k = 1; k < n; ++k) {
         wrong += spray->m_pbySprayFlag[k - 1] != k % 2;
-        wrong += spray->m_pbyBoomFlag[k - 1] != (k % 3 == 0);
         for (int c = 0; c < SPRAY_CHANNELS; ++c)
             wrong += spray->m_pdActualRate[(k - 1) * SPRAY_CHANNELS + c] != k + c;
     }

@@ -5,7 +5,6 @@
 
 #include <clocale>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <tuple>
 
