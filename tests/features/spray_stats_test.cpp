@@ -58,8 +58,7 @@ TEST(GeoDistance, AgreesWithTheGeodesicAndGivesStepAreas) {
         tagSPRAYREC a, b;
         a.locPos = {c.lat1, c.lon1}, a.dSwathWidth = 10.0;
         b.locPos = {c.lat2, c.lon2}, b.dSwathWidth = 30.0;
-        double distance = 0.0;
-        const double area = TFeatureSpray::StepArea(a, b, &distance);
+        double distance = 0.0, area = TFeatureSpray::StepArea(a, b, &distance);
         EXPECT_TRUE(std::abs(area / (c.metres * 20 / 10000) - 1.0) < 1e-6 && distance == d)
             << c.lat2 << "," << c.lon2;
     }
