@@ -1,0 +1,82 @@
+// Byte files; open failures of both file kinds and their report; the default message-box answers.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "platform/byte_file.h"
+#include "platform/message_box.h"
+#include "platform/text_file.h"
+#include "test_support.h"
+
+namespace {
+
+// A writer fills in its header after the body, and may read back what it wrote.
+TEST(ByteFile, HeaderRewrittenAfterTheBody) {
+    TTempDir dir;
+    TByteFile file;
+    ASSERT_TRUE(file.Open(dir.File("out.bin").c_str(), TByteFile::modeCreate));
+    const std::string body(3 << 20, 'b');  // more than the output buffer holds
+    ASSERT_TRUE(file.Write("HHHH", 4) && file.Write(body.data(), body.size()));
+    ASSERT_TRUE(file.Seek(0) && file.Write("1234", 4));
+    EXPECT_EQ(file.GetLength(), 4 + static_cast<std::int64_t>(body.size()));
+    char two[2];
+    EXPECT_TRUE(file.Seek(1) && file.Read(two, 2) == 2 && std::string(two, 2) == "23");
+    ASSERT_TRUE(file.Write("X", 1) && file.Close());
+    EXPECT_TRUE(ReadFileBytes(dir.File("out.bin")) == "123X" + body);
+}
+
+template <class TFile>
+void ExpectOpenFailures(const TTempDir& dir, const char* kind) {
+    const std::vector<std::tuple<std::string, typename TFile::OpenMode, int>> cases = {
+        {dir.Path(), TFile::modeRead, EISDIR},
+        {dir.Path(), TFile::modeCreate, EISDIR},
+        {dir.File("missing"), TFile::modeRead, ENOENT},
+        {dir.File("no/such"), TFile::modeCreate, ENOENT},
+    };
+    for (const auto& [path, mode, error] : cases) {
+        TFile file;
+        EXPECT_FALSE(file.Open(path.c_str(), mode)) << kind << " " << path << " " << mode;
+        EXPECT_EQ(file.GetOpenError(), error) << kind << " " << path << " " << mode;
+    }
+}
+
+TEST(FileOpen, FailuresSayWhy) {
+    TTempDir dir;
+    ExpectOpenFailures<TTextFile>(dir, "text file");
+    ExpectOpenFailures<TByteFile>(dir, "byte file");
+}
+
+TEST(MessageBox, DefaultAnswersWithoutAPerson) {
+    const TMessageBoxHandler previous = SetMessageBoxHandler({});
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(ShowMessageBox("text\nsecond line", "caption", MB_YESNO | MB_ICONQUESTION), IDYES);
+    EXPECT_EQ(ShowMessageBox("notice", "", MB_OKCANCEL), IDOK);
+    DefaultMessageBoxHandler({"", "", MB_OK, 2039});
+    DefaultMessageBoxHandler({"", "", MB_OK, 0});
+    const std::string logged = ::testing::internal::GetCapturedStderr();
+    SetMessageBoxHandler(previous);
+    EXPECT_EQ(logged,
+              "tl_gis: caption: text second line\n"
+              "tl_gis: notice\n"
+              "tl_gis: message 2039 (no text for it in the language table)\n"
+              "tl_gis: (message without text)\n");
+}
+
+TEST(MessageBox, FileErrorNamesTheFileAndTheReason) {
+    const std::vector<std::tuple<int, bool, std::string>> cases = {
+        {ENOENT, false, "Cannot open /x/a.shp: No such file or directory."},
+        {0, true, "Cannot create /x/a.shp."},
+    };
+    for (const auto& [error, writing, text] : cases) {
+        TScriptedMessages messages;
+        ReportFileError("/x/a.shp", error, writing);
+        ASSERT_EQ(messages.Shown().size(), 1u) << text;
+        EXPECT_EQ(messages.Shown()[0].strText, text);
+    }
+}
+
+}  // namespace
