@@ -1,4 +1,5 @@
-// The tlgis tool as a user runs it: help, exit statuses, and the result codes it reports.
+// The tlgis tool as a user runs it: help, exit statuses, the result codes it reports, progress
+// on a pipe, the JSON report, and the options each format adds.
 
 #include <gtest/gtest.h>
 
@@ -6,135 +7,141 @@
 #include <vector>
 
 #include "test_support.h"
+#include "tool_run.h"
 
 namespace {
 
-std::string Tool() {
-    return ShellQuote(TLGIS_EXE);
-}
-
-struct TToolCase {
-    const char* name;
-    std::string args;  // already quoted for the shell
-    int exit;
-    std::vector<std::string> inOut;  // texts that stdout must contain
-    std::vector<std::string> inErr;  // texts that stderr must contain
-};
-
-void RunCases(const std::vector<TToolCase>& cases) {
-    for (const TToolCase& c : cases) {
-        const TCommandResult r = RunCommand(Tool() + " " + c.args);
-        EXPECT_EQ(r.iExit, c.exit) << c.name << "\nstdout: " << r.strOut << "\nstderr: " << r.strErr;
-        for (const std::string& text : c.inOut)
-            EXPECT_NE(r.strOut.find(text), std::string::npos)
-                << c.name << ": stdout lacks '" << text << "':\n"
-                << r.strOut;
-        for (const std::string& text : c.inErr)
-            EXPECT_NE(r.strErr.find(text), std::string::npos)
-                << c.name << ": stderr lacks '" << text << "':\n"
-                << r.strErr;
-    }
-}
-
-TEST(TlgisTool, HelpAndUsage) {
-    RunCases({
-        {"--help", "--help", 0, {"Usage: tlgis", "\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"-h", "-h", 0, {"\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"help command", "help", 0, {"\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"help convert", "help convert", 0, {"Usage: tlgis convert IN OUT"}, {}},
-        {"no command", "", 2, {}, {"Usage: tlgis"}},
-        {"unknown command", "frobnicate", 2, {}, {"unknown command 'frobnicate'"}},
-    });
-}
-
-TEST(TlgisTool, BadOptionsExitWithTwo) {
-    RunCases({
-        {"answer that does not exist",
-         "--projected maybe info -",
-         2,
-         {},
-         {"--projected takes stop, skip or ask"}},
-        {"option value missing", "info - --config", 2, {}, {"option --config needs a value"}},
-        {"value given to a flag", "info - --quiet=yes", 2, {}, {"option --quiet takes no value"}},
-        {"misspelt flag", "info - --jsno", 2, {}, {"unknown option --jsno"}},
-        {"unknown language", "--lang klingon info -", 2, {}, {"unknown language 'klingon'"}},
-        {"info without a file", "info", 2, {}, {"usage: tlgis info FILE"}},
-        {"info with two files", "info a.job b.job", 2, {}, {"usage: tlgis info FILE"}},
-        {"convert with one file", "convert a.job", 2, {}, {"usage: tlgis convert IN OUT"}},
-    });
-}
-
-TEST(TlgisTool, ResultCodesOfFailedLoads) {
+TEST(TlgisTool, HelpUsageAndResultCodes) {
     TTempDir dir;
     WriteFileBytes(dir.File("notes.txt"), "not a map\r\n");
-    RunCases({
-        {"missing file",
-         "info " + ShellQuote(dir.File("missing.job")),
-         1,
-         {"Result:   6002"},
-         {"no such file", "(6002)"}},
-        {"missing file, no known extension",
-         "info " + ShellQuote(dir.File("missing.xyz")),
-         1,
-         {},
-         {"(6002)"}},
-        {"folder given as a file", "info " + ShellQuote(dir.Path() + "/"), 1, {}, {"not a file", "(6002)"}},
-        {"no format for the name",
-         "info " + ShellQuote(dir.File("notes.txt")),
-         1,
-         {"Result:   6001"},
-         {"no format for", "(6001)"}},
-        {"convert to a name no format takes",
-         "convert - " + ShellQuote(dir.File("out.xyz")),
-         1,
-         {},
-         {"(6001)"}},
-    });
+    const std::string usage = "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n\nCommands:\n  info FILE";
+    const std::vector<TToolCase> cases = {
+        {"--help", "--help", 0, usage + " [--json] [--points]", ""},
+        {"help convert", "help convert", 0, "Usage: tlgis convert IN OUT", ""},
+        {"no command", "", 2, "", usage},
+        {"unknown command", "frobnicate", 2, "", "unknown command 'frobnicate'"},
+        {"misspelt flag", "info - --jsno", 2, "",
+         "unknown option --jsno (tlgis help convert lists the options "
+         "of every format)\n" +
+             usage},
+        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, skip or ask"},
+        {"value missing", "info - --config", 2, "", "option --config needs a value"},
+        {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
+        {"unknown language", "--lang klingon info -", 2, "", "unknown language 'klingon'"},
+        {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},
+        {"batch without a format", "convert a.job -o out", 2, "", "usage: tlgis convert IN... -o DIR"},
+        {"missing file", "info missing.job", 1, "Result:   6002", "no such file"},
+        {"folder given as a file", "info ./", 1, "Result:   6002", "not a file) (6002)"},
+        {"no format for the name", "info notes.txt", 1, "Result:   6001", "no format for"},
+    };
+    for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
 }
 
-// The JSON report parses, also for an empty layer ('-' loads nothing) and for a failed load.
 TEST(TlgisTool, ProgressOnAPipe) {
     TTempDir dir;
-    const std::string job = ShellQuote(std::string(TL_GIS_SOURCE_DIR) + "/examples/field.job");
-    RunCases({
+    RunToolCase(
+        dir.Path(),
         {"load and write with --progress",
-         "convert " + job + " " + ShellQuote(dir.File("field.mif")) + " --progress",
-         0,
-         {},
-         {"0...10...20...30...40...50...60...70...80...90...100 - done.\n", "writing ",
-          "field.mif ... done in "}},
-    });
+         "convert " + ShellQuote(TL_GIS_SOURCE_DIR "/examples/field.job") + " field.mif --progress", 0, "",
+         "0...10...20...30...40...50...60...70...80...90...100 - done.\nwriting field.mif ... done in "});
 }
 
-TEST(TlgisTool, JsonReports) {
+const char* const kJob =
+    ".JOB 12 FARM\r\n.VERSION 1\r\n.MAR 3 Gate\r\n\tTYPE 5\r\n\t45.5 -93.25\r\n"
+    ".PAT 7 P\r\n\tEXPAND\r\n\tRIGHT\r\n\tSWIDTH 60\r\n\tFIELD_WIDTH 600\r\n\tOFFSET 10\r\n\tABLINES  2\r\n"
+    "\tA 45.5 -93.2\r\n\tB 45.51 -93.2\r\n\tD 45.51 -93.19\r\n"
+    ".POL 1 x\r\n\tINC\r\n\t45.5 -93.3\r\n\t45.6 -93.3\r\n\t45.6 -93.2\r\n";
+
+// The report goes to a file and the parser's answer to the captured output; the exit status is
+// the tool's. Point C of the pattern is not valid and is not listed.
+TEST(TlgisTool, InfoJsonParsesBack) {
     const std::string python = TL_GIS_PYTHON;
-    if (!HaveProgram(python)) GTEST_SKIP() << python << " is not installed";
+    if (!HaveProgram(python))
+        GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
     TTempDir dir;
-    const std::string check = dir.File("check.py");
-    WriteFileBytes(check,
-                   "import json, sys\n"
-                   "d = json.load(sys.stdin)\n"
-                   "print(d['type'], d['result'], len(d['elements']), d['layer']['centroids'], "
-                   "d['layer']['llb'] == '')\n");
-    struct TCase {
-        const char* name;
-        std::string args;
+    WriteFileBytes(dir.File("12.job"), kJob);
+    WriteFileBytes(dir.File("check.py"),
+                   "import json, sys\nd = json.load(sys.stdin)\n"
+                   "print(d['type'], d['result'], [e['kind'] for e in d['elements']], "
+                   "[(e['pattern_kind'], e['swath_width_m'], sorted(e['points'])) for e in d['elements'] "
+                   "if e['kind'] == 'pattern'])\n");
+    const struct {
+        const char* file;
         int exit;
-        std::string parsed;
-    };
-    const std::vector<TCase> cases = {
-        {"empty layer", "info - --json", 0, "0 0 0 [] True\n"},
-        {"missing file", "info " + ShellQuote(dir.File("gone.job")) + " --json", 1, "1 6002 0 [] True\n"},
-    };
-    for (const TCase& c : cases) {
-        const std::string json = dir.File("out.json");
-        // The tool's report goes to a file, the parser's answer to the captured output.
-        const TCommandResult r = RunCommand("(" + Tool() + " " + c.args + " > " + ShellQuote(json) +
-                                            "; status=$?; " + ShellQuote(python) + " " + ShellQuote(check) +
-                                            " < " + ShellQuote(json) + " && exit $status)");
-        EXPECT_EQ(r.iExit, c.exit) << c.name << ": " << r.strErr;
-        EXPECT_EQ(r.strOut, c.parsed) << c.name << ": " << ReadFileBytes(json);
+        const char* parsed;
+    } cases[] = {
+        {"12.job", 0, "1 0 ['marker', 'pattern', 'boundary'] [('EXPAND', 18.288, ['A', 'B', 'D'])]\n"},
+        {"gone.job", 1, "1 6002 [] []\n"}};
+    for (const auto& c : cases) {
+        const TCommandResult r = RunCommand(
+            "(" + InFolder(dir.Path(), "info " + std::string(c.file) + " --json") +
+            " > out.json; status=$?; " + ShellQuote(python) + " check.py < out.json && exit $status)");
+        EXPECT_EQ(r.iExit, c.exit) << c.file << ": " << r.strErr;
+        EXPECT_EQ(r.strOut, c.parsed) << c.file << ": " << ReadFileBytes(dir.File("out.json"));
     }
+}
+
+// Run A sprays three samples 100 m apart with channel-2 rates 10, 30 and 20 L/ha.
+const char* const kFlight =
+    "run,time,lat,lon,heading,speed,spray,swath,height,rate,rate2\n"
+    "A,2024-06-01T14:03:10.00,45.5,-93.25,0,50,1,20,100,5,10\n"
+    "A,2024-06-01T14:03:11.00,45.500899753,-93.25,0,40,1,20,50,6,30\n"
+    "A,2024-06-01T14:03:12.50,45.501799507,-93.25,0,60,1,20,0,7,20\n"
+    "B,2024-06-01T14:04:00.00,45.6,-93.2,90,50,0,20,0,9,9\n";
+
+const char* const kRates =
+    "FIELD 12.5 HA 3.25 L\r\n45.5\r\n-93.25\r\n0.0625\r\n0.000125\r\n120\r\n80\r\n2\r\n10\r\nGLYPHOSATE\r\n"
+    "\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n17.5 5 30\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\nNORTH\r\n8 "
+    "LITRES\r\n"
+    ".POL\r\nINC 5\r\n45.5 -93.3\r\n45.6 -93.3\r\n45.6 -93.2\r\n";
+
+TEST(TlgisTool, FormatOptions) {
+    TTempDir dir;
+    WriteFileBytes(dir.File("12.job"), kJob);
+    WriteFileBytes(dir.File("rates.pmh"), kRates);
+    WriteFileBytes(dir.File("flight.csv"), kFlight);
+    WriteFileBytes(dir.File("bad.csv"),
+                   "run,time,lat,lon,heading,speed,spray,swath\n1,2024-06-01T14:03:10,45.5,x,0,50,1,20\n");
+    WriteFileBytes(dir.File("in.mif"), "Version 300\nData\nPLINE 3\n-93 45\n-92.9 45\n-92.9 45.1\n");
+    const std::vector<TToolCase> cases = {
+        {"pattern described", "info 12.job", 0,
+         "Pattern 7: EXPAND RIGHT, swath 18.2880 m, field 182.8800 m, offset 3.0480 m, AB lines 2", ""},
+        {"JOB version 3", "convert 12.job North.job --job-version 3", 0, "", "", "North.job",
+         ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM North\r\n"},
+        {"JOB version out of range", "convert 12.job 34.job --job-version 4", 2, "",
+         "--job-version takes 1, 2 or 3, not '4'"},
+        {"JOB name not a job number", "convert 12.job 1000.job", 1, "",
+         "This name cannot be used for a JOB file."},
+        // A 50 km tolerance leaves the closed ring its two equal ends, written as one vertex.
+        {"JOB reduction", "convert 12.job 5.job --reduction 2 --decimation-m 50000", 0, "", "", "5.job",
+         ".POL 1 1\r\n\tINC\r\n\t45.500000 -93.300000\r\n"},
+        {"PMH header", "info rates.pmh --json", 0,
+         "\"line10\":\"GLYPHOSATE\",\"rate_mid\":17.5,\"rate_min\":5,\"rate_max\":30,\"line30\":\"NORTH\","
+         "\"rate_units\":8}",
+         ""},
+        {"PMH from a job", "convert 12.job out.pmh --pmh-units 10", 0, "",
+         "2 elements left out of the PMH file, which holds polygons only (marker 1, pattern 1)", "out.pmh",
+         "10 KG / HECTARE\r\n.POL\r\nINC 0.00000000\r\n45.50000000 -93.30000000\r\n"},
+        {"PMH units out of range", "convert 12.job out.pmh --pmh-units 3", 2, "",
+         "--pmh-units takes 1, 2, 8 or 10, not '3'"},
+        {"MID delimiter", "convert in.mif tab.mif --mid-delimiter TAB --mid-complete-rows", 0, "", "",
+         "tab.mid", "1\t\t\t\t\t\t\t\r\n"},
+        {"MID delimiter unknown", "convert in.mif out.mif --mid-delimiter semicolon", 2, "",
+         "--mid-delimiter"},
+        {"MID channels above ten", "convert in.mif out.mif --mid-spray-channels 11", 2, "",
+         "--mid-spray-channels"},
+        {"flight runs", "info --spray flight.csv", 0,
+         "Spray run A: 3 samples, 3 spraying, 2024-06-01T14:03:10.00 to 2024-06-01T14:03:12.50, 0.4000 ha",
+         ""},
+        {"flight in JSON", "info - --json --spray flight.csv", 0,
+         "\"kind\":\"spray\",\"type\":\"0x0C000000\",\"id\":\"A\",\"samples\":3,\"spraying\":3", ""},
+        {"flight as paired swaths",
+         "convert - s.mif --spray flight.csv --mid-spray-channels 2 --single-block", 0, "", "", "s.mid",
+         ", ON,    3.2072, \r\n06:01:2024,14:03:11.00, 89.5,000,00164, ON,    0.6414, \r\n"},
+        {"bad flight file", "info --spray bad.csv", 1, "",
+         "bad.csv: line 2, column lon: \"x\" is not a number"},
+    };
+    for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
 }
 
 }  // namespace
