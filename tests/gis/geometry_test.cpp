@@ -44,7 +44,6 @@ TEST(Centroid, FanOfTriangles) {
         // Blocks of area 2 and 1 centred at (1, 0.5) and (0.5, 1.5) in east, north.
         {"L shape", kLShape, 5.0 / 6.0, 5.0 / 6.0},
         {"two vertices", Ring({4, 5, 6, 7}), 0.0, 0.0},
-        {"on one line: every triangle skipped", Ring({1, 1, 2, 2, 3, 3}), 0.0, 0.0},
         // The two fan triangles cancel: the weighted sum comes back undivided.
         {"bow tie", Ring({0, 0, 1, 1, 1, 0, 0, 1}), 1.0 / 6.0, 0.0},
     };
@@ -68,11 +67,9 @@ TEST(RingOrientation, AgreesWithTheShoelaceFromEveryStart) {
                 const tagLOC &a = ring[i], &b = ring[(i + 1) % ring.size()];
                 sum += a.dLon * b.dLat - b.dLon * a.dLat;
             }
-            const TRing closed = Closed(ring);
-            EXPECT_EQ(IsRingClockwise(ring.data(), static_cast<int>(ring.size())), sum < 0.0)
-                << "ring from " << ring[0].dLat << ", " << ring[0].dLon << " open";
-            EXPECT_EQ(IsRingClockwise(closed.data(), static_cast<int>(closed.size())), sum < 0.0)
-                << "ring from " << ring[0].dLat << ", " << ring[0].dLon << " closed";
+            for (const TRing& r : {ring, Closed(ring)})
+                EXPECT_EQ(IsRingClockwise(r.data(), static_cast<int>(r.size())), sum < 0.0)
+                    << r.size() << " vertices from " << r[0].dLat << ", " << r[0].dLon;
         }
     // With both neighbours of the eastmost vertex to the north only their latitudes are
     // compared, not the slopes: next farther north means counter-clockwise.

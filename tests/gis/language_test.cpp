@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <map>
+#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +18,8 @@
 using namespace std::string_literals;
 
 namespace {
+
+const char* const kLanguages[] = {"english", "french", "german", "italian", "portuguese", "spanish"};
 
 class LanguageTableTest : public ::testing::Test {
 protected:
@@ -36,7 +40,6 @@ protected:
 
 // Each language file holds its own name as text 1; "" is no configuration file.
 TEST_F(LanguageTableTest, ConfigurationSelectsTheLanguageFile) {
-    const char* const languages[] = {"english", "french", "german", "italian", "portuguese", "spanish"};
     const struct {
         std::string strConfig;
         const char* returned;
@@ -46,13 +49,12 @@ TEST_F(LanguageTableTest, ConfigurationSelectsTheLanguageFile) {
         {"Language = French\n", "ENGLISH", "english"},
         {"language=FRENCH\n", "ENGLISH", "english"},
         {"", "ENGLISH", "english"},
-        {"[Settings]\nLanguage=GERMAN\n", "GERMAN", "german"},
-        {"Language=spanish\n[Other]\nLanguage=Italian\n", "Italian", "italian"},
+        {"Language=spanish\n[Other]\nLanguage=GERMAN\n", "GERMAN", "german"},
         {"Language=portuguese\r\nUnits=1\r\n", "portuguese", "portuguese"},
         {"Language=french \n", "french ", ""},
         {std::string(80, 'x') + "Language=french\n", "french", "french"},
     };
-    for (const char* language : languages) Write("lang_"s + language + ".ini", "1\t"s + language + "\n");
+    for (const char* language : kLanguages) Write("lang_"s + language + ".ini", "1\t"s + language + "\n");
     for (const auto& c : cases) {
         if (c.strConfig.empty())
             std::remove(m_dir.File("Orvanta.ini").c_str());
@@ -65,19 +67,19 @@ TEST_F(LanguageTableTest, ConfigurationSelectsTheLanguageFile) {
     }
 }
 
+struct TParseCase {
+    std::string name, strFile;
+    std::vector<std::pair<int, std::string>> lookups;  // "" when absent
+    int iCount;
+};
+
+// The table keeps the first thousand entries; a text is cut to 998 characters, and no piece of
+// an overlong line is taken for an entry, wherever the line would be split.
 TEST_F(LanguageTableTest, FileParsingAndLookup) {
-    const struct {
-        const char* name;
-        std::string strFile;
-        std::vector<std::pair<int, std::string>> lookups;  // "" when absent
-        int iCount;
-    } cases[] = {
+    std::vector<TParseCase> cases = {
         {"ascending ids", "10\tten\n20\ttwenty\n30\tthirty\n", {{20, "twenty"}, {15, ""}, {40, ""}}, 3},
         {"ids out of order", "30\tthirty\n10\tten\n20\ttwenty\n", {{30, ""}, {10, "ten"}}, 3},
-        {"text kept as written",
-         "1\t  two blanks\n2\ta\tb\t\tc \n",
-         {{1, "  two blanks"}, {2, "a\tb\t\tc "}},
-         2},
+        {"text kept as written", "1\t  two\n2\ta\tb\t\tc \n", {{1, "  two"}, {2, "a\tb\t\tc "}}, 2},
         {"headers, indented lines", "[English]\n\n 5\tindented\n7\tkept\n", {{5, ""}, {7, "kept"}}, 1},
         {"CR LF line ends", "1\tone\r\n2\ttwo\r\n", {{1, "one"}, {2, "two"}}, 2},
         {"line without TAB", "1 one\n2\ttwo\n", {{1, ""}, {2, "two"}}, 1},
@@ -87,7 +89,17 @@ TEST_F(LanguageTableTest, FileParsingAndLookup) {
          1},
         {"NUL inside a text", "1\tab\0cd\n2\tnext\n"s, {{1, "ab"}, {2, "next"}}, 2},
         {"8-bit bytes", "1\tcaf\xE9\n2\t\xFF\xFE\n", {{1, "caf\xE9"}, {2, "\xFF\xFE"}}, 2},
+        {"1500 entries", "", {{1000, "t1000"}, {1001, ""}}, 1000},
     };
+    for (int id = 1; id <= 1500; ++id)
+        cases.back().strFile += std::to_string(id) + "\tt" + std::to_string(id) + "\n";
+    for (const std::size_t fill : {996u, 997u, 998u, 999u, 4094u, 8190u, 70000u}) {
+        const std::string tail = std::string(fill, 'a') + "99\tfake";
+        cases.push_back({"line of " + std::to_string(fill),
+                         "1\t" + tail + "\n2\tnext\n",
+                         {{1, tail.substr(0, 998)}, {99, ""}, {2, "next"}},
+                         2});
+    }
     for (const auto& c : cases) {
         StartWithEnglish(c.strFile);
         EXPECT_EQ(g_LanguageTable.GetCount(), c.iCount) << c.name;
@@ -95,24 +107,6 @@ TEST_F(LanguageTableTest, FileParsingAndLookup) {
             ASSERT_NE(GetText(id), nullptr) << c.name << ", id " << id;
             EXPECT_EQ(GetText(id), expected) << c.name << ", id " << id;
         }
-    }
-}
-
-// The table keeps the first thousand entries; a text is cut to 998 characters, and no piece of
-// an overlong line is taken for an entry, wherever the line would be split.
-TEST_F(LanguageTableTest, LimitsOfTheTable) {
-    std::string file;
-    for (int id = 1; id <= 1500; ++id) file += std::to_string(id) + "\tt" + std::to_string(id) + "\n";
-    StartWithEnglish(file);
-    EXPECT_EQ(g_LanguageTable.GetCount(), 1000);
-    EXPECT_STREQ(GetText(1000), "t1000");
-    EXPECT_STREQ(GetText(1001), "");
-    for (const std::size_t fill : {996u, 997u, 998u, 999u, 4094u, 8190u, 70000u}) {
-        const std::string tail = std::string(fill, 'a') + "99\tfake";
-        StartWithEnglish("1\t" + tail + "\n2\tnext\n");
-        EXPECT_EQ(GetText(1), tail.substr(0, 998)) << "fill " << fill;
-        EXPECT_STREQ(GetText(99), "") << "fill " << fill;
-        EXPECT_EQ(g_LanguageTable.GetCount(), 2) << "fill " << fill;
     }
 }
 
@@ -144,6 +138,32 @@ TEST_F(LanguageTableTest, ProjectedCoordinatePromptAnsweredYesAndNo) {
                   "This DXF file looks projected (5000000.5, 450000.125)\nStop?");
         EXPECT_EQ(messages.Shown()[0].strCaption, "Import");
         EXPECT_EQ(messages.Shown()[0].uFlags, MB_YESNO | MB_ICONEXCLAMATION);
+    }
+}
+
+// Each shipped language file holds every text the library shows, with the conversions its message
+// fills in; ids out of ascending order would hide texts from the lookup.
+TEST(ShippedLanguageFiles, HoldEveryTextTheLibraryShows) {
+    const std::map<int, std::string> used = {
+        {1010, ""}, {1011, ""}, {2039, "s"}, {2040, "ff"}, {2041, ""},  {3080, "s"},  {3081, ""}, {3082, ""},
+        {3083, ""}, {3084, ""}, {3085, ""},  {3086, ""},   {3087, ""},  {3088, ""},   {3089, ""}, {3090, ""},
+        {3091, ""}, {3096, ""}, {5054, ""},  {5084, "s"},  {5090, ""},  {5173, "dd"}, {5185, ""}, {5186, ""},
+        {5187, ""}, {5188, ""}, {12002, ""}, {17001, "s"}, {17002, ""}, {17008, "s"},
+    };
+    const std::regex conversion("%[-+ 0#]*[0-9]*(\\.[0-9]*)?[hlLq]*([a-zA-Z%])");
+    for (const char* language : kLanguages) {
+        TLanguageTable table;
+        TScriptedMessages messages;
+        table.LoadTextFile((TL_GIS_SOURCE_DIR "/Config/lang_"s + language + ".ini").c_str());
+        EXPECT_TRUE(messages.Shown().empty()) << language;
+        EXPECT_EQ(table.GetCount(), static_cast<int>(used.size())) << language;
+        for (const auto& [id, conversions] : used) {
+            const std::string text = table.GetText(id);
+            std::string found;
+            for (std::sregex_iterator it(text.begin(), text.end(), conversion), end; it != end; ++it)
+                if ((*it)[2] != "%") found += (*it)[2].str();
+            EXPECT_TRUE(!text.empty() && found == conversions) << language << " text " << id << ": " << text;
+        }
     }
 }
 

@@ -6,6 +6,7 @@
 #include <climits>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "gis/geometry.h"
@@ -21,7 +22,8 @@ TFeatureLine* AddPlain(TMapLayer* layer, int kind, int count = 3, const tagLOC* 
                            false);
 }
 
-// Kinds outside the table, the pattern's and one with low bits set among them, make boundaries.
+// Kinds outside the table, the pattern's and one with low bits set among them, make boundaries;
+// the marker's makes nothing, as do a count no array holds and a missing layer.
 TEST(AddImportedLine, ClassForEachKind) {
     const std::pair<int, const std::type_info&> cases[] = {{0x04102000, typeid(TFeatureLineArea)},
                                                            {0x0410F000, typeid(TFeatureLineGeneric)},
@@ -35,7 +37,7 @@ TEST(AddImportedLine, ClassForEachKind) {
     }
     TMapLayer layer;
     EXPECT_EQ(AddPlain(&layer, static_cast<int>(ELEMENT_MARKER)), nullptr);
-    EXPECT_EQ(AddPlain(&layer, static_cast<int>(ELEMENT_LINE_AREA), INT_MAX), nullptr) << "no array holds it";
+    EXPECT_EQ(AddPlain(&layer, static_cast<int>(ELEMENT_LINE_AREA), INT_MAX), nullptr);
     EXPECT_EQ(AddPlain(nullptr, static_cast<int>(ELEMENT_LINE_AREA)), nullptr);
     EXPECT_TRUE(layer.m_Elements.empty() && layer.m_Centroids.empty() && layer.m_Polygons.empty() &&
                 layer.m_BoundTypes.empty());
@@ -69,42 +71,36 @@ TEST(AddImportedLine, VertexCountsAndClosing) {
     }
 }
 
-// Lines added one after another from a buffer the reader reuses: each keeps its own vertices,
-// and its element, centroid, polygon record and bound type share one index.
+// Two lines from a buffer the reader reuses: each keeps its own vertices, its bound type in the
+// low 12 bits of its type and its colour, and its element, centroid, polygon record and bound
+// type share one index.
 TEST(AddImportedLine, FieldsAndRegistrations) {
-    const struct {
-        int boundType;
-        std::uint32_t color;
-        double layerValue;
-    } cases[] = {{BOUNDARY_EXC, COLOR_NONE, 0.0}, {0x1011, 0x00123456, 7.0}};
+    const int bounds[] = {BOUNDARY_EXC, 0x1011};
+    const std::uint32_t colors[] = {COLOR_NONE, 0x00123456};
     TMapLayer layer;
     std::vector<tagLOC> buffer(kTriangle, kTriangle + 3);
     for (int i = 0; i < 2; ++i) {
-        layer.m_dValue = cases[i].layerValue;
-        AddImportedLine(&layer, static_cast<int>(ELEMENT_LINE_ROAD), cases[i].boundType, 3, buffer.data(),
-                        std::to_string(i).c_str(), true, cases[i].color, true, false, true);
+        layer.m_dValue = 7.0 * i;
+        AddImportedLine(&layer, static_cast<int>(ELEMENT_LINE_ROAD), bounds[i], 3, buffer.data(),
+                        std::to_string(i).c_str(), true, colors[i], true, false, true);
         for (tagLOC& p : buffer) p.dLat += 1.0;
     }
     ASSERT_EQ(layer.m_Centroids.size() + layer.m_Polygons.size() + layer.m_BoundTypes.size(), 6u);
-    for (int i = 0; i < 2; ++i) {
-        const auto& c = cases[i];
-        const auto* line = static_cast<const TFeatureLine*>(layer.m_Elements[static_cast<std::size_t>(i)]);
-        EXPECT_EQ(line->m_dwType, ELEMENT_LINE_ROAD | (static_cast<std::uint32_t>(c.boundType) & 0xFFFu))
-            << i;
-        EXPECT_EQ(line->m_iBoundType, c.boundType) << i;
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto* line = static_cast<const TFeatureLine*>(layer.m_Elements[i]);
+        const TPolygonRecord& record = layer.m_Polygons[i];
+        EXPECT_EQ(line->m_dwType, ELEMENT_LINE_ROAD | (static_cast<std::uint32_t>(bounds[i]) & 0xFFFu)) << i;
         std::uint32_t color = 0;
-        EXPECT_EQ(line->GetColor(color), c.color != COLOR_NONE) << i;
-        EXPECT_EQ(color, c.color) << i;
+        EXPECT_EQ(line->GetColor(color), colors[i] != COLOR_NONE) << i;
+        EXPECT_EQ(color, colors[i]) << i;
         EXPECT_TRUE(line->m_bRgbFlag1 && !line->m_bRgbFlag2 && line->m_bHasColor) << i;
-        EXPECT_EQ(line->m_dValue, c.layerValue) << i;
-        EXPECT_EQ(line->m_pPoints[0].dLat, 45.0 + i) << i;
-        const TPolygonRecord& record = layer.m_Polygons[static_cast<std::size_t>(i)];
+        EXPECT_EQ(line->m_pPoints[0].dLat, 45.0 + static_cast<double>(i)) << i;
         EXPECT_EQ(record.pPoints, line->m_pPoints) << i;
         EXPECT_EQ(record.strId, std::to_string(i));
-        EXPECT_EQ(record.dValue, c.layerValue) << i;
+        EXPECT_EQ(record.dValue, 7.0 * static_cast<double>(i)) << i;
         EXPECT_EQ(record.dArea, GetFeatureArea(line)) << i;
-        EXPECT_EQ(layer.m_Centroids[static_cast<std::size_t>(i)].dLat, line->m_locCentroid.dLat) << i;
-        EXPECT_EQ(layer.m_BoundTypes[static_cast<std::size_t>(i)], c.boundType) << i;
+        EXPECT_EQ(layer.m_Centroids[i].dLat, line->m_locCentroid.dLat) << i;
+        EXPECT_EQ(layer.m_BoundTypes[i], bounds[i]) << i;
     }
     EXPECT_EQ(layer.m_rcExtents.dNorth, 46.01);
 }
