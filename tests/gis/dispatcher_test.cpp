@@ -1,14 +1,12 @@
-// The dispatcher: file types from names, extension changes, and names no format takes.
+// The dispatcher: file types from names, and extension changes.
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "gis/gis_map.h"
-#include "test_support.h"
 
 namespace {
 
@@ -36,21 +34,6 @@ TEST(ChangeExtension, CutsAtTheLastDotOfThePath) {
     for (const auto& c : cases) {
         std::string path = c[0];
         EXPECT_EQ(ChangeExtension(path, c[1]), c[2]) << c[0];
-    }
-}
-
-// A name no format takes: 6001 both ways, the layer untouched and nothing written.
-TEST(GisMap, UnknownExtensionIsUnavailable) {
-    TScriptedMessages quiet;
-    TTempDir dir;
-    for (const std::string name : {"notes.txt", "plan.mid"}) {
-        WriteFileBytes(dir.File(name), ".JOB\r\n");
-        TMapLayer layer;
-        TGisMap map;
-        EXPECT_EQ(map.LoadFile(dir.File(name).c_str(), &layer, nullptr), GISFILE_ERR_UNAVAILABLE) << name;
-        EXPECT_EQ(layer.GetElementCount(), 0) << name;
-        EXPECT_EQ(map.WriteFile(dir.File("out_" + name).c_str(), &layer), GISFILE_ERR_UNAVAILABLE) << name;
-        EXPECT_FALSE(std::filesystem::exists(dir.File("out_" + name))) << name;
     }
 }
 

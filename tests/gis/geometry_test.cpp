@@ -15,23 +15,19 @@ namespace {
 
 using TRing = std::vector<tagLOC>;
 
-// Latitude, longitude, latitude, ...
-TRing Ring(std::initializer_list<double> values) {
+// Latitude, longitude, latitude, ...; closed repeats the first vertex at the end.
+TRing Ring(std::initializer_list<double> values, bool closed = false) {
     TRing ring;
     for (auto it = values.begin(); it != values.end(); it += 2) ring.push_back({it[0], it[1]});
+    if (closed) ring.push_back(ring.front());
     return ring;
 }
 
-TRing Closed(TRing ring) {
-    ring.push_back(ring.front());
-    return ring;
-}
-
-// Rings without their closing vertex; the field lies near Utrecht and was surveyed clockwise.
 const TRing kUnitSquare = Ring({0, 0, 1, 0, 1, 1, 0, 1});
 const TRing kLShape = Ring({0, 0, 0, 2, 1, 2, 1, 1, 2, 1, 2, 0});
-const TRing kField =
-    Ring({52.10412, 5.38770, 52.10398, 5.39702, 52.09871, 5.39815, 52.09655, 5.39264, 52.09802, 5.38601});
+// A field near Utrecht, surveyed clockwise.
+const std::initializer_list<double> kField = {52.10412, 5.38770,  52.10398, 5.39702,  52.09871,
+                                              5.39815,  52.09655, 5.39264,  52.09802, 5.38601};
 
 TEST(Centroid, FanOfTriangles) {
     const struct {
@@ -39,7 +35,7 @@ TEST(Centroid, FanOfTriangles) {
         TRing ring;
         double lat, lon;
     } cases[] = {
-        {"unit square, closed", Closed(kUnitSquare), 0.5, 0.5},
+        {"unit square, closed", Ring({0, 0, 1, 0, 1, 1, 0, 1}, true), 0.5, 0.5},
         {"unit square, open", kUnitSquare, 0.5, 0.5},
         // Blocks of area 2 and 1 centred at (1, 0.5) and (0.5, 1.5) in east, north.
         {"L shape", kLShape, 5.0 / 6.0, 5.0 / 6.0},
@@ -57,8 +53,7 @@ TEST(Centroid, FanOfTriangles) {
 // Each ring both ways round, from every start, open and closed, against the shoelace sum in the
 // plane of east (x) and north (y): negative is clockwise.
 TEST(RingOrientation, AgreesWithTheShoelaceFromEveryStart) {
-    const TRing spike = Ring({0, 0, 1, 0, 0.6, 5, 0.5, 1, 0.4, 5});
-    for (TRing ring : {kUnitSquare, kLShape, spike, kField})
+    for (TRing ring : {kUnitSquare, kLShape, Ring({0, 0, 1, 0, 0.6, 5, 0.5, 1, 0.4, 5}), Ring(kField)})
         for (int pass = 0; pass < 2 * static_cast<int>(ring.size()); ++pass) {
             if (pass == static_cast<int>(ring.size())) std::reverse(ring.begin(), ring.end());
             std::rotate(ring.begin(), ring.begin() + 1, ring.end());
@@ -67,14 +62,16 @@ TEST(RingOrientation, AgreesWithTheShoelaceFromEveryStart) {
                 const tagLOC &a = ring[i], &b = ring[(i + 1) % ring.size()];
                 sum += a.dLon * b.dLat - b.dLon * a.dLat;
             }
-            for (const TRing& r : {ring, Closed(ring)})
+            TRing closed = ring;
+            closed.push_back(ring.front());
+            for (const TRing& r : {ring, closed})
                 EXPECT_EQ(IsRingClockwise(r.data(), static_cast<int>(r.size())), sum < 0.0)
                     << r.size() << " vertices from " << r[0].dLat << ", " << r[0].dLon;
         }
-    // With both neighbours of the eastmost vertex to the north only their latitudes are
-    // compared, not the slopes: next farther north means counter-clockwise.
-    const TRing nextFarther = Ring({0, 10, 2, 0, 1, 9, 0, 10});
-    const TRing previousFarther = Ring({0, 10, 1, 9, 2, 0, 0, 10});
+    // With both neighbours of the eastmost vertex to the north only their latitudes are compared,
+    // not the slopes: next farther north means counter-clockwise.
+    const TRing nextFarther = Ring({0, 10, 2, 0, 1, 9}, true),
+                previousFarther = Ring({0, 10, 1, 9, 2, 0}, true);
     EXPECT_FALSE(IsRingClockwise(nextFarther.data(), 4));
     EXPECT_TRUE(IsRingClockwise(previousFarther.data(), 4));
 }
@@ -93,10 +90,8 @@ TEST(CoordinateClass, DegreesProjectedOrOutOfRange) {
                 << "(" << pairs[i] << ", " << pairs[i + 1] << ")";
 }
 
-// Expected areas: the vertices projected with PROJ's cs2cs into the zone of the second vertex,
-// e.g. `cs2cs +proj=longlat +datum=WGS84 +to +proj=utm +zone=31 +datum=WGS84 -f %.6f`, the
-// shoelace area of the grid coordinates, reduced by 0.18 percent. The 1 km grid squares were
-// made the other way round: grid corners taken back to degrees with cs2cs.
+// Expected areas: vertices projected with `cs2cs +proj=longlat +datum=WGS84 +to +proj=utm +zone=Z
+// +datum=WGS84`, shoelace area less 0.18 percent; the 1 km grid squares were made the other way round.
 TEST(PolygonArea, SquareMetresInTheZoneOfTheSecondVertex) {
     const struct {
         const char* name;
@@ -111,10 +106,9 @@ TEST(PolygonArea, SquareMetresInTheZoneOfTheSecondVertex) {
          Ring({-45.153477183356, 153.0, -45.144475492066, 153.0, -45.144474783741, 152.987280100641,
                -45.153476474809, 152.987278098363}),
          998200.0, 1.0},
-        {"field", Closed(kField), 548924.9159, 1.0},
+        {"field", Ring(kField, true), 548924.9159, 1.0},
         // Zone 32 of the second vertex; in zone 31 of the first it would be 8717972023 m².
         {"across two zones", Ring({45.0, 5.5, 45.0, 7.5, 45.5, 7.5, 45.5, 5.5}), 8710057401.78, 2000.0},
-        {"two vertices", Ring({45, 3, 46, 4}), 0.0, 0.0},
     };
     for (const auto& c : cases)
         EXPECT_NEAR(ComputePolygonArea(c.ring.data(), static_cast<int>(c.ring.size())), c.area, c.tolerance)
