@@ -1,8 +1,7 @@
-// The dispatcher: file types from names, and extension changes.
+// The dispatcher: file types from names.
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -24,17 +23,6 @@ TEST(GisFileType, ByTheTextAfterTheLastDot) {
     for (const auto& [type, paths] : cases)
         for (const char* path : paths) EXPECT_EQ(TGisMap::GetGisFileType(path), type) << "'" << path << "'";
     EXPECT_EQ(TGisMap::GetGisFileType(nullptr), GIS_FILE_NONE);
-}
-
-TEST(ChangeExtension, CutsAtTheLastDotOfThePath) {
-    const char* const cases[][3] = {{"field.shp", "dbf", "field.dbf"},
-                                    {"field", "shp", "field.shp"},
-                                    {"name.", "mid", "name.mid"},
-                                    {"C:\\data.old\\field", "shp", "C:\\data.shp"}};
-    for (const auto& c : cases) {
-        std::string path = c[0];
-        EXPECT_EQ(ChangeExtension(path, c[1]), c[2]) << c[0];
-    }
 }
 
 }  // namespace

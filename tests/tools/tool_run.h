@@ -21,13 +21,11 @@ inline std::string InFolder(const std::string& folder, const std::string& args) 
 
 inline void RunToolCase(const std::string& folder, const TToolCase& c) {
     const TCommandResult r = RunCommand(InFolder(folder, c.args));
-    EXPECT_EQ(r.iExit, c.exit) << c.name << "\nstdout: " << r.strOut << "\nstderr: " << r.strErr;
-    EXPECT_NE(r.strOut.find(c.inOut), std::string::npos) << c.name << ": stdout lacks '" << c.inOut << "':\n"
+    const std::string written = c.file.empty() ? "" : ReadFileBytes(folder + "/" + c.file);
+    EXPECT_EQ(r.iExit, c.exit) << c.name << "\n" << r.strOut << r.strErr;
+    EXPECT_NE(r.strOut.find(c.inOut), std::string::npos) << c.name << ": stdout lacks " << c.inOut << "\n"
                                                          << r.strOut;
-    EXPECT_NE(r.strErr.find(c.inErr), std::string::npos) << c.name << ": stderr lacks '" << c.inErr << "':\n"
+    EXPECT_NE(r.strErr.find(c.inErr), std::string::npos) << c.name << ": stderr lacks " << c.inErr << "\n"
                                                          << r.strErr;
-    if (!c.file.empty()) {
-        EXPECT_NE(ReadFileBytes(folder + "/" + c.file).find(c.inFile), std::string::npos)
-            << c.name << ": " << c.file << " lacks '" << c.inFile << "'";
-    }
+    EXPECT_NE(written.find(c.inFile), std::string::npos) << c.name << ": " << c.file << " lacks " << c.inFile;
 }
