@@ -1,6 +1,5 @@
 #pragma once
-// Points the language table at another configuration folder for one test, then puts the
-// previous folder back and reloads the table from it.
+// Points the language table at another configuration folder for one test, then reloads the previous.
 
 #include <string>
 

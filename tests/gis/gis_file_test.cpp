@@ -1,5 +1,4 @@
-// The format base: progress reporting while a reader walks a file, and the vertex array that
-// readers build lines in.
+// The format base: progress reporting while a reader walks a file.
 
 #include <gtest/gtest.h>
 
@@ -15,9 +14,6 @@ namespace {
 // A reader of plain lines: base set-up first, open, then one progress report per line.
 class TLineReader : public TGisFile {
 public:
-    using TGisFile::AddVertex;
-    using TGisFile::AllocateLocArray;
-
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override {
         const int base = TGisFile::LoadFile(path, layer, progress);
         TTextFile file;
@@ -29,9 +25,6 @@ public:
 };
 
 std::vector<int> g_reported;
-void RecordProgress(int value) {
-    g_reported.push_back(value);
-}
 
 // Files of 10-byte lines (5-byte lines in the last case, so the value changes every other line).
 TEST(Progress, StepAndReportsWhileReading) {
@@ -52,7 +45,8 @@ TEST(Progress, StepAndReportsWhileReading) {
         g_reported.clear();
         TLineReader reader;
         TMapLayer layer;
-        const GisProgressCallback callback = c.callback ? RecordProgress : nullptr;
+        const GisProgressCallback callback =
+            c.callback ? +[](int value) { g_reported.push_back(value); } : nullptr;
         EXPECT_EQ(reader.LoadFile(dir.File("lines.txt").c_str(), &layer, callback), GISFILE_OK) << c.name;
         EXPECT_EQ(reader.m_iProgressStep, c.step) << c.name;
         std::vector<int> expected;
@@ -60,17 +54,6 @@ TEST(Progress, StepAndReportsWhileReading) {
             expected.push_back(v);
         EXPECT_EQ(g_reported, expected) << c.name;
         EXPECT_EQ(reader.m_iLastProgress, c.lastReport) << c.name << ": kept even when nobody is told";
-    }
-}
-
-// Adding without an array, or at a count a reader set outside it, writes nothing.
-TEST(VertexArray, RefusedAdds) {
-    TLineReader reader;
-    EXPECT_FALSE(reader.AddVertex(1.0, 2.0));
-    ASSERT_TRUE(reader.AllocateLocArray(10));
-    for (const int count : {1000, -1}) {
-        reader.m_iNumLocs = count;
-        EXPECT_FALSE(reader.AddVertex(1.0, 1.0)) << count;
     }
 }
 

@@ -48,10 +48,7 @@ TEST(AddImportedLine, ClassVerticesAndClosing) {
         EXPECT_EQ(layer.m_Polygons[0].dArea == 0.0, c.stored == 0) << std::hex << c.kind;
         EXPECT_EQ(layer.m_rcExtents.IsEmpty(), c.stored == 0) << std::hex << c.kind;
     }
-}
-
-// The marker's kind makes nothing, as do a count no array holds and a missing layer.
-TEST(AddImportedLine, NothingAddedWithoutALine) {
+    // The marker's kind makes nothing, as do a count no array holds and a missing layer.
     TMapLayer layer;
     EXPECT_EQ(AddPlain(&layer, static_cast<int>(ELEMENT_MARKER)), nullptr);
     EXPECT_EQ(AddPlain(&layer, static_cast<int>(ELEMENT_LINE_AREA), INT_MAX), nullptr);

@@ -43,17 +43,13 @@ TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::
     });
 }
 
-TScriptedMessages::~TScriptedMessages() {
-    SetMessageBoxHandler(std::move(m_previous));
-}
-
 TCommandResult RunCommand(const std::string& commandLine) {
     TTempDir dir;
-    const int status = std::system((commandLine + " >" + ShellQuote(dir.File("out")) + " 2>" +
-                                    ShellQuote(dir.File("err")) + " </dev/null")
-                                       .c_str());
-    return {(status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1, ReadFileBytes(dir.File("out")),
-            ReadFileBytes(dir.File("err"))};
+    const std::string out = dir.File("out"), err = dir.File("err");
+    const int status =
+        std::system((commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " </dev/null").c_str());
+    return {(status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1, ReadFileBytes(out),
+            ReadFileBytes(err)};
 }
 
 bool HaveProgram(const std::string& name) {

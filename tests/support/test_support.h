@@ -3,6 +3,7 @@
 // running the tool or a peer program.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/message_box.h"
@@ -28,7 +29,7 @@ std::string ReadFileBytes(const std::string& path);
 class TScriptedMessages {
 public:
     explicit TScriptedMessages(std::vector<int> answers = {});
-    ~TScriptedMessages();
+    ~TScriptedMessages() { SetMessageBoxHandler(std::move(m_previous)); }
     TScriptedMessages(const TScriptedMessages&) = delete;
     TScriptedMessages& operator=(const TScriptedMessages&) = delete;
     const std::vector<TMessageBoxRequest>& Shown() const { return m_shown; }

@@ -11,8 +11,7 @@
 namespace {
 
 // Python's XML parser fails on anything that is not well-formed; the script prints the hatched
-// exclusions, whether spray strips are drawn, and the texts: marker names, field names, the
-// scale bar and the north arrow.
+// exclusions, whether spray strips are drawn, and the texts (markers, fields, scale bar, north).
 const char* const kCountScript =
     "import sys, xml.etree.ElementTree as ET\n"
     "root = ET.parse(sys.argv[1]).getroot()\n"
@@ -22,9 +21,8 @@ const char* const kCountScript =
     "print('|'.join(e.text for e in root.iter(ns + 'text')))\n";
 
 TEST(TlgisRender, FieldPictureHoldsItsElements) {
-    const std::string python = TL_GIS_PYTHON;
-    if (!HaveProgram(python))
-        GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
+    if (!HaveProgram(TL_GIS_PYTHON))
+        GTEST_SKIP() << TL_GIS_PYTHON " is missing; run scripts/install-test-tools.sh";
     const std::string examples = TL_GIS_SOURCE_DIR "/examples/";
     TTempDir dir;
     WriteFileBytes(dir.File("count.py"), kCountScript);
@@ -36,7 +34,7 @@ TEST(TlgisRender, FieldPictureHoldsItsElements) {
             dir.Path(), "render " + ShellQuote(examples + "field.job") + " field.svg --width 800" + options));
         ASSERT_EQ(r.iExit, 0) << options << "\n" << r.strErr;
         const TCommandResult parsed =
-            RunCommand("cd " + ShellQuote(dir.Path()) + " && " + python + " count.py field.svg");
+            RunCommand("cd " + ShellQuote(dir.Path()) + " && " TL_GIS_PYTHON " count.py field.svg");
         EXPECT_EQ(parsed.strOut.substr(0, std::string(expected).size()), expected)
             << "render" << options << "\n"
             << parsed.strErr;
