@@ -27,7 +27,7 @@ TEST(TlgisTool, HelpUsageAndResultCodes) {
         {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
         {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},
         {"batch without a format", "convert a.job -o out", 2, "", "usage: tlgis convert IN... -o DIR"},
-        {"missing file", "info missing.job", 1, "Result:   6002", "no such file"},
+        {"missing file", "info missing.job", 1, "Result:   6002", "missing.job (no such file) (6002)"},
         {"folder given as a file", "info ./", 1, "Result:   6002", "not a file) (6002)"},
         {"no format for the name", "info notes.txt", 1, "Result:   6001", "no format for"},
         {"no format to write", "convert - out.xyz", 1, "", "(6001)"},
