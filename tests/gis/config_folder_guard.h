@@ -1,6 +1,5 @@
 #pragma once
-// Points the library's language table at another configuration folder for one test and puts
-// the previous folder, and the table loaded from it, back afterwards.
+// Points the language table at another configuration folder for one test, then reloads the previous.
 
 #include <string>
 
@@ -18,8 +17,6 @@ public:
         TScriptedMessages quiet;  // the previous folder may hold no language file
         GetTlGisApp().InitInstance();
     }
-    TConfigFolderGuard(const TConfigFolderGuard&) = delete;
-    TConfigFolderGuard& operator=(const TConfigFolderGuard&) = delete;
 
 private:
     std::string m_strPrevious;

@@ -1,38 +1,34 @@
 #include "test_support.h"
 
-#include <cstdio>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/wait.h>
-#include <unistd.h>
+
+namespace fs = std::filesystem;
 
 TTempDir::TTempDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tl_gis_test_XXXXXX").string();
+    std::string pattern = (fs::temp_directory_path() / "tl_gis_test_XXXXXX").string();
     if (mkdtemp(pattern.data()) != nullptr) m_strPath = pattern;
 }
 
 TTempDir::~TTempDir() {
     std::error_code ec;
-    if (!m_strPath.empty()) {
-        // Read-only folders made by a test must not keep their contents alive.
-        std::filesystem::permissions(m_strPath, std::filesystem::perms::owner_all, std::filesystem::perm_options::add, ec);
-        std::filesystem::remove_all(m_strPath, ec);
-    }
+    if (m_strPath.empty()) return;
+    // Read-only folders made by a test must not keep their contents alive.
+    fs::permissions(m_strPath, fs::perms::owner_all, fs::perm_options::add, ec);
+    fs::remove_all(m_strPath, ec);
 }
 
-std::string TTempDir::File(const std::string& name) const { return m_strPath + "/" + name; }
-
 void WriteFileBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    f.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 std::string ReadFileBytes(const std::string& path) {
-    std::ifstream f(path, std::ios::binary);
     std::ostringstream s;
-    s << f.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
 }
 
@@ -40,23 +36,20 @@ TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::
     m_previous = SetMessageBoxHandler([this](const TMessageBoxRequest& request) {
         m_shown.push_back(request);
         if (!request.IsQuestion()) return static_cast<int>(IDOK);
-        if (m_next < m_answers.size()) return m_answers[m_next++];
-        return static_cast<int>(IDYES);
+        if (m_answers.empty()) return static_cast<int>(IDYES);
+        const int answer = m_answers.front();
+        m_answers.erase(m_answers.begin());
+        return answer;
     });
 }
-
-TScriptedMessages::~TScriptedMessages() { SetMessageBoxHandler(std::move(m_previous)); }
 
 TCommandResult RunCommand(const std::string& commandLine) {
     TTempDir dir;
     const std::string out = dir.File("out"), err = dir.File("err");
-    const std::string full = commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " </dev/null";
-    TCommandResult result;
-    const int status = std::system(full.c_str());
-    result.iExit = (status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1;
-    result.strOut = ReadFileBytes(out);
-    result.strErr = ReadFileBytes(err);
-    return result;
+    const int status =
+        std::system((commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " </dev/null").c_str());
+    return {(status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1, ReadFileBytes(out),
+            ReadFileBytes(err)};
 }
 
 bool HaveProgram(const std::string& name) {
@@ -66,11 +59,6 @@ bool HaveProgram(const std::string& name) {
 
 std::string ShellQuote(const std::string& arg) {
     std::string q = "'";
-    for (char c : arg) {
-        if (c == '\'')
-            q += "'\\''";
-        else
-            q += c;
-    }
+    for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
 }

@@ -3,6 +3,7 @@
 // running the tool or a peer program.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/message_box.h"
@@ -15,8 +16,7 @@ public:
     TTempDir(const TTempDir&) = delete;
     TTempDir& operator=(const TTempDir&) = delete;
     const std::string& Path() const { return m_strPath; }
-    // path/name
-    std::string File(const std::string& name) const;
+    std::string File(const std::string& name) const { return m_strPath + "/" + name; }
 
 private:
     std::string m_strPath;
@@ -29,27 +29,23 @@ std::string ReadFileBytes(const std::string& path);
 class TScriptedMessages {
 public:
     explicit TScriptedMessages(std::vector<int> answers = {});
-    ~TScriptedMessages();
+    ~TScriptedMessages() { SetMessageBoxHandler(std::move(m_previous)); }
     TScriptedMessages(const TScriptedMessages&) = delete;
     TScriptedMessages& operator=(const TScriptedMessages&) = delete;
-
     const std::vector<TMessageBoxRequest>& Shown() const { return m_shown; }
 
 private:
     std::vector<int> m_answers;
-    std::size_t m_next = 0;
     std::vector<TMessageBoxRequest> m_shown;
     TMessageBoxHandler m_previous;
 };
 
 struct TCommandResult {
     int iExit = -1;
-    std::string strOut;
-    std::string strErr;
+    std::string strOut, strErr;
 };
-// Runs a shell command line, capturing stdout and stderr.
+// Runs a shell command line with no input, capturing stdout and stderr.
 TCommandResult RunCommand(const std::string& commandLine);
 // True when a program is on PATH (or an absolute path that exists).
 bool HaveProgram(const std::string& name);
-// Quotes an argument for the shell.
 std::string ShellQuote(const std::string& arg);

@@ -1,140 +1,105 @@
-// The tlgis tool as a user runs it: help, exit statuses, and the result codes it reports.
+// The tlgis tool as a user runs it: help, exit statuses, the result codes it reports, progress
+// on a pipe, the JSON report, and the options each format adds.
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "test_support.h"
+#include "tool_run.h"
 
 namespace {
 
-std::string Tool() {
-    return ShellQuote(TLGIS_EXE);
-}
-
-struct TToolCase {
-    const char* name;
-    std::string args;  // already quoted for the shell
-    int exit;
-    std::vector<std::string> inOut;  // texts that stdout must contain
-    std::vector<std::string> inErr;  // texts that stderr must contain
-};
-
-void RunCases(const std::vector<TToolCase>& cases) {
-    for (const TToolCase& c : cases) {
-        const TCommandResult r = RunCommand(Tool() + " " + c.args);
-        EXPECT_EQ(r.iExit, c.exit) << c.name << "\nstdout: " << r.strOut << "\nstderr: " << r.strErr;
-        for (const std::string& text : c.inOut)
-            EXPECT_NE(r.strOut.find(text), std::string::npos)
-                << c.name << ": stdout lacks '" << text << "':\n"
-                << r.strOut;
-        for (const std::string& text : c.inErr)
-            EXPECT_NE(r.strErr.find(text), std::string::npos)
-                << c.name << ": stderr lacks '" << text << "':\n"
-                << r.strErr;
-    }
-}
-
-TEST(TlgisTool, HelpAndUsage) {
-    RunCases({
-        {"--help", "--help", 0, {"Usage: tlgis", "\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"-h", "-h", 0, {"\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"help command", "help", 0, {"\n  info FILE", "\n  convert IN OUT"}, {}},
-        {"help convert", "help convert", 0, {"Usage: tlgis convert IN OUT"}, {}},
-        {"no command", "", 2, {}, {"Usage: tlgis"}},
-        {"unknown command", "frobnicate", 2, {}, {"unknown command 'frobnicate'"}},
-    });
-}
-
-TEST(TlgisTool, BadOptionsExitWithTwo) {
-    RunCases({
-        {"answer that does not exist",
-         "--projected maybe info -",
-         2,
-         {},
-         {"--projected takes stop, skip or ask"}},
-        {"option value missing", "info - --config", 2, {}, {"option --config needs a value"}},
-        {"value given to a flag", "info - --quiet=yes", 2, {}, {"option --quiet takes no value"}},
-        {"misspelt flag", "info - --jsno", 2, {}, {"unknown option --jsno"}},
-        {"unknown language", "--lang klingon info -", 2, {}, {"unknown language 'klingon'"}},
-        {"info without a file", "info", 2, {}, {"usage: tlgis info FILE"}},
-        {"info with two files", "info a.job b.job", 2, {}, {"usage: tlgis info FILE"}},
-        {"convert with one file", "convert a.job", 2, {}, {"usage: tlgis convert IN OUT"}},
-    });
-}
-
-TEST(TlgisTool, ResultCodesOfFailedLoads) {
+TEST(TlgisTool, HelpUsageAndResultCodes) {
     TTempDir dir;
     WriteFileBytes(dir.File("notes.txt"), "not a map\r\n");
-    RunCases({
-        {"missing file",
-         "info " + ShellQuote(dir.File("missing.job")),
-         1,
-         {"Result:   6002"},
-         {"no such file", "(6002)"}},
-        {"missing file, no known extension",
-         "info " + ShellQuote(dir.File("missing.xyz")),
-         1,
-         {},
-         {"(6002)"}},
-        {"folder given as a file", "info " + ShellQuote(dir.Path() + "/"), 1, {}, {"not a file", "(6002)"}},
-        {"no format for the name",
-         "info " + ShellQuote(dir.File("notes.txt")),
-         1,
-         {"Result:   6001"},
-         {"no format for", "(6001)"}},
-        {"convert to a name no format takes",
-         "convert - " + ShellQuote(dir.File("out.xyz")),
-         1,
-         {},
-         {"(6001)"}},
-    });
+    const std::string usage = "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n\nCommands:\n  info FILE";
+    const std::vector<TToolCase> cases = {
+        {"--help", "--help", 0, usage + " [--json] [--points]", ""},
+        {"help convert", "help convert", 0, "Usage: tlgis convert IN OUT", ""},
+        {"no command", "", 2, "", usage},
+        {"unknown command", "frobnicate", 2, "", "unknown command 'frobnicate'"},
+        {"misspelt flag", "info - --jsno", 2, "", "lists the options of every format)\n" + usage},
+        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, skip or ask"},
+        {"value missing", "info - --config", 2, "", "option --config needs a value"},
+        {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
+        {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},
+        {"batch without a format", "convert a.job -o out", 2, "", "usage: tlgis convert IN... -o DIR"},
+        {"missing file", "info missing.job", 1, "Result:   6002", "missing.job (no such file) (6002)"},
+        {"folder given as a file", "info ./", 1, "Result:   6002", "not a file) (6002)"},
+        {"no format for the name", "info notes.txt", 1, "Result:   6001", "no format for"},
+        {"no format to write", "convert - out.xyz", 1, "", "(6001)"},
+    };
+    for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
 }
 
-// The JSON report parses, also for an empty layer ('-' loads nothing) and for a failed load.
 TEST(TlgisTool, ProgressOnAPipe) {
     TTempDir dir;
-    const std::string job = ShellQuote(std::string(TL_GIS_SOURCE_DIR) + "/examples/field.job");
-    RunCases({
-        {"load and write with --progress",
-         "convert " + job + " " + ShellQuote(dir.File("field.mif")) + " --progress",
-         0,
-         {},
-         {"0...10...20...30...40...50...60...70...80...90...100 - done.\n", "writing ",
-          "field.mif ... done in "}},
-    });
+    const std::string job = ShellQuote(TL_GIS_SOURCE_DIR "/examples/field.job");
+    RunToolCase(
+        dir.Path(),
+        {"--progress", "convert " + job + " field.mif --progress", 0, "",
+         "0...10...20...30...40...50...60...70...80...90...100 - done.\nwriting field.mif ... done in "});
 }
 
-TEST(TlgisTool, JsonReports) {
+const char* const kJob =
+    ".JOB 12 FARM\r\n.VERSION 1\r\n.MAR 3 Gate\r\n\tTYPE 5\r\n\t45.5 -93.25\r\n"
+    ".PAT 7 P\r\n\tEXPAND\r\n\tRIGHT\r\n\tSWIDTH 60\r\n\tFIELD_WIDTH 600\r\n\tOFFSET 10\r\n\tABLINES  2\r\n"
+    "\tA 45.5 -93.2\r\n\tB 45.51 -93.2\r\n\tD 45.51 -93.19\r\n"
+    ".POL 1 x\r\n\tINC\r\n\t45.5 -93.3\r\n\t45.6 -93.3\r\n\t45.6 -93.2\r\n";
+
+// Python runs the tool and prints its exit status and what it parsed. Point C of the pattern is
+// not valid and is not listed.
+TEST(TlgisTool, InfoJsonParsesBack) {
     const std::string python = TL_GIS_PYTHON;
-    if (!HaveProgram(python)) GTEST_SKIP() << python << " is not installed";
+    if (!HaveProgram(python))
+        GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
     TTempDir dir;
-    const std::string check = dir.File("check.py");
-    WriteFileBytes(check,
-                   "import json, sys\n"
-                   "d = json.load(sys.stdin)\n"
-                   "print(d['type'], d['result'], len(d['elements']), d['layer']['centroids'], "
-                   "d['layer']['llb'] == '')\n");
-    struct TCase {
-        const char* name;
-        std::string args;
-        int exit;
-        std::string parsed;
-    };
-    const std::vector<TCase> cases = {
-        {"empty layer", "info - --json", 0, "0 0 0 [] True\n"},
-        {"missing file", "info " + ShellQuote(dir.File("gone.job")) + " --json", 1, "1 6002 0 [] True\n"},
-    };
-    for (const TCase& c : cases) {
-        const std::string json = dir.File("out.json");
-        // The tool's report goes to a file, the parser's answer to the captured output.
-        const TCommandResult r = RunCommand("(" + Tool() + " " + c.args + " > " + ShellQuote(json) +
-                                            "; status=$?; " + ShellQuote(python) + " " + ShellQuote(check) +
-                                            " < " + ShellQuote(json) + " && exit $status)");
-        EXPECT_EQ(r.iExit, c.exit) << c.name << ": " << r.strErr;
-        EXPECT_EQ(r.strOut, c.parsed) << c.name << ": " << ReadFileBytes(json);
+    WriteFileBytes(dir.File("12.job"), kJob);
+    WriteFileBytes(dir.File("check.py"),
+                   "import json, subprocess, sys\n"
+                   "r = subprocess.run(sys.argv[1:], capture_output=True)\nd = json.loads(r.stdout)\n"
+                   "print(r.returncode, d['type'], d['result'], [e['kind'] for e in d['elements']], "
+                   "[(e['pattern_kind'], e['swath_width_m'], sorted(e['points'])) for e in d['elements'] "
+                   "if e['kind'] == 'pattern'])\n");
+    const std::pair<const char*, const char*> cases[] = {
+        {"12.job", "0 1 0 ['marker', 'pattern', 'boundary'] [('EXPAND', 18.288, ['A', 'B', 'D'])]\n"},
+        {"gone.job", "1 1 6002 [] []\n"}};
+    for (const auto& [file, parsed] : cases) {
+        const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + python + " check.py " +
+                                            ShellQuote(TLGIS_EXE) + " info --json " + file);
+        EXPECT_EQ(r.strOut, parsed) << file << ": " << r.strErr;
     }
+}
+
+// Run A sprays three samples 100 m apart with channel-2 rates 10, 30 and 20 L/ha.
+const char* const kFlight =
+    "run,time,lat,lon,heading,speed,spray,swath,height,rate,rate2\n"
+    "A,2024-06-01T14:03:10.00,45.5,-93.25,0,50,1,20,100,5,10\n"
+    "A,2024-06-01T14:03:11.00,45.500899753,-93.25,0,40,1,20,50,6,30\n"
+    "A,2024-06-01T14:03:12.50,45.501799507,-93.25,0,60,1,20,0,7,20\n"
+    "B,2024-06-01T14:04:00.00,45.6,-93.2,90,50,0,20,0,9,9\n";
+
+TEST(TlgisTool, FormatOptions) {
+    TTempDir dir;
+    WriteFileBytes(dir.File("12.job"), kJob);
+    WriteFileBytes(dir.File("flight.csv"), kFlight);
+    WriteFileBytes(dir.File("in.mif"), "Version 300\nData\nPLINE 3\n-93 45\n-92.9 45\n-92.9 45.1\n");
+    const std::vector<TToolCase> cases = {
+        {"JOB version 3", "convert 12.job North.job --job-version 3", 0, "", "", "North.job",
+         ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM North\r\n"},
+        {"PMH from a job", "convert 12.job out.pmh --pmh-units 10", 0, "",
+         "2 elements left out of the PMH file, which holds polygons only (marker 1, pattern 1)", "out.pmh",
+         "10 KG / HECTARE\r\n.POL\r\nINC 0.00000000\r\n45.50000000 -93.30000000\r\n"},
+        {"MID delimiter", "convert in.mif tab.mif --mid-delimiter TAB --mid-complete-rows", 0, "", "",
+         "tab.mid", "1\t\t\t\t\t\t\t\r\n"},
+        {"flight as paired swaths",
+         "convert - s.mif --spray flight.csv --mid-spray-channels 2 --single-block", 0, "", "", "s.mid",
+         ", ON,    3.2072, \r\n06:01:2024,14:03:11.00, 89.5,000,00164, ON,    0.6414, \r\n"},
+    };
+    for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A program built against the installed library: classifies a name and runs an empty write.
+// A program built against the installed library: classifies two names and makes a layer.
 #include <tl_gis/tl_gis.h>
 
 #include <cstdio>

@@ -1,0 +1,31 @@
+#pragma once
+// Runs the built tlgis from a given folder as a user would, and checks what it prints and writes.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "test_support.h"
+
+struct TToolCase {
+    const char* name;
+    std::string args;  // already quoted for the shell
+    int exit;
+    std::string inOut, inErr;      // texts that stdout and stderr must contain
+    std::string file{}, inFile{};  // a file written in the folder and a text it must contain
+};
+
+inline std::string InFolder(const std::string& folder, const std::string& args) {
+    return "cd " + ShellQuote(folder) + " && " + ShellQuote(TLGIS_EXE) + " " + args;
+}
+
+inline void RunToolCase(const std::string& folder, const TToolCase& c) {
+    const TCommandResult r = RunCommand(InFolder(folder, c.args));
+    const std::string written = c.file.empty() ? "" : ReadFileBytes(folder + "/" + c.file);
+    EXPECT_EQ(r.iExit, c.exit) << c.name << "\n" << r.strOut << r.strErr;
+    EXPECT_NE(r.strOut.find(c.inOut), std::string::npos) << c.name << ": stdout lacks " << c.inOut << "\n"
+                                                         << r.strOut;
+    EXPECT_NE(r.strErr.find(c.inErr), std::string::npos) << c.name << ": stderr lacks " << c.inErr << "\n"
+                                                         << r.strErr;
+    EXPECT_NE(written.find(c.inFile), std::string::npos) << c.name << ": " << c.file << " lacks " << c.inFile;
+}
