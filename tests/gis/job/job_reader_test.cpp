@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <tuple>
 
 #include "gis/job/job_vertex_buffer.h"
 #include "gis/numbers.h"
@@ -43,14 +44,9 @@ std::string Describe(const TMapLayer& layer) {
 }
 
 TEST(JobReader, HeaderLines) {
-    struct TCase {
-        const char* name;
-        std::string text;
-        int result;
-        std::string expected;  // job name|LLB|version
-    };
+    // name, text, result, job name|LLB|version
     const std::string x39(39, 'x');
-    const TCase cases[] = {
+    const std::tuple<const char*, std::string, int, std::string> cases[] = {
         {"byte-order mark", "\xEF\xBB\xBF.JOB 12 FARM\r\n", GISFILE_OK, "12|FARM|0"},
         {"lower case, longer keyword", ".jobfile 5 y\n", GISFILE_OK, "5|y|0"},
         {"blank first line", "\n.JOB 1 X\n", GISFILE_ERR_OPEN, "||0"},
@@ -65,12 +61,12 @@ TEST(JobReader, HeaderLines) {
         {"piece end one character later", ".JOB 1 A\n.LLB " + std::string(93, 'x') + ".JNM TAIL\n",
          GISFILE_OK, "1|" + x39 + "|0"},
     };
-    for (const TCase& c : cases) {
+    for (const auto& [name, text, result, expected] : cases) {
         TMapLayer layer;
         TGisFileJob job;
-        EXPECT_EQ(LoadJobText(c.text, layer, &job), c.result) << c.name;
-        EXPECT_EQ(job.m_strJobName + "|" + job.m_strLLB + "|" + std::to_string(job.m_iVersion), c.expected)
-            << c.name;
+        EXPECT_EQ(LoadJobText(text, layer, &job), result) << name;
+        EXPECT_EQ(job.m_strJobName + "|" + job.m_strLLB + "|" + std::to_string(job.m_iVersion), expected)
+            << name;
     }
 }
 
@@ -84,6 +80,9 @@ TEST(JobReader, RecordBodies) {
     TTestLanguage language;
     const std::string ring = "\t45.5 -93.3\n\t45.6 -93.3\n\t45.6 -93.2\n";
     const std::string projected = "\t45.5 -93.3\n\t5000000 500000\n\t45.6 -93.3\n";
+    std::string longLine = "\t", tenMillion;
+    for (int i = 0; i < 100000; ++i) longLine += "45.5 -93.5 ";  // 1 MB without a line end
+    for (int i = 0; i < 10000000; ++i) tenMillion += "45 9\n";
     const TCase cases[] = {
         {"symbol 12 is not usable", ".MAR 3 Gate\n\tTYPE 12\n", "3 MAR Gate 132 0 0"},
         {"symbol 31, lower case on three characters", ".MAR 3 G\n\ttyp 31\n", "3 MAR G 31"},
@@ -99,9 +98,8 @@ TEST(JobReader, RecordBodies) {
          "7 PAT BACK_TO_BACK RIGHT 18.288 182.880 -3.048 4"},
         {"pattern points, no range test, no S",
          ".PAT 7 N\n\tb 45.5 -93.2\n\tD 45.7 -93\n\tR 45.8 -93\n\tA 45 200\n\tS 46 -93\n",
-         "7 PAT BACK_TO_BACK LEFT 18.288 0.000 0.000 1 FARM-7A 57 45 200 FARM-7b 58 45.5 -93.2 FARM-7D 31 "
-         "45.7 -93 "
-         "FARM-7R 45 45.8 -93"},
+         "7 PAT BACK_TO_BACK LEFT 18.288 0.000 0.000 1 FARM-7A 57 45 200 FARM-7b 58 45.5 -93.2 "
+         "FARM-7D 31 45.7 -93 FARM-7R 45 45.8 -93|"},
         {"kind on three characters", ".PAT 7 N\n\trac\n", "7 PAT RACETRACK"},
         {"BACK_TO_BACK as a whole token", ".PAT 7 N\n\trac\n\tback_to_back\n", "7 PAT BACK_TO_BACK"},
         {"QUICK as a whole token", ".PAT 7 N\n\tquick\n\tQUICKX\n", "7 PAT QUICK "},
@@ -124,6 +122,13 @@ TEST(JobReader, RecordBodies) {
         {"projected pair, No drops it", ".POL 5 N\n" + projected, "5 POL INC n=3 v=0", IDNO},
         {"projected pair, Yes abandons the boundary", ".POL 5 N\n" + projected + ".POL 6 N\n" + ring,
          "6 POL INC n=4 v=0", IDYES},
+        {"NUL bytes", std::string(".MAR 1 M\n\t45.5\0 -93\n\0\0\0\n.POL 2\n\t45\0.5 -93.5\n", 44),
+         "1 MAR M 0 45.5 0|2 POL INC n=1 v=0|"},
+        {"a line of 1 MB", ".POL 5 N\n" + longLine + "\n", "5 POL INC n=11112 "},
+        {"huge numbers",
+         ".PAT 1\n\tSWIDTH 1e999\n\tABLINES 99999999999\n\tA 1e308 -1e308\n.MAR 2 M\n\tTYPE 1e99\n",
+         "1 PAT BACK_TO_BACK LEFT inf"},
+        {"ten million vertices in one body", ".GPL 5 big\n" + tenMillion, "5 GPL OPEN n=10000000 "},
     };
     for (const TCase& c : cases) {
         TScriptedMessages messages({c.answer});
@@ -131,7 +136,7 @@ TEST(JobReader, RecordBodies) {
         ASSERT_EQ(LoadJobText(".JOB 1 FARM\n" + c.records + ".MAR 9 End\n", layer), GISFILE_OK) << c.name;
         const std::string seen = Describe(layer);
         EXPECT_EQ(seen.substr(0, std::strlen(c.expected)), c.expected) << c.name << "\n" << seen;
-        EXPECT_EQ(seen.substr(seen.find('|') + 1), "9 MAR End 0 0 0") << c.name;
+        EXPECT_TRUE(seen.ends_with("|9 MAR End 0 0 0")) << c.name << ": reading went on";
         ASSERT_EQ(messages.Shown().size(), c.answer != 0 ? 1u : 0u) << c.name;
         if (c.answer != 0) {
             EXPECT_TRUE(messages.Shown()[0].IsQuestion()) << c.name;
@@ -158,48 +163,6 @@ TEST(JobReader, VertexBufferGrowsUntilMemoryRunsOut) {
         EXPECT_EQ(Describe(layer).substr(0, std::strlen(expected)), expected) << record;
         EXPECT_EQ(static_cast<TFeatureLine*>(layer.m_Elements[0])->m_pPoints[1699].dLat, 45.2699) << record;
         EXPECT_EQ(layer.GetElementCount(), 2) << record << ": reading went on";
-    }
-}
-
-std::string RandomBytes(std::size_t n, unsigned seed) {
-    std::mt19937 random(seed);
-    std::string s(n, '\0');
-    for (char& c : s) c = static_cast<char>(random() & 0xFF);
-    return s;
-}
-
-TEST(JobReader, BadInputGivesResultCodes) {
-    TTestLanguage language;
-    std::string longLine = ".JOB 1 A\n.POL 1 x\n\t";
-    for (int i = 0; i < 100000; ++i) longLine += "45.5 -93.5 ";  // 1 MB without a line end
-    std::string tenMillion = ".JOB 1 A\n.GPL 1 big\n";
-    for (int i = 0; i < 10000000; ++i) tenMillion += "45 9\n";
-    const struct {
-        const char* name;
-        std::string text;
-        int result;
-        int elements;  // -1: not checked
-    } cases[] = {
-        {"truncated in a number", ".JOB 1 A\n.POL 1 x\n\t45.5 -93.3\n\t45.6 -9", GISFILE_OK, 1},
-        {"truncated record line", ".JOB 1 A\n.PA", GISFILE_OK, 1},
-        {"garbage only", RandomBytes(5000, 1), GISFILE_ERR_OPEN, 0},
-        {"garbage in record bodies",
-         ".JOB 1 A\n.POL 1\n" + RandomBytes(50000, 3) + "\n.PAT 2\n" + RandomBytes(50000, 4), GISFILE_OK, -1},
-        {"NUL bytes", std::string(".JOB 1 A\n.MAR 1 M\n\t45.5\0 -93\n\0\0\0\n.POL 2\n\t45\0.5 -93.5\n", 47),
-         GISFILE_OK, 2},
-        {"a line of 1 MB", longLine + "\n.MAR 2 M\n", GISFILE_OK, 2},
-        {"huge numbers",
-         ".JOB 1 A\n.PAT 1\n\tSWIDTH 1e999\n\tABLINES 99999999999\n\tA 1e308 -1e308\n.MAR 1 M\n\tTYPE 1e99\n",
-         GISFILE_OK, 2},
-        {"ten million vertices in one body", tenMillion + ".MAR 2 after\n", GISFILE_OK, 2},
-    };
-    for (const auto& c : cases) {
-        TScriptedMessages messages(std::vector<int>(10, IDNO));
-        TMapLayer layer;
-        EXPECT_EQ(LoadJobText(c.text, layer), c.result) << c.name;
-        if (c.elements >= 0) {
-            EXPECT_EQ(layer.GetElementCount(), c.elements) << c.name;
-        }
     }
 }
 
