@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstdio>
 #include <cstring>
 #include <tuple>
 
@@ -33,11 +32,9 @@ std::string Describe(const TMapLayer& layer) {
                    bounds[l->m_iBoundType - BOUNDARY_INC] + " n=" + std::to_string(l->m_iNumPoints) +
                    " v=" + FormatRoundTrip(l->m_dValue);
             std::uint32_t color = 0;
-            char rgb[8] = "none";
-            if (l->GetColor(color)) std::snprintf(rgb, sizeof rgb, "%06x", color);
             if (l->m_bHasColor)
-                out += std::string(" rgb=") + rgb + (l->m_bRgbFlag1 ? " 1" : " 0") +
-                       (l->m_bRgbFlag2 ? " 1" : " 0");
+                out += " rgb=" + (l->GetColor(color) ? std::to_string(color) : std::string("none")) +
+                       (l->m_bRgbFlag1 ? " 1" : " 0") + (l->m_bRgbFlag2 ? " 1" : " 0");
         }
     }
     return out;
@@ -47,15 +44,15 @@ TEST(JobReader, HeaderLines) {
     // name, text, result, job name|LLB|version
     const std::string x39(39, 'x');
     const std::tuple<const char*, std::string, int, std::string> cases[] = {
-        {"byte-order mark", "\xEF\xBB\xBF.JOB 12 FARM\r\n", GISFILE_OK, "12|FARM|0"},
-        {"lower case, longer keyword", ".jobfile 5 y\n", GISFILE_OK, "5|y|0"},
+        {"byte-order mark, lower case, longer keyword", "\xEF\xBB\xBF.jobfile 12 FARM\r\n", GISFILE_OK,
+         "12|FARM|0"},
         {"blank first line", "\n.JOB 1 X\n", GISFILE_ERR_OPEN, "||0"},
         {"three characters only", ".JO 1 X\n", GISFILE_ERR_OPEN, "||0"},
         {"empty file", "", GISFILE_OK, "||0"},
-        {"keywords on three characters", ".JOB 1 A\n.ve 7\n.jnmX Low\n.llbb L2\n", GISFILE_OK, "Low|L2|7"},
-        {".V and another letter", ".JOB 1 A\n.VX 7\n", GISFILE_OK, "1|A|0"},
-        {"byte above 127 ends a token", ".JOB 1 A\n.JNM ABC\xC9XYZ\n", GISFILE_OK, "ABC|A|0"},
-        {"DEL belongs to a token", ".JOB 1 A\n.JNM AB\177C\n", GISFILE_OK, "AB\177C|A|0"},
+        {"keywords on three characters", ".JOB 1 A\n.ve 7\n.VX 8\n.jnmX Low\n.llbb L2\n", GISFILE_OK,
+         "Low|L2|7"},
+        {"DEL belongs to a token, a byte above 127 ends it", ".JOB 1 A\n.JNM AB\177C\xC9XYZ\n", GISFILE_OK,
+         "AB\177C|A|0"},
         {"a piece ends after 99 characters, a token after 39",
          ".JOB 1 A\n.LLB " + std::string(94, 'x') + ".JNM TAIL\n", GISFILE_OK, "TAIL|" + x39 + "|0"},
         {"piece end one character later", ".JOB 1 A\n.LLB " + std::string(93, 'x') + ".JNM TAIL\n",
@@ -111,10 +108,10 @@ TEST(JobReader, RecordBodies) {
         {"EXC with value", ".POL 5 N\n\tEXC 2.5\n" + ring, "5 POL EXC n=4 v=2.5"},
         {"OPEN never closed", ".POL 5 N\n\topen\n" + ring, "5 POL OPEN n=3"},
         {"RGB red with both flags, no coordinates", ".POL 5 N\n\tRGB: 255,000,000, 1, 0\n",
-         "5 POL INC n=0 v=0 rgb=0000ff 1 1"},
+         "5 POL INC n=0 v=0 rgb=255 1 1"},
         {"RGB 256 is no colour", ".POL 5 N\n\tRGB: 256,0,0, 0, 1\n", "5 POL INC n=0 v=0 rgb=none 0 0"},
         {"RGB negative is no colour", ".POL 5 N\n\tRGB: 1,2,-3, 1, 1\n", "5 POL INC n=0 v=0 rgb=none 1 0"},
-        {"RGB empty pieces skipped", ".POL 5 N\n\tRGB: ,10,,20,30, 1\n", "5 POL INC n=0 v=0 rgb=1e140a 1 0"},
+        {"RGB empty pieces skipped", ".POL 5 N\n\tRGB: ,10,,20,30, 1\n", "5 POL INC n=0 v=0 rgb=1971210 1 0"},
         {"RGB two numbers", ".POL 5 N\n\trgb: ,10,,20\n", "5 POL INC n=0 v=0 rgb=none 0 0"},
         {"refused pairs dropped", ".POL 5 N\n\t45.5 200\n\t0.5 0.5\n\tx y\n\t45.5 -93.3\n", "5 POL INC n=1"},
         {"polyline skips INC and RGB", ".GPL 5 N\n\tINC 4\n\tRGB: 1,2,3, 1, 0\n" + ring,
@@ -137,33 +134,30 @@ TEST(JobReader, RecordBodies) {
         const std::string seen = Describe(layer);
         EXPECT_EQ(seen.substr(0, std::strlen(c.expected)), c.expected) << c.name << "\n" << seen;
         EXPECT_TRUE(seen.ends_with("|9 MAR End 0 0 0")) << c.name << ": reading went on";
-        ASSERT_EQ(messages.Shown().size(), c.answer != 0 ? 1u : 0u) << c.name;
-        if (c.answer != 0) {
-            EXPECT_TRUE(messages.Shown()[0].IsQuestion()) << c.name;
-        }
+        std::string asked;
+        for (const TMessageBoxRequest& m : messages.Shown()) asked += m.IsQuestion() ? "?" : "!";
+        EXPECT_EQ(asked, c.answer != 0 ? "?" : "") << c.name;
     }
 }
 
 TEST(JobReader, VertexBufferGrowsUntilMemoryRunsOut) {
     TTestLanguage language;
-    const char* cases[][3] = {{".POL", "W17001 9\nW3081", "9 POL INC n=1701 "},
-                              {".GPL", "W3080 9\nW3081", "9 GPL OPEN n=1700 "}};
+    const char* cases[][3] = {{".POL", "W17001 9\nW3081|48", "9 POL INC n=1701 v=0|1 MAR M 0 0 0"},
+                              {".GPL", "W3080 9\nW3081|48", "9 GPL OPEN n=1700 v=0|1 MAR M 0 0 0"}};
     for (const auto& [record, message, expected] : cases) {
         std::string text = std::string(".JOB 1 A\n") + record + " 9 x\n";
         for (int i = 0; i < 1800; ++i) text += "\t45." + std::to_string(1000 + i) + " -93.5\n";
         TJobVertexBuffer::SetCapacityLimitForTesting(1700);
         TScriptedMessages messages;
         TMapLayer layer;
-        const int result = LoadJobText(text + ".MAR 1 M\n", layer);
+        EXPECT_EQ(LoadJobText(text + ".MAR 1 M\n", layer), GISFILE_OK) << record;
         TJobVertexBuffer::SetCapacityLimitForTesting(INT_MAX - TJobVertexBuffer::kGrowth);
-        EXPECT_EQ(result, GISFILE_OK) << record;
         ASSERT_EQ(messages.Shown().size(), 1u) << record;
-        EXPECT_EQ(messages.Shown()[0].strText, message) << record;
-        EXPECT_EQ(messages.Shown()[0].uFlags & 0xF0u, static_cast<unsigned>(MB_ICONEXCLAMATION)) << record;
-        EXPECT_EQ(Describe(layer).substr(0, std::strlen(expected)), expected) << record;
+        EXPECT_EQ(messages.Shown()[0].strText + "|" + std::to_string(messages.Shown()[0].uFlags & 0xF0u),
+                  message)
+            << record;
+        EXPECT_EQ(Describe(layer), expected) << record;
         EXPECT_EQ(static_cast<TFeatureLine*>(layer.m_Elements[0])->m_pPoints[1699].dLat, 45.2699) << record;
-        EXPECT_EQ(layer.GetElementCount(), 2) << record << ": reading went on";
     }
 }
-
 }  // namespace

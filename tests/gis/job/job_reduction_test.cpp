@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <tuple>
 
 #include "gis/job/job_decimation.h"
@@ -59,12 +60,21 @@ TEST(JobReduction, OptionsAndNotices) {
         {"option 2: lines and total", 2, Repeat(200, 501), 501,
          kWarning + "85(48)|" + kWarning + "86(48)|" + kWarning + "88(48)|" + kWarning + "89(48)|-1 100200"},
         {"option 3: nothing reduced", 3, Repeat(4, 500, {1500}), 501, "-1 0"},
+        // Vertices so far apart that no count of tolerance steps reaches them (-1200 below).
+        {"option 0: a line no tolerance fits is left out",
+         0,
+         {10, -1200},
+         1,
+         kSummaryA + "W5173 lines 1 vertices 10(64)|1 10"},
     };
     for (const auto& [name, option, lines, records, expected] : cases) {
         TMapLayer layer;
-        for (std::size_t i = 0; i < lines.size(); ++i)
-            AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC,
-                    RandomWalk(lines[i], static_cast<unsigned>(i)));
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            std::vector<tagLOC> line = RandomWalk(std::abs(lines[i]), static_cast<unsigned>(i));
+            for (std::size_t k = 1; lines[i] < 0 && k + 1 < line.size(); ++k)
+                line[k].dLon = k % 2 ? 1e300 : -1e300;
+            AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, line);
+        }
         std::string notices;
         EXPECT_EQ(Count(WriteWithOption(option, layer, notices), "\n.POL "), records) << name;
         EXPECT_EQ(notices, expected) << name;
@@ -91,21 +101,6 @@ TEST(JobReduction, LongLineDecimatedLikeThePassesOneByOne) {
                                std::to_string(expected))
             << vertices;
     }
-}
-
-TEST(JobReduction, LineNoToleranceCanFitIsLeftOut) {
-    // Vertices so far apart that no count of tolerance steps reaches them.
-    TTestLanguage language;
-    std::vector<tagLOC> line = RandomWalk(1200, 1);
-    for (std::size_t i = 1; i + 1 < line.size(); ++i) line[i].dLon = i % 2 == 1 ? 1e300 : -1e300;
-    TMapLayer layer;
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_OPEN, line);
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_OPEN, RandomWalk(10, 2));
-    std::string notices;
-    const std::string bytes = WriteWithOption(0, layer, notices);
-    EXPECT_EQ(Count(bytes, "\n.POL "), 1);
-    EXPECT_EQ(Count(bytes, "\n\t4"), 10);
-    EXPECT_EQ(notices.rfind(kSummaryA, 0), 0u) << notices;
 }
 
 TEST(JobDecimation, DistanceToLine) {

@@ -2,9 +2,7 @@
 // Helpers of the JOB tests: a language file whose text for id N is "W<N>", the writer's settings
 // for one test, layers built in memory, and files written and read in a scratch folder.
 
-#include <cmath>
 #include <filesystem>
-#include <initializer_list>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,7 +11,6 @@
 #include "features/pattern.h"
 #include "gis/job/job_file.h"
 #include "gis/line_assembly.h"
-#include "test_support.h"
 
 class TTestLanguage {
 public:
@@ -22,10 +19,11 @@ public:
         std::string lang = "[Texts]\n";
         for (int id :
              {1010, 1011, 2039, 2040, 2041, 3080, 3081, 3082, 3083, 3084, 3085,  3086,  3087,  3088,
-              3089, 3090, 3096, 5054, 5090, 5173, 5185, 5186, 5187, 5188, 12002, 17001, 17002, 17008}) {
-            lang += std::to_string(id) + "\tW" + std::to_string(id);
-            lang += id == 5173 ? " lines %d vertices %d\n" : id == 3080 || id == 17001 ? " %s\n" : "\n";
-        }
+              3089, 3090, 3096, 5054, 5090, 5173, 5185, 5186, 5187, 5188, 12002, 17001, 17002, 17008})
+            lang += std::to_string(id) + "\tW" + std::to_string(id) +
+                    (id == 5173                  ? " lines %d vertices %d\n"
+                     : id == 3080 || id == 17001 ? " %s\n"
+                                                 : "\n");
         WriteFileBytes(m_dir.File("lang_english.ini"), lang);
         GetTlGisApp().InitInstance();
     }
@@ -37,12 +35,12 @@ private:
 
 // The writer's statics for one test; the defaults come back afterwards.
 struct TJobSettings {
-    TJobSettings(int format, int option, double toleranceM = 0.0) { Set(format, option, toleranceM); }
-    ~TJobSettings() { Set(GISFILE_JOB_V1, REDUCE_BY_TOLERANCE, 0.0); }
-    static void Set(int format, int option, double toleranceM) {
+    TJobSettings(int format, int option) { Set(format, option); }
+    ~TJobSettings() { Set(GISFILE_JOB_V1, REDUCE_BY_TOLERANCE); }
+    static void Set(int format, int option) {
         TGisFile::s_iGisFileFormat = format;
         TGisFile::s_iCompatible = option;
-        TGisFile::s_dDecimationLimitM = toleranceM;
+        TGisFile::s_dDecimationLimitM = 0.0;
     }
 };
 
@@ -59,7 +57,6 @@ inline void AddMarker(TMapLayer& layer, const std::string& id, const std::string
     marker->m_strName = name;
     marker->SetLowBits(symbol);
     marker->m_Loc = loc;
-    marker->CalculateGeoExtents();
     layer.AddElement(marker, ADD_ELEMENT_OWNED);
 }
 
@@ -70,22 +67,17 @@ inline TFeaturePattern* AddPattern(TMapLayer& layer, const std::string& id, int 
     pattern->m_strId = id;
     pattern->m_iKind = kind;
     for (const auto& [letter, loc] : points) pattern->m_aPoint[letter - 'A'].m_Loc = loc;
-    pattern->CalculateGeoExtents();
     layer.AddElement(pattern, ADD_ELEMENT_OWNED);
     return pattern;
 }
 
-// A wandering line of n vertices heading east from (45, -93), steps of about stepDeg.
-inline std::vector<tagLOC> RandomWalk(int n, unsigned seed, double stepDeg = 1e-5) {
+// A wandering line of n vertices heading east from (45, -93), steps of about a metre.
+inline std::vector<tagLOC> RandomWalk(int n, unsigned seed) {
     std::mt19937 random(seed);
-    std::normal_distribution<double> step(0.0, stepDeg);
+    std::normal_distribution<double> step(0.0, 1e-5);
     std::vector<tagLOC> points(static_cast<std::size_t>(n));
     tagLOC at{45.0, -93.0};
-    for (tagLOC& p : points) {
-        at.dLat += step(random);
-        at.dLon += step(random) + stepDeg * 0.5;
-        p = at;
-    }
+    for (tagLOC& p : points) p = at = {at.dLat + step(random), at.dLon + step(random) + 0.5e-5};
     return points;
 }
 
@@ -100,9 +92,8 @@ inline int LoadJobText(const std::string& text, TMapLayer& layer, TGisFileJob* j
 inline int WriteJob(const std::string& fileName, TMapLayer& layer, std::string& bytes,
                     TGisFileJob* job = nullptr) {
     TTempDir dir;
-    const std::string path = dir.File(fileName);
     TGisFileJob local;
-    const int result = (job != nullptr ? job : &local)->WriteFile(path.c_str(), &layer);
-    bytes = std::filesystem::exists(path) ? ReadFileBytes(path) : std::string();
+    const int result = (job != nullptr ? job : &local)->WriteFile(dir.File(fileName).c_str(), &layer);
+    bytes = std::filesystem::exists(dir.File(fileName)) ? ReadFileBytes(dir.File(fileName)) : std::string();
     return result;
 }

@@ -97,10 +97,7 @@ TEST(JobWriter, FileNameRules) {
 TEST(JobWriter, RecordsOfEachKind) {
     TJobSettings settings(GISFILE_JOB_V1, REDUCE_NONE);
     TMapLayer layer;
-    TFeaturePattern* odd = AddPattern(layer, "1", 42, {});
-    odd->m_dSwathWidth = 10.0;
-    odd->m_dFieldWidth = 0.3048;
-    odd->m_dOffset = -1.0;
+    AddPattern(layer, "1", 42, {});
     AddPattern(layer, "2", RACETRACK, {{'C', {45.02, -93.5}}, {'Q', {45.16, -93.5}}, {'R', {45.17, -93.5}}});
     AddMarker(layer, "4", "M", 9, {45, -93});
     AddMarker(layer, "", "N", 31, {45, -93});
@@ -114,9 +111,8 @@ TEST(JobWriter, RecordsOfEachKind) {
     const std::string P = "45.500000 -93.300000\r\n", Q = "45.600000 -93.300000\r\n",
                       R = "45.600000 -93.200000\r\n", S = "45.500000 -93.200000\r\n";
     const std::string expected[] = {
-        // a kind out of range, widths in feet
-        "\tBACK_TO_BACK\r\n\tLEFT\r\n\tSWIDTH 32.8084\r\n\tFIELD_WIDTH 1.0000\r\n\tOFFSET "
-        "-3.2808\r\n\tABLINES  0\r\n.PAT 2",
+        // a kind out of range
+        ".PAT 1 1\r\n\tBACK_TO_BACK\r\n",
         // C alone is no line
         "\tABLINES  1\r\n\tC 45.020000 -93.500000\r\n\tQ 45.160000 -93.500000\r\n\tR 45.170000 "
         "-93.500000\r\n.MAR 4",
