@@ -89,11 +89,10 @@ TEST(JobReader, RecordBodies) {
         {"latitude above one", ".MAR 3 G\n\t1.5 0.5\n", "3 MAR G 0 1.5 0.5"},
         {"later position wins, out of range refused",
          ".MAR 3 G\n\t46 -94\n\t45.5 -93.25\n\t91 10\n\t45 200\n", "3 MAR G 0 45.5 -93.25"},
-        {"pattern defaults", ".PAT 7 N\n", "7 PAT BACK_TO_BACK LEFT 18.288 0.000 0.000 1"},
         {"pattern widths in feet",
          ".PAT 7 N\n\trig\n\tSWIDTH 60\n\tFIELD_WIDTH 600\n\tOFFSET -10\n\tABLINES  4\n",
          "7 PAT BACK_TO_BACK RIGHT 18.288 182.880 -3.048 4"},
-        {"pattern points, no range test, no S",
+        {"pattern defaults and points, no range test, no S",
          ".PAT 7 N\n\tb 45.5 -93.2\n\tD 45.7 -93\n\tR 45.8 -93\n\tA 45 200\n\tS 46 -93\n",
          "7 PAT BACK_TO_BACK LEFT 18.288 0.000 0.000 1 FARM-7A 57 45 200 FARM-7b 58 45.5 -93.2 "
          "FARM-7D 31 45.7 -93 FARM-7R 45 45.8 -93|"},
