@@ -42,6 +42,17 @@ const std::string kWarning = "W17002\nW30";
 
 TEST(JobReduction, OptionsAndNotices) {
     TTestLanguage language;
+    // A long line goes through tolerances of 1, 2, 3 ... tenths of a metre until fewer than 999
+    // vertices are left.
+    auto passByPass = [](int n) {
+        int kept = n;
+        for (long long pass = 1; kept >= 999; ++pass) {
+            std::vector<tagLOC> line = RandomWalk(n, 0);
+            kept = DecimateLocArray(line.data(), n, JobReductionTolerance(pass));
+        }
+        return kSummaryA + "W5173 lines 1 vertices " + std::to_string(kept) + "(64)|1 " +
+               std::to_string(kept);
+    };
     // name, option, vertex counts of the lines, ".POL" records written, notices and counts
     const std::tuple<const char*, int, std::vector<int>, int, std::string> cases[] = {
         {"option 0: the 501st line dropped", 0, Repeat(4, 501), 500,
@@ -52,7 +63,9 @@ TEST(JobReduction, OptionsAndNotices) {
         {"option 1: the 501st line dropped", 1, Repeat(4, 501), 500,
          kSummaryB + "W5173 lines 500 vertices 2000(64)|500 2000"},
         {"option 1: no total", 1, Repeat(900, 110), 110, "110 99000"},
-        {"option 2: tolerance 0 keeps 1200 vertices",
+        {"option 0: 1500 vertices decimated", 0, {1500}, 1, passByPass(1500)},
+        {"option 0: 999 vertices decimated", 0, {999}, 1, passByPass(999)},
+        {"option 2: tolerance 0, 1200 vertices",
          2,
          {1200},
          1,
@@ -81,47 +94,23 @@ TEST(JobReduction, OptionsAndNotices) {
     }
 }
 
-TEST(JobReduction, LongLineDecimatedLikeThePassesOneByOne) {
-    TTestLanguage language;
-    for (int vertices : {1500, 999}) {
-        const std::vector<tagLOC> line = RandomWalk(vertices, static_cast<unsigned>(vertices));
-        int expected = vertices;  // tolerances of 1, 2, 3 ... tenths of a metre until fewer than 999 are left
-        for (long long pass = 1; expected >= 999; ++pass) {
-            std::vector<tagLOC> copy = line;
-            expected = DecimateLocArray(copy.data(), vertices, JobReductionTolerance(pass));
-        }
-        TMapLayer layer;
-        AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_OPEN, line);
-        std::string notices;
-        const std::string n = std::to_string(expected);
-        EXPECT_EQ(Count(WriteWithOption(0, layer, notices), "\n\t4"), expected) << vertices;
-        EXPECT_EQ(notices, kSummaryA + "W5173 lines 1 vertices " + n + "(64)|1 " + n) << vertices;
-    }
-}
-
-TEST(JobDecimation, DistanceToLine) {
+TEST(JobDecimation, DistanceAndDecimation) {
     // name, the line's ends, the point, the distance in the plane of (cos(lat) * lon, lat)
-    const std::tuple<const char*, tagLOC, tagLOC, tagLOC, double> cases[] = {
+    const std::tuple<const char*, tagLOC, tagLOC, tagLOC, double> distances[] = {
         {"same scaled longitude at both ends", {45, 10}, {-45, 10}, {0, 10}, 2.928932188134538},
         {"same latitude at both ends", {45, 10}, {45, 11}, {45.25, 30}, 0.25},
         {"slanted", {10, 20}, {12, 25}, {11, 21}, 0.566092058286122},
     };
-    for (const auto& [name, p1, p2, p, expected] : cases)
+    for (const auto& [name, p1, p2, p, expected] : distances)
         EXPECT_NEAR(DistanceToLine(p1, p2, p), expected, 1e-9) << name;
-}
-
-TEST(JobDecimation, DecimateLocArray) {
     const tagLOC a{45, 10}, z{45, 11};
     // name, vertices, tolerance in degrees, vertices kept
-    const std::tuple<const char*, std::vector<tagLOC>, double, std::vector<tagLOC>> cases[] = {
-        {"tolerance below 1e-6 removes nothing",
-         {a, {45.0000001, 10.5}, z},
-         0.9e-6,
-         {a, {45.0000001, 10.5}, z}},
+    const std::tuple<const char*, std::vector<tagLOC>, double, std::vector<tagLOC>> decimations[] = {
+        {"tolerance below 1e-6", {a, {45.0000001, 10.5}, z}, 0.9e-6, {a, {45.0000001, 10.5}, z}},
         {"distance equal to the tolerance stays", {a, {45.25, 10.5}, z}, 0.25, {a, {45.25, 10.5}, z}},
         {"a tie goes to the lower index", {a, {45.5, 10.2}, {45.5, 10.8}, z}, 0.4, {a, {45.5, 10.2}, z}},
     };
-    for (const auto& [name, given, tolerance, kept] : cases) {
+    for (const auto& [name, given, tolerance, kept] : decimations) {
         std::vector<tagLOC> points = given;
         points.resize(static_cast<std::size_t>(
             DecimateLocArray(points.data(), static_cast<int>(points.size()), tolerance)));

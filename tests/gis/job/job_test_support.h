@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "../config_folder_guard.h"
@@ -33,14 +34,12 @@ private:
     TConfigFolderGuard m_guard{m_dir.Path()};
 };
 
-// The writer's statics for one test; the defaults come back afterwards.
+// The writer's format and reduction option for one test; the defaults come back afterwards.
 struct TJobSettings {
     TJobSettings(int format, int option) { Set(format, option); }
     ~TJobSettings() { Set(GISFILE_JOB_V1, REDUCE_BY_TOLERANCE); }
     static void Set(int format, int option) {
-        TGisFile::s_iGisFileFormat = format;
-        TGisFile::s_iCompatible = option;
-        TGisFile::s_dDecimationLimitM = 0.0;
+        std::tie(TGisFile::s_iGisFileFormat, TGisFile::s_iCompatible) = std::tuple{format, option};
     }
 };
 
