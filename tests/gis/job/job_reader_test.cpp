@@ -47,7 +47,6 @@ TEST(JobReader, HeaderLines) {
         {"BOM, lower case, longer keyword", "\xEF\xBB\xBF.jobfile 12 FARM\r\n", GISFILE_OK, "12|FARM|0"},
         {"blank first line", "\n.JOB 1 X\n", GISFILE_ERR_OPEN, "||0"},
         {"three characters only", ".JO 1 X\n", GISFILE_ERR_OPEN, "||0"},
-        {"empty file", "", GISFILE_OK, "||0"},
         {"keywords on three characters", ".JOB 1 A\n.ve 7\n.VX 8\n.jnmX Low\n.llbb L2\n", GISFILE_OK,
          "Low|L2|7"},
         {"DEL belongs to a token, a byte above 127 ends it", ".JOB 1 A\n.JNM AB\177C\xC9XYZ\n", GISFILE_OK,
