@@ -53,8 +53,8 @@ TEST(JobReader, HeaderLines) {
          "AB\177C|A|0"},
         {"a piece ends after 99 characters, a token after 39",
          ".JOB 1 A\n.LLB " + std::string(94, 'x') + ".JNM TAIL\n", GISFILE_OK, "TAIL|" + x39 + "|0"},
-        {"piece end one character later", ".JOB 1 A\n.LLB " + std::string(93, 'x') + ".JNM TAIL\n",
-         GISFILE_OK, "1|" + x39 + "|0"},
+        {"the piece ends inside .JNM", ".JOB 1 A\n.LLB " + std::string(93, 'x') + ".JNM TAIL\n", GISFILE_OK,
+         "1|" + x39 + "|0"},
     };
     for (const auto& [name, text, result, expected] : cases) {
         TMapLayer layer;

@@ -72,8 +72,9 @@ TEST(JobWriter, HandWrittenFilesAndNameRules) {
         }
         seen += bytes;
         if (expected[0] == '@') {
-            EXPECT_EQ(seen, ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/job/" +
-                                          expected.substr(1)));
+            EXPECT_EQ(seen,
+                      ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/job/" + expected.substr(1)))
+                << expected;
         } else {
             EXPECT_EQ(seen.substr(0, expected.size()), expected) << fileName;
         }
@@ -93,7 +94,7 @@ TEST(JobWriter, PatternAndMarkerRecords) {
     const std::string expected[] = {
         // a kind out of range
         ".PAT 1 1\r\n\tBACK_TO_BACK\r\n",
-        // C alone is no line
+        // C alone is no line, Q and R the last pair
         "\tABLINES  1\r\n\tC 45.020000 -93.500000\r\n\tQ 45.160000 -93.500000\r\n\tR 45.170000 "
         "-93.500000\r\n.MAR 4",
         // a marker without id is numbered among all markers
