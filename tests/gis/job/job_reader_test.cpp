@@ -1,381 +1,158 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cmath>
 #include <cstring>
-#include <functional>
+#include <tuple>
 
-#include "gis/coordinates.h"
 #include "gis/job/job_vertex_buffer.h"
+#include "gis/numbers.h"
 #include "job_test_support.h"
-#include "platform/text_file.h"
 
 namespace {
-template <class T>
-std::vector<T*> ElementsOf(const TMapLayer& layer) {
-    std::vector<T*> out;
-    for (TMapElement* e : layer.m_Elements)
-        if (auto* t = dynamic_cast<T*>(e)) out.push_back(t);
+// The fields the reader fills in, one element after the other.
+std::string Describe(const TMapLayer& layer) {
+    std::string out;
+    auto loc = [](const tagLOC& l) { return " " + FormatRoundTrip(l.dLat) + " " + FormatRoundTrip(l.dLon); };
+    for (const TMapElement* e : layer.m_Elements) {
+        out += (out.empty() ? "" : "|") + e->m_strId;
+        if (const auto* m = dynamic_cast<const TFeatureMarker*>(e)) {
+            out += " MAR " + m->m_strName + " " + std::to_string(m->GetLowBits()) + loc(m->m_Loc);
+        } else if (const auto* p = dynamic_cast<const TFeaturePattern*>(e)) {
+            out += std::string(" PAT ") + GetPatternKindKeyword(p->m_iKind) +
+                   (p->m_iDirection == LEFT ? " LEFT " : " RIGHT ") + FormatFixed(p->m_dSwathWidth, 3) + " " +
+                   FormatFixed(p->m_dFieldWidth, 3) + " " + FormatFixed(p->m_dOffset, 3) + " " +
+                   std::to_string(p->m_iAbLines);
+            for (const TFeatureMarker& point : p->m_aPoint)
+                if (point.m_Loc.dLat != 0.0 || point.m_Loc.dLon != 0.0)
+                    out +=
+                        " " + point.m_strName + " " + std::to_string(point.GetLowBits()) + loc(point.m_Loc);
+        } else if (const auto* l = dynamic_cast<const TFeatureLine*>(e)) {
+            const char* bounds[] = {"INC", "EXC", "OPEN"};
+            out += std::string(e->GetKind() == ELEMENT_LINE_BOUNDARY ? " POL " : " GPL ") +
+                   bounds[l->m_iBoundType - BOUNDARY_INC] + " n=" + std::to_string(l->m_iNumPoints) +
+                   " v=" + FormatRoundTrip(l->m_dValue);
+            std::uint32_t color = 0;
+            if (l->m_bHasColor)
+                out += " rgb=" + (l->GetColor(color) ? std::to_string(color) : std::string("none")) +
+                       (l->m_bRgbFlag1 ? " 1" : " 0") + (l->m_bRgbFlag2 ? " 1" : " 0");
+        }
+    }
     return out;
 }
 
-struct THeaderCase {
-    const char* name;
-    std::string text;
-    int result;
-    const char* jobName;
-    const char* llb;
-    int version;
-};
-
 TEST(JobReader, HeaderLines) {
-    const THeaderCase cases[] = {
-        {"plain", ".JOB 12 FARM\n", GISFILE_OK, "12", "FARM", 0},
-        {"byte-order mark", "\xEF\xBB\xBF.JOB 12 FARM\r\n", GISFILE_OK, "12", "FARM", 0},
-        {"blanks before", "   \t.JOB 1 X\n", GISFILE_OK, "1", "X", 0},
-        {"lower case, longer keyword", ".jobfile 5 y\n", GISFILE_OK, "5", "y", 0},
-        {"blank first line", "\n.JOB 1 X\n", GISFILE_ERR_OPEN, "", "", 0},
-        {".JNM first", ".JNM abc\n.JOB 1 X\n", GISFILE_ERR_OPEN, "", "", 0},
-        {"three characters only", ".JO 1 X\n", GISFILE_ERR_OPEN, "", "", 0},
-        {"empty file", "", GISFILE_OK, "", "", 0},
-        {"version 1", ".JOB 12 012\n.VERSION 1\n\n", GISFILE_OK, "12", "012", 1},
-        {"version 2", ".JOB 12 FARM\r\n.VERSION 2\r\n\r\n", GISFILE_OK, "12", "FARM", 2},
-        {"version 3", ".JOB 9999 9999\n.VERSION 3\n.JNM North\n.LLB FARM\n\n", GISFILE_OK, "North", "FARM",
-         3},
-        {"keywords on three characters", ".JOB 1 A\n.ve 7\n.jnmX Low\n.llbb L2\n", GISFILE_OK, "Low", "L2",
-         7},
-        {".V and another letter", ".JOB 1 A\n.VX 7\n", GISFILE_OK, "1", "A", 0},
-        {"second .JOB ignored", ".JOB 1 A\n.JOB 2 B\n", GISFILE_OK, "1", "A", 0},
-        {"byte above 127 ends a token", ".JOB 1 A\n.JNM ABC\xC9XYZ\n", GISFILE_OK, "ABC", "A", 0},
-        {"NUL ends the line", std::string(".JOB 1 A\n.JNM AB\0CD\n", 20), GISFILE_OK, "AB", "A", 0},
-        {"DEL belongs to a token",
-         ".JOB 1 A\n.JNM AB\x7F"
-         "C\n",
-         GISFILE_OK,
-         "AB\x7F"
-         "C",
-         "A", 0},
-        {"token cut after 39", ".JOB 1 A\n.JNM " + std::string(39, 'n') + "TAIL\n", GISFILE_OK,
-         "nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn", "A", 0},
+    // name, text, result, job name|LLB|version
+    const std::string x39(39, 'x');
+    const std::tuple<const char*, std::string, int, std::string> cases[] = {
+        {"BOM, lower case, longer keyword", "\xEF\xBB\xBF.jobfile 12 FARM\r\n", GISFILE_OK, "12|FARM|0"},
+        {"blank first line", "\n.JOB 1 X\n", GISFILE_ERR_OPEN, "||0"},
+        {"three characters only", ".JO 1 X\n", GISFILE_ERR_OPEN, "||0"},
+        {"keywords on three characters", ".JOB 1 A\n.ve 7\n.VX 8\n.jnmX Low\n.llbb L2\n", GISFILE_OK,
+         "Low|L2|7"},
+        {"DEL belongs to a token, a byte above 127 ends it", ".JOB 1 A\n.JNM AB\177C\xC9XYZ\n", GISFILE_OK,
+         "AB\177C|A|0"},
+        {"a piece ends after 99 characters, a token after 39",
+         ".JOB 1 A\n.LLB " + std::string(94, 'x') + ".JNM TAIL\n", GISFILE_OK, "TAIL|" + x39 + "|0"},
+        {"the piece ends inside .JNM", ".JOB 1 A\n.LLB " + std::string(93, 'x') + ".JNM TAIL\n", GISFILE_OK,
+         "1|" + x39 + "|0"},
     };
-    for (const THeaderCase& c : cases) {
+    for (const auto& [name, text, result, expected] : cases) {
         TMapLayer layer;
         TGisFileJob job;
-        EXPECT_EQ(LoadJobText(c.text, layer, &job), c.result) << c.name;
-        EXPECT_EQ(job.m_strJobName, c.jobName) << c.name;
-        EXPECT_EQ(job.m_strLLB, c.llb) << c.name;
-        EXPECT_EQ(job.m_iVersion, c.version) << c.name;
-        if (c.result == GISFILE_OK) {
-            EXPECT_EQ(layer.m_strLLB, c.llb) << c.name;
-        }
+        EXPECT_EQ(LoadJobText(text, layer, &job), result) << name;
+        EXPECT_EQ(job.m_strJobName + "|" + job.m_strLLB + "|" + std::to_string(job.m_iVersion), expected)
+            << name;
     }
 }
 
-TEST(JobReader, LongLinesComeInPiecesOf99) {
+TEST(JobReader, RecordBodies) {
     struct TCase {
         const char* name;
-        std::size_t padTo;  // length of the first physical line's part before ".JNM TAIL"
-        const char* jobName;
-    };
-    // A piece ends after 99 characters; what follows is read as a line of its own.
-    const TCase cases[] = {
-        {"tail starts a piece", 99, "TAIL"},
-        {"tail one character early", 98, "1"},
-        {"short line", 20, "1"},
-    };
-    for (const TCase& c : cases) {
-        std::string first = ".LLB ";
-        first += std::string(c.padTo - first.size(), 'x');
-        TMapLayer layer;
-        TGisFileJob job;
-        ASSERT_EQ(LoadJobText(".JOB 1 A\n" + first + ".JNM TAIL\n", layer, &job), GISFILE_OK) << c.name;
-        EXPECT_EQ(job.m_strJobName, c.jobName) << c.name;
-    }
-}
-
-struct TMarkerCase {
-    const char* name;
-    const char* body;
-    int symbol;
-    double lat;
-    double lon;
-};
-
-TEST(JobReader, MarkerBodies) {
-    const TMarkerCase cases[] = {
-        {"symbol 12 is not usable", "\tTYPE 12\n", 132, 0, 0},
-        {"symbol 45", "\tTYPE 45\n", 45, 0, 0},
-        {"lower case, symbol 3", "\ttype 3\n", 3, 0, 0},
-        {"three characters", "\tTYP 31\n", 31, 0, 0},
-        {"symbol 10", "\tTYPE 10\n", 132, 0, 0},
-        {"not a number", "\tTYPE x\n", 132, 0, 0},
-        {"no number", "\tTYPE\n", 132, 0, 0},
-        {"negative", "\tTYPE -1\n", 132, 0, 0},
-        {"position", "\t45.5 -93.25\n", 0, 45.5, -93.25},
-        {"near the origin refused", "\t0.5 0.5\n", 0, 0, 0},
-        {"one degree each refused", "\t1 -1\n", 0, 0, 0},
-        {"latitude above one", "\t1.5 0.5\n", 0, 1.5, 0.5},
-        {"longitude 200 refused", "\t45.5 200\n", 0, 0, 0},
-        {"latitude 91 refused", "\t91 10\n", 0, 0, 0},
-        {"later position wins", "\t45.5 -93.25\n\t46 -94\n", 0, 46, -94},
-        {"refused keeps the earlier", "\t45.5 -93.25\n\t45 500\n", 0, 45.5, -93.25},
-    };
-    for (const TMarkerCase& c : cases) {
-        TMapLayer layer;
-        ASSERT_EQ(LoadJobText(std::string(".JOB 1 A\n.MAR 3 Gate\n") + c.body + ".MAR 4 Next\n", layer),
-                  GISFILE_OK);
-        const auto markers = ElementsOf<TFeatureMarker>(layer);
-        ASSERT_EQ(markers.size(), 2u) << c.name;
-        EXPECT_EQ(markers[0]->m_strId, "3") << c.name;
-        EXPECT_EQ(markers[0]->m_strName, "Gate") << c.name;
-        EXPECT_EQ(markers[0]->GetKind(), ELEMENT_MARKER) << c.name;
-        EXPECT_EQ(markers[0]->GetLowBits(), c.symbol) << c.name;
-        EXPECT_DOUBLE_EQ(markers[0]->m_Loc.dLat, c.lat) << c.name;
-        EXPECT_DOUBLE_EQ(markers[0]->m_Loc.dLon, c.lon) << c.name;
-        EXPECT_EQ(markers[1]->m_strName, "Next") << c.name;
-    }
-}
-
-TEST(JobReader, PatternKinds) {
-    struct TCase {
-        const char* name;
-        const char* body;
-        int kind;
-    };
-    const TCase cases[] = {
-        {"BACK_TO_BACK whole token", "\tRACETRACK\n\tback_to_back\n", BACK_TO_BACK},
-        {"RACETRACK on three characters", "\tRAC\n", RACETRACK},
-        {"QUICK whole token", "\tquick\n", QUICK},
-        {"QUICKX is nothing", "\tRACETRACK\n\tQUICKX\n", RACETRACK},
-        {"QUICKTRACK_X not QUICK", "\tQUICKTRACK_X\n", QUICKTRACK_X},
-        {"QUICKTRA on eight", "\tquicktra\n", QUICKTRACK_X},
-        {"REVERSE_RACETRACK", "\tREV\n", REVERSE_RACETRACK},
-        {"SQUEEZE", "\tSQUEEZE\n", SQUEEZE},
-        {"EXPAND", "\tExpand\n", EXPAND},
-        {"MULTI_BACK_TO_BACK", "\tMULTI_BACK_TO_BACK\n", MULTI_BACK_TO_BACK},
-        {"BACK_TO_BACK_SKIP not BACK_TO_BACK", "\tBACK_TO_BACK_SKIP\n", BACK_TO_BACK_SKIP},
-        {"sixteen characters", "\tBACK_TO_BACK_SKI\n", BACK_TO_BACK_SKIP},
-        {"fifteen characters are nothing", "\tRACETRACK\n\tBACK_TO_BACK_SK\n", RACETRACK},
-    };
-    for (const TCase& c : cases) {
-        TMapLayer layer;
-        ASSERT_EQ(LoadJobText(std::string(".JOB 1 FARM\n.PAT 7 Name\n") + c.body, layer), GISFILE_OK);
-        const auto patterns = ElementsOf<TFeaturePattern>(layer);
-        ASSERT_EQ(patterns.size(), 1u) << c.name;
-        EXPECT_EQ(patterns[0]->m_iKind, c.kind) << c.name;
-    }
-}
-
-struct TPatternCase {
-    const char* name;
-    const char* body;
-    std::function<bool(const TFeaturePattern&)> check;
-};
-
-TEST(JobReader, PatternBodies) {
-    const TPatternCase cases[] = {
-        {"defaults", "",
-         [](const TFeaturePattern& p) {
-             return p.m_iKind == BACK_TO_BACK && p.m_iDirection == LEFT && p.m_dSwathWidth == 18.288 &&
-                    p.m_iAbLines == 1;
-         }},
-        {"RIGHT then left", "\tRIGHT\n\tleft\n",
-         [](const TFeaturePattern& p) { return p.m_iDirection == LEFT; }},
-        {"RIG", "\tRIG\n", [](const TFeaturePattern& p) { return p.m_iDirection == RIGHT; }},
-        {"widths in feet", "\tSWIDTH 60\n\tFIELD_WIDTH 600\n\tOFFSET -10\n",
-         [](const TFeaturePattern& p) {
-             return std::fabs(p.m_dSwathWidth - 18.288) < 1e-9 &&
-                    std::fabs(p.m_dFieldWidth - 182.88) < 1e-9 && std::fabs(p.m_dOffset + 3.048) < 1e-9;
-         }},
-        {"ABLINES", "\tABLINES  4\n", [](const TFeaturePattern& p) { return p.m_iAbLines == 4; }},
-        {"lower-case letter sets the point", "\tb 45.5 -93.2\n",
-         [](const TFeaturePattern& p) {
-             return p.m_aPoint[1].m_Loc.dLat == 45.5 && p.m_aPoint[1].m_Loc.dLon == -93.2 &&
-                    p.m_aPoint[1].GetLowBits() == 58 && p.m_aPoint[1].m_strName == "FARM-7b";
-         }},
-        {"point names and symbols", "\tB 45.5 -93.2\n\tC 45.6 -93.2\n\tD 45.7 -93.2\n\tR 45.8 -93.2\n",
-         [](const TFeaturePattern& p) {
-             return p.m_aPoint[1].m_strName == "FARM-7B" && p.m_aPoint[2].GetLowBits() == 59 &&
-                    p.m_aPoint[3].GetLowBits() == 31 && p.m_aPoint[17].GetLowBits() == 45 &&
-                    p.m_aPoint[17].m_strName == "FARM-7R";
-         }},
-        {"no range test on points", "\tA 45 200\n",
-         [](const TFeaturePattern& p) {
-             return p.m_aPoint[0].m_Loc.dLon == 200 && IsPatternPointValid(p.m_aPoint[0].m_Loc);
-         }},
-        {"S is not a point", "\tS 45 -93\n",
-         [](const TFeaturePattern& p) {
-             for (const TFeatureMarker& m : p.m_aPoint)
-                 if (m.m_Loc.dLat != 0.0) return false;
-             return true;
-         }},
-    };
-    for (const TPatternCase& c : cases) {
-        TMapLayer layer;
-        ASSERT_EQ(LoadJobText(std::string(".JOB 1 FARM\n.PAT 7 Name\n") + c.body + ".MAR 1 M\n", layer),
-                  GISFILE_OK);
-        const auto patterns = ElementsOf<TFeaturePattern>(layer);
-        ASSERT_EQ(patterns.size(), 1u) << c.name;
-        EXPECT_EQ(patterns[0]->m_strId, "7") << c.name;
-        EXPECT_EQ(patterns[0]->m_dwType, ELEMENT_PATTERN) << c.name;
-        EXPECT_TRUE(c.check(*patterns[0])) << c.name;
-        EXPECT_EQ(ElementsOf<TFeatureMarker>(layer).size(), 1u) << c.name << ": the marker after the pattern";
-    }
-}
-
-struct TBoundaryCase {
-    const char* name;
-    const char* record;  // ".POL" or ".GPL"
-    const char* body;
-    int boundType;
-    int points;
-    double value;
-    std::uint32_t color;
-    bool hasColor, flag1, flag2;
-};
-
-TEST(JobReader, BoundaryAndPolylineBodies) {
-    const char* ring = "\t45.5 -93.3\n\t45.6 -93.3\n\t45.6 -93.2\n";
-    const std::string closedRing = std::string(ring) + "\t45.5 -93.3\n";
-    const TBoundaryCase cases[] = {
-        {"inclusion by default, closed by the reader", ".POL", ring, BOUNDARY_INC, 4, 0, COLOR_NONE, false,
-         false, false},
-        {"last repeats first: not closed again", ".POL", closedRing.c_str(), BOUNDARY_INC, 4, 0, COLOR_NONE,
-         false, false, false},
-        {"EXC with value", ".POL", "\tEXC 2.5\n\t45.5 -93.3\n\t45.6 -93.3\n", BOUNDARY_EXC, 3, 2.5,
-         COLOR_NONE, false, false, false},
-        {"inc lower case", ".POL", "\tEXC\n\tinc 7\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 7, COLOR_NONE, false,
-         false, false},
-        {"OPEN never closed", ".POL", "\tOPEN\n\t45.5 -93.3\n\t45.6 -93.3\n", BOUNDARY_OPEN, 2, 0, COLOR_NONE,
-         false, false, false},
-        {"RGB red with both flags", ".POL", "\tRGB: 255,000,000, 1, 0\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 0,
-         0x0000FF, true, true, true},
-        {"RGB 256 is no colour", ".POL", "\tRGB: 256,0,0, 0, 1\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 0,
-         COLOR_NONE, true, false, false},
-        {"RGB negative is no colour", ".POL", "\tRGB: 1,2,-3, 1, 1\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 0,
-         COLOR_NONE, true, true, false},
-        {"RGB two numbers", ".POL", "\trgb: 1,2\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 0, COLOR_NONE, true, false,
-         false},
-        {"RGB empty pieces skipped", ".POL", "\tRGB: ,10,,20,30, 1\n\t45.5 -93.3\n", BOUNDARY_INC, 1, 0,
-         10 + 256 * 20 + 65536 * 30, true, true, false},
-        {"no coordinates", ".POL", "", BOUNDARY_INC, 0, 0, COLOR_NONE, false, false, false},
-        {"refused pairs dropped", ".POL", "\t45.5 200\n\t0.5 0.5\n\t45.5 -93.3\n\tx y\n", BOUNDARY_INC, 1, 0,
-         COLOR_NONE, false, false, false},
-        {"polyline skips INC and takes no colour", ".GPL",
-         "\tINC 4\n\tRGB: 1,2,3, 1, 0\n\t45.5 -93.3\n\t45.6 -93.3\n", BOUNDARY_OPEN, 2, 0, COLOR_NONE, false,
-         false, false},
-    };
-    for (const TBoundaryCase& c : cases) {
-        TMapLayer layer;
-        ASSERT_EQ(
-            LoadJobText(std::string(".JOB 1 A\n") + c.record + " 5 Name\n" + c.body + ".MAR 1 M\n", layer),
-            GISFILE_OK)
-            << c.name;
-        const auto lines = ElementsOf<TFeatureLine>(layer);
-        ASSERT_EQ(lines.size(), 1u) << c.name;
-        const TFeatureLine& line = *lines[0];
-        EXPECT_EQ(line.GetKind(),
-                  std::string(c.record) == ".POL" ? ELEMENT_LINE_BOUNDARY : ELEMENT_LINE_GENERIC)
-            << c.name;
-        EXPECT_EQ(line.m_strId, "5") << c.name;
-        EXPECT_EQ(line.m_iBoundType, c.boundType) << c.name;
-        EXPECT_EQ(line.m_iNumPoints, c.points) << c.name;
-        EXPECT_DOUBLE_EQ(line.m_dValue, c.value) << c.name;
-        std::uint32_t color = 0;
-        line.GetColor(color);
-        EXPECT_EQ(color, c.color) << c.name;
-        EXPECT_EQ(line.m_bHasColor, c.hasColor) << c.name;
-        EXPECT_EQ(line.m_bRgbFlag1, c.flag1) << c.name;
-        EXPECT_EQ(line.m_bRgbFlag2, c.flag2) << c.name;
-        EXPECT_EQ(ElementsOf<TFeatureMarker>(layer).size(), 1u) << c.name;
-    }
-}
-
-TEST(JobReader, ProjectedCoordinatesAskTheUser) {
-    struct TCase {
-        const char* name;
-        std::vector<int> answers;
-        int result;
-        int questions;
-        int linePoints;    // -1: no line added
-        const char* next;  // first token of the line read after ReadPolygon returned
-    };
-    const std::string body = "\t45.5 -93.3\n\t5000000 500000\n\t45.6 -93.3\n\t45.5 200\n.POL 2 x\n";
-    const TCase cases[] = {
-        {"No drops the pair and reading goes on", {IDNO}, COORD_OUT_OF_RANGE, 1, 3, ".POL"},
-        {"Yes abandons the boundary", {IDYES}, GISFILE_ERR_CANCELLED, 1, -1, "45.6"},
+        std::string records;
+        const char* expected;  // the start of the first element's description
+        int answer = 0;        // to the question about a projected pair, 0: not asked
     };
     TTestLanguage language;
+    const std::string ring = "\t45.5 -93.3\n\t45.6 -93.3\n\t45.6 -93.2\n";
+    const std::string projected = "\t45.5 -93.3\n\t5000000 500000\n\t45.6 -93.3\n";
+    std::string longLine = "\t", tenMillion;
+    for (int i = 0; i < 100000; ++i) longLine += "45.5 -93.5 ";  // 1 MB without a line end
+    for (int i = 0; i < 10000000; ++i) tenMillion += "45 9\n";
+    const TCase cases[] = {
+        {"symbol 12 is not usable", ".MAR 3 Gate\n\tTYPE 12\n", "3 MAR Gate 132 0 0"},
+        {"symbol 31, lower case on three characters", ".MAR 3 G\n\ttyp 31\n", "3 MAR G 31"},
+        {"symbols 10 and not a number", ".MAR 3 G\n\tTYPE 10\n.MAR 4 G\n\tTYPE x\n",
+         "3 MAR G 132 0 0|4 MAR G 132 0 0|"},
+        {"one degree each refused", ".MAR 3 G\n\t1 -1\n", "3 MAR G 0 0 0"},
+        {"latitude above one", ".MAR 3 G\n\t1.5 0.5\n", "3 MAR G 0 1.5 0.5"},
+        {"last accepted position", ".MAR 3 G\n\t2 2\n\t45.5 -93.25\n\t91 10\n\t45 200\n",
+         "3 MAR G 0 45.5 -93.25"},
+        {"pattern widths in feet",
+         ".PAT 7 N\n\trig\n\tSWIDTH 60\n\tFIELD_WIDTH 600\n\tOFFSET -10\n\tABLINES  4\n",
+         "7 PAT BACK_TO_BACK RIGHT 18.288 182.880 -3.048 4"},
+        {"pattern defaults and points, no range test, no S",
+         ".PAT 7 N\n\tb 45.5 -93.2\n\tD 45.7 -93\n\tR 45.8 -93\n\tA 45 200\n\tS 46 -93\n",
+         "7 PAT BACK_TO_BACK LEFT 18.288 0.000 0.000 1 FARM-7A 57 45 200 FARM-7b 58 45.5 -93.2 "
+         "FARM-7D 31 45.7 -93 FARM-7R 45 45.8 -93|"},
+        {"kind on three characters", ".PAT 7 N\n\trac\n", "7 PAT RACETRACK"},
+        {"BACK_TO_BACK as a whole token", ".PAT 7 N\n\trac\n\tback_to_back\n", "7 PAT BACK_TO_BACK"},
+        {"QUICK as a whole token", ".PAT 7 N\n\tquick\n\tQUICKX\n", "7 PAT QUICK "},
+        {"QUICKTRACK_X on eight characters", ".PAT 7 N\n\tquicktra\n", "7 PAT QUICKTRACK_X"},
+        {"sixteen characters", ".PAT 7 N\n\tBACK_TO_BACK_SKI\n\tBACK_TO_BACK_SK\n",
+         "7 PAT BACK_TO_BACK_SKIP"},
+        {"inclusion closed by the reader", ".POL 5 N\n" + ring, "5 POL INC n=4 v=0"},
+        {"last repeats first: not closed again", ".POL 5 N\n" + ring + "\t45.5 -93.3\n", "5 POL INC n=4"},
+        {"EXC with value", ".POL 5 N\n\tEXC 2.5\n" + ring, "5 POL EXC n=4 v=2.5"},
+        {"OPEN never closed", ".POL 5 N\n\topen\n" + ring, "5 POL OPEN n=3"},
+        {"RGB red with both flags, no coordinates", ".POL 5 N\n\tRGB: 255,000,000, 1, 0\n",
+         "5 POL INC n=0 v=0 rgb=255 1 1"},
+        {"RGB 256 is no colour", ".POL 5 N\n\tRGB: 256,0,0, 0, 1\n", "5 POL INC n=0 v=0 rgb=none 0 0"},
+        {"RGB negative is no colour", ".POL 5 N\n\tRGB: 1,2,-3, 1, 1\n", "5 POL INC n=0 v=0 rgb=none 1 0"},
+        {"RGB empty pieces skipped", ".POL 5 N\n\tRGB: ,10,,20,30, 1\n", "5 POL INC n=0 v=0 rgb=1971210 1 0"},
+        {"RGB two numbers", ".POL 5 N\n\trgb: ,10,,20\n", "5 POL INC n=0 v=0 rgb=none 0 0"},
+        {"refused pairs dropped", ".POL 5 N\n\t45.5 200\n\t0.5 0.5\n\tx y\n\t45.5 -93.3\n", "5 POL INC n=1"},
+        {"polyline: no INC, no RGB", ".GPL 5 N\n\tINC 4\n\tRGB: 1,2,3, 1, 0\n" + ring, "5 GPL OPEN n=3 v=0"},
+        {"projected pair, No drops it", ".POL 5 N\n" + projected, "5 POL INC n=3 v=0", IDNO},
+        {"projected pair, Yes abandons the boundary", ".POL 5 N\n" + projected + ".POL 6 N\n" + ring,
+         "6 POL INC n=4 v=0", IDYES},
+        {"NUL bytes", std::string(".MAR 1 M\n\t45.5\0 -93\n\0\0\0\n.POL 2\n\t45\0.5 -93.5\n", 44),
+         "1 MAR M 0 45.5 0|2 POL INC n=1 v=0|"},
+        {"a line of 1 MB", ".POL 5 N\n" + longLine + "\n", "5 POL INC n=11112 "},
+        {"huge numbers", ".PAT 1\n\tSWIDTH 1e999\n\tABLINES 99999999999\n\tA 1e308 -1e308\n",
+         "1 PAT BACK_TO_BACK LEFT inf"},
+        {"ten million vertices in one body", ".GPL 5 big\n" + tenMillion, "5 GPL OPEN n=10000000 "},
+    };
     for (const TCase& c : cases) {
-        TScriptedMessages messages(c.answers);
+        TScriptedMessages messages({c.answer});
         TMapLayer layer;
-        TTextFile file;
-        file.OpenMemory(body);
-        EXPECT_EQ(TGisFileJob::ReadPolygon(file, &layer, "1", ""), c.result) << c.name;
-        EXPECT_EQ(messages.Shown().size(), static_cast<std::size_t>(c.questions)) << c.name;
-        EXPECT_TRUE(messages.Shown()[0].IsQuestion()) << c.name;
-        EXPECT_EQ(layer.GetElementCount(), c.linePoints < 0 ? 0 : 1) << c.name;
-        if (c.linePoints >= 0) {
-            EXPECT_EQ(static_cast<TFeatureLine*>(layer.m_Elements[0])->m_iNumPoints, c.linePoints) << c.name;
-        }
-        char line[100];
-        ASSERT_TRUE(file.ReadLine(line, sizeof line)) << c.name;
-        EXPECT_EQ(std::string(line).substr(std::string(line).find_first_not_of('\t'), std::strlen(c.next)),
-                  c.next)
-            << c.name;
-    }
-    // Through LoadFile, Yes abandons only the current boundary.
-    TScriptedMessages messages({IDYES});
-    TMapLayer layer;
-    EXPECT_EQ(LoadJobText(".JOB 1 A\n.POL 1 a\n" + body + "\t45.5 -93.3\n\t45.6 -93.3\n", layer), GISFILE_OK);
-    ASSERT_EQ(layer.GetElementCount(), 1);
-    EXPECT_EQ(layer.m_Elements[0]->m_strId, "2");
-}
-
-TEST(JobReader, VertexBufferGrowsBy600) {
-    struct TCase {
-        int appended, capacity, growths;
-    };
-    const TCase cases[] = {{0, 500, 0}, {500, 500, 0}, {501, 1100, 1}, {1100, 1100, 1}, {1101, 1700, 2}};
-    for (const TCase& c : cases) {
-        TJobVertexBuffer buffer;
-        ASSERT_TRUE(buffer.Allocate());
-        for (int i = 0; i < c.appended; ++i) ASSERT_TRUE(buffer.Append(45.0 + i * 1e-6, -93.0));
-        EXPECT_EQ(buffer.Capacity(), c.capacity) << c.appended;
-        EXPECT_EQ(buffer.Growths(), c.growths) << c.appended;
-        EXPECT_EQ(buffer.Count(), c.appended);
-        if (c.appended > 0) {
-            EXPECT_EQ(buffer.Data()[c.appended - 1].dLat, 45.0 + (c.appended - 1) * 1e-6);
-        }
+        ASSERT_EQ(LoadJobText(".JOB 1 FARM\n" + c.records + ".MAR 9 End\n", layer), GISFILE_OK) << c.name;
+        const std::string seen = Describe(layer);
+        EXPECT_EQ(seen.substr(0, std::strlen(c.expected)), c.expected) << c.name << "\n" << seen;
+        EXPECT_TRUE(seen.ends_with("|9 MAR End 0 0 0")) << c.name << ": reading went on";
+        std::string asked;
+        for (const TMessageBoxRequest& m : messages.Shown()) asked += m.IsQuestion() ? "?" : "!";
+        EXPECT_EQ(asked, c.answer != 0 ? "?" : "") << c.name;
     }
 }
 
-TEST(JobReader, VertexMemoryRunningOutKeepsWhatWasRead) {
+TEST(JobReader, VertexBufferGrowsUntilMemoryRunsOut) {
     TTestLanguage language;
-    struct TCase {
-        const char* record;
-        const char* message;
-    };
-    const TCase cases[] = {{".POL", "W17001 9\nW3081"}, {".GPL", "W3080 9\nW3081"}};
-    for (const TCase& c : cases) {
-        std::string text = std::string(".JOB 1 A\n") + c.record + " 9 x\n";
-        for (int i = 0; i < 1200; ++i) text += "\t45." + std::to_string(1000 + i) + " -93.5\n";
-        text += ".MAR 1 M\n";
-        TJobVertexBuffer::SetCapacityLimitForTesting(1100);
+    const char* cases[][3] = {{".POL", "W17001 9\nW3081|48", "9 POL INC n=1701 v=0|1 MAR M 0 0 0"},
+                              {".GPL", "W3080 9\nW3081|48", "9 GPL OPEN n=1700 v=0|1 MAR M 0 0 0"}};
+    for (const auto& [record, message, expected] : cases) {
+        std::string text = std::string(".JOB 1 A\n") + record + " 9 x\n";
+        for (int i = 0; i < 1800; ++i) text += "\t45." + std::to_string(1000 + i) + " -93.5\n";
+        TJobVertexBuffer::SetCapacityLimitForTesting(1700);
         TScriptedMessages messages;
         TMapLayer layer;
-        const int result = LoadJobText(text, layer);
+        EXPECT_EQ(LoadJobText(text + ".MAR 1 M\n", layer), GISFILE_OK) << record;
         TJobVertexBuffer::SetCapacityLimitForTesting(INT_MAX - TJobVertexBuffer::kGrowth);
-        EXPECT_EQ(result, GISFILE_OK) << c.record;
-        ASSERT_EQ(messages.Shown().size(), 1u) << c.record;
-        EXPECT_EQ(messages.Shown()[0].strText, c.message) << c.record;
-        EXPECT_EQ(messages.Shown()[0].uFlags & 0xF0u, static_cast<unsigned>(MB_ICONEXCLAMATION)) << c.record;
-        const auto lines = ElementsOf<TFeatureLine>(layer);
-        ASSERT_EQ(lines.size(), 1u) << c.record;
-        EXPECT_GE(lines[0]->m_iNumPoints, 1100) << c.record;
-        EXPECT_LE(lines[0]->m_iNumPoints, 1101) << c.record;
-        EXPECT_EQ(ElementsOf<TFeatureMarker>(layer).size(), 1u) << c.record << ": reading went on";
+        ASSERT_EQ(messages.Shown().size(), 1u) << record;
+        EXPECT_EQ(messages.Shown()[0].strText + "|" + std::to_string(messages.Shown()[0].uFlags & 0xF0u),
+                  message)
+            << record;
+        EXPECT_EQ(Describe(layer), expected) << record;
+        EXPECT_EQ(static_cast<TFeatureLine*>(layer.m_Elements[0])->m_pPoints[1699].dLat, 45.2699) << record;
     }
 }
-
 }  // namespace

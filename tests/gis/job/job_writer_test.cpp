@@ -1,19 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
-#include <sstream>
+#include <tuple>
 
+#include "gis/numbers.h"
 #include "job_test_support.h"
 
 namespace {
 const tagLOC kA{45.5, -93.2}, kB{45.51, -93.2}, kC{45.5, -93.19}, kD{45.51, -93.19};
 
-// The layer of the version 1 golden file: two markers, three patterns, boundary, area,
-// generic and skipped lines.
-void BuildGoldenLayer(TMapLayer& layer) {
+// The layer of the version 1 golden file: two markers, three patterns, boundary, area, generic
+// and skipped lines; the other versions' files hold its first marker only.
+void BuildGoldenLayer(TMapLayer& layer, bool full) {
     layer.m_strLLB = "FARM";
     AddMarker(layer, "", "Gate", 3, {45.5, -93.25});
+    if (!full) return;
     AddMarker(layer, "ABC", "Silo", 132, {45.123456789, -93.0000004});
     TFeaturePattern* expand = AddPattern(layer, "7", EXPAND, {{'A', kA}, {'B', kB}, {'C', kC}, {'D', kD}});
     expand->m_iDirection = RIGHT;
@@ -38,236 +39,97 @@ void BuildGoldenLayer(TMapLayer& layer) {
     AddLine(layer, ELEMENT_LINE_AREA, 0, {{45.40, -93.40}, {45.45, -93.40}, {45.45, -93.35}}, "A");
 }
 
-void BuildMarkerLayer(TMapLayer& layer) {
-    layer.m_strLLB = "FARM";
-    AddMarker(layer, "", "Gate", 3, {45.5, -93.25});
-}
-
-struct TGoldenCase {
-    const char* golden;
-    const char* fileName;
-    int format;
-    std::function<void(TMapLayer&)> build;
-};
-
-TEST(JobWriter, MatchesHandWrittenFiles) {
-    const TGoldenCase cases[] = {
-        {"v1_layer.job", "012.JOB", GISFILE_JOB_V1, BuildGoldenLayer},
-        {"v2_marker.job", "12.job", GISFILE_JOB_V2, BuildMarkerLayer},
-        {"v3_marker.job", "North field 2024 ab.job", GISFILE_JOB_V3, BuildMarkerLayer},
-    };
-    for (const TGoldenCase& c : cases) {
-        TJobSettings settings(c.format, REDUCE_NONE);
-        TScriptedMessages messages;
-        TMapLayer layer;
-        c.build(layer);
-        std::string bytes;
-        ASSERT_EQ(WriteJob(c.fileName, layer, bytes), GISFILE_OK) << c.golden;
-        EXPECT_EQ(bytes, ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/job/" + c.golden))
-            << c.golden;
-        EXPECT_TRUE(messages.Shown().empty()) << c.golden;
-    }
-}
-
-struct TNameCase {
-    int format;
-    const char* fileName;
-    int result;
-    const char* firstLines;  // the header written, or the message shown
-};
-
-TEST(JobWriter, FileNameRules) {
+TEST(JobWriter, HandWrittenFilesAndNameRules) {
     TTestLanguage language;
-    const TNameCase cases[] = {
-        {0, "012.JOB", GISFILE_OK, ".JOB 12 012\r\n.VERSION 1\r\n\r\n"},
+    // format, file name, result; what was written ('@' and a hand-written file) or its start, or the
+    // message shown and its caption
+    const std::tuple<int, const char*, int, std::string> cases[] = {
+        {0, "012.JOB", GISFILE_OK, "@v1_layer.job"},
+        {1, "12.job", GISFILE_OK, "@v2_marker.job"},
+        {2, "North field 2024 ab.job", GISFILE_OK, "@v3_marker.job"},
         {0, "999.job", GISFILE_OK, ".JOB 999 999\r\n.VERSION 1\r\n\r\n"},
         {0, "12.A.JOB", GISFILE_OK, ".JOB 12 12\r\n"},
-        {0, "0.JOB", JOBFILE_ERR_NAME, "0.JOB\nW3082\nW3083"},
-        {0, "1000.JOB", JOBFILE_ERR_NAME, "1000.JOB\nW3082\nW3083"},
-        {0, "12A.JOB", JOBFILE_ERR_NAME, "12A.JOB\nW3082\nW3083"},
-        {0, " 12.JOB", JOBFILE_ERR_NAME, " 12.JOB\nW3082\nW3083"},
-        {1, "12.job", GISFILE_OK, ".JOB 12 FARM\r\n.VERSION 2\r\n\r\n"},
-        {1, "12A.JOB", JOBFILE_ERR_NAME, "12A.JOB\nW3082\nW3083"},
+        {0, "0.JOB", JOBFILE_ERR_NAME, "0.JOB\nW3082\nW3083|W5054"},
+        {0, "1000.JOB", JOBFILE_ERR_NAME, "1000.JOB\nW3082\nW3083|W5054"},
+        {1, "12A.JOB", JOBFILE_ERR_NAME, "12A.JOB\nW3082\nW3083|W5054"},
         {2, "ABCDEFGHIJKLMNOPQRST.job", GISFILE_OK,
-         ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM ABCDEFGHIJKLMNOPQRST\r\n.LLB FARM\r\n\r\n"},
-        {2, "ABCDEFGHIJKLMNOPQRSTU.job", JOBFILE_ERR_NAME, "ABCDEFGHIJKLMNOPQRSTU.job\nW3082\nW3096"},
+         ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM ABCDEFGHIJKLMNOPQRST\r\n"},
+        {2, "ABCDEFGHIJKLMNOPQRSTU.job", JOBFILE_ERR_NAME, "ABCDEFGHIJKLMNOPQRSTU.job\nW3082\nW3096|W5054"},
         {2, "12A.JOB", GISFILE_OK, ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM 12A\r\n"},
         {2, " a b .JOB", GISFILE_OK, ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM a b\r\n"},
-        {7, "anything.job", GISFILE_OK, ".JOB 0 anything\r\n.VERSION 1\r\n\r\n"},
+        {0, "no/such/folder/12.job", JOBFILE_ERR_CREATE, ""},
     };
-    for (const TNameCase& c : cases) {
-        const std::string label = std::to_string(c.format) + " " + c.fileName;
-        TJobSettings settings(c.format, REDUCE_BY_TOLERANCE);
+    for (const auto& [format, fileName, result, expected] : cases) {
+        TJobSettings settings(format, REDUCE_NONE);
         TScriptedMessages messages;
         TMapLayer layer;
-        layer.m_strLLB = "FARM";
-        std::string bytes;
-        bool created = false;
-        EXPECT_EQ(WriteJob(c.fileName, layer, bytes, &created), c.result) << label;
-        if (c.result == GISFILE_OK) {
-            EXPECT_EQ(bytes.substr(0, std::strlen(c.firstLines)), c.firstLines) << label;
-            EXPECT_TRUE(messages.Shown().empty()) << label;
-        } else {
-            EXPECT_FALSE(created) << label << ": no file on a name error";
-            ASSERT_EQ(messages.Shown().size(), 1u) << label;
-            EXPECT_EQ(messages.Shown()[0].strText, c.firstLines) << label;
-            EXPECT_EQ(messages.Shown()[0].strCaption, "W5054") << label;
-            EXPECT_EQ(messages.Shown()[0].uFlags, MB_OK | MB_ICONEXCLAMATION) << label;
+        BuildGoldenLayer(layer, expected == "@v1_layer.job");
+        std::string bytes, seen;
+        EXPECT_EQ(WriteJob(fileName, layer, bytes), result) << fileName;
+        for (const TMessageBoxRequest& shown : messages.Shown()) {
+            seen += shown.strText + "|" + shown.strCaption;
+            EXPECT_EQ(shown.uFlags, MB_OK | MB_ICONEXCLAMATION) << fileName;
         }
+        seen += bytes;
+        if (expected[0] == '@') {
+            EXPECT_EQ(seen,
+                      ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/job/" + expected.substr(1)))
+                << expected;
+        } else {
+            EXPECT_EQ(seen.substr(0, expected.size()), expected) << fileName;
+        }
+        EXPECT_EQ(bytes.empty(), result != GISFILE_OK) << fileName << ": a file only when the name is right";
     }
 }
 
-TEST(JobWriter, UncreatableFileGivesOne) {
+TEST(JobWriter, PatternAndMarkerRecords) {
     TJobSettings settings(GISFILE_JOB_V1, REDUCE_NONE);
     TMapLayer layer;
-    TGisFileJob job;
-    EXPECT_EQ(job.WriteFile("/nonexistent-folder/12.job", &layer), JOBFILE_ERR_CREATE);
+    AddPattern(layer, "1", 42, {});
+    AddPattern(layer, "2", RACETRACK, {{'C', {45.02, -93.5}}, {'Q', {45.16, -93.5}}, {'R', {45.17, -93.5}}});
+    AddMarker(layer, "4", "M", 9, {45, -93});
+    AddMarker(layer, "", "N", 31, {45, -93});
+    std::string bytes;
+    ASSERT_EQ(WriteJob("1.job", layer, bytes), GISFILE_OK);
+    const std::string expected[] = {
+        // a kind out of range
+        ".PAT 1 1\r\n\tBACK_TO_BACK\r\n",
+        // C alone is no line, Q and R the last pair
+        "\tABLINES  1\r\n\tC 45.020000 -93.500000\r\n\tQ 45.160000 -93.500000\r\n\tR 45.170000 "
+        "-93.500000\r\n.MAR 4",
+        // a marker without id is numbered among all markers
+        ".MAR 2 N\r\n\tTYPE 31\r\n",
+    };
+    for (const std::string& e : expected)
+        EXPECT_NE(bytes.find(e), std::string::npos) << e << "\nin\n" << bytes;
 }
 
-// The coordinate lines of the first ".POL" record of a file.
-std::vector<tagLOC> FirstRecordVertices(const std::string& bytes) {
-    std::vector<tagLOC> out;
-    std::istringstream in(bytes);
-    std::string line;
-    bool inRecord = false;
-    while (std::getline(in, line)) {
-        if (line.rfind(".POL", 0) == 0) {
-            if (inRecord) break;
-            inRecord = true;
-            continue;
+// Read and written again, a file comes back the same: every field the writer puts out is read
+// into the field it came from. The first pass renumbers the records of the hand-written file.
+TEST(JobRoundTrip, EveryVersionWritesBackTheSameBytes) {
+    // format, file name, job name|LLB|version read back
+    const std::tuple<int, const char*, const char*> cases[] = {
+        {GISFILE_JOB_V1, "44.job", "44|44|1"},
+        {GISFILE_JOB_V2, "44.job", "44|012|2"},
+        {GISFILE_JOB_V3, "North44.job", "North44|012|3"}};
+    for (const auto& [format, fileName, header] : cases) {
+        TJobSettings settings(format, REDUCE_NONE);
+        std::string text = ReadFileBytes(std::string(TL_GIS_SOURCE_DIR) + "/tests/data/job/v1_layer.job"),
+                    last;
+        for (int pass = 0; pass < 3; ++pass) {
+            TMapLayer layer;
+            TGisFileJob reader;
+            ASSERT_EQ(LoadJobText(text, layer, &reader), GISFILE_OK) << fileName;
+            EXPECT_EQ(layer.GetElementCount(), 10) << fileName;
+            if (pass == 2) {
+                EXPECT_EQ(
+                    reader.m_strJobName + "|" + layer.m_strLLB + "|" + std::to_string(reader.m_iVersion),
+                    header);
+            }
+            last = text;
+            ASSERT_EQ(WriteJob(fileName, layer, text), GISFILE_OK) << fileName;
         }
-        double lat = 0, lon = 0;
-        if (inRecord && std::sscanf(line.c_str(), "\t%lf %lf", &lat, &lon) == 2) out.push_back({lat, lon});
-    }
-    return out;
-}
-
-struct TRingCase {
-    const char* name;
-    int boundType;
-    std::vector<tagLOC> given;
-    std::vector<tagLOC> written;
-};
-
-TEST(JobWriter, RingOrientationAndRepeatedVertices) {
-    const tagLOC p{45.5, -93.3}, q{45.6, -93.3}, r{45.6, -93.2}, s{45.5, -93.2};
-    // p q r s runs north, east, south: clockwise with north up; p s r q counter-clockwise. The
-    // rings start at their west side, where the orientation test looks at the true neighbours.
-    const TRingCase cases[] = {
-        {"inclusion clockwise kept", BOUNDARY_INC, {p, q, r, s}, {p, q, r, s}},
-        {"inclusion counter-clockwise reversed", BOUNDARY_INC, {p, s, r, q}, {q, r, s, p}},
-        {"inclusion closed: no repeat", BOUNDARY_INC, {p, s, r, q, p}, {q, r, s, p}},
-        {"exclusion clockwise reversed", BOUNDARY_EXC, {p, q, r, s}, {s, r, q, p}},
-        {"exclusion counter-clockwise kept", BOUNDARY_EXC, {p, s, r, q}, {p, s, r, q}},
-        {"exclusion closed clockwise", BOUNDARY_EXC, {p, q, r, s, p}, {s, r, q, p}},
-        {"other bound type counter-clockwise", 0, {p, q, r, s}, {s, r, q, p}},
-        {"open P P Q R P", BOUNDARY_OPEN, {p, p, q, r, p}, {p, q, r}},
-        {"open repeats inside", BOUNDARY_OPEN, {p, q, q, r, r}, {p, q, r}},
-        {"open line kept in order", BOUNDARY_OPEN, {s, r, q, p}, {s, r, q, p}},
-    };
-    for (const TRingCase& c : cases) {
-        TJobSettings settings(GISFILE_JOB_V1, REDUCE_NONE);
-        TMapLayer layer;
-        AddLine(layer, ELEMENT_LINE_BOUNDARY, c.boundType, c.given, "r");
-        std::string bytes;
-        ASSERT_EQ(WriteJob("1.job", layer, bytes), GISFILE_OK) << c.name;
-        const std::vector<tagLOC> written = FirstRecordVertices(bytes);
-        ASSERT_EQ(written.size(), c.written.size()) << c.name;
-        for (std::size_t i = 0; i < written.size(); ++i) {
-            EXPECT_EQ(written[i].dLat, c.written[i].dLat) << c.name << " vertex " << i;
-            EXPECT_EQ(written[i].dLon, c.written[i].dLon) << c.name << " vertex " << i;
-        }
-    }
-}
-
-struct TPointCase {
-    const char* name;
-    int kind;
-    std::string valid;    // letters of the valid points
-    std::string written;  // letters written
-    int abLines;
-};
-
-TEST(JobWriter, PatternPointPairs) {
-    const TPointCase cases[] = {
-        {"EXPAND loses C", EXPAND, "ABCD", "ABD", 2},
-        {"RACETRACK keeps C", RACETRACK, "ABCD", "ABCD", 2},
-        {"A E F without B", QUICK, "AEF", "EF", 1},
-        {"A B E F without C and D", BACK_TO_BACK, "ABEF", "ABEF", 2},
-        {"BACK_TO_BACK_SKIP loses C", BACK_TO_BACK_SKIP, "ABC", "AB", 1},
-        {"C alone is no line", RACETRACK, "C", "C", 0},
-        {"D alone is a line", SQUEEZE, "D", "D", 1},
-        {"pair with one half", MULTI_BACK_TO_BACK, "ABQ", "AB", 1},
-        {"all eighteen", MULTI_BACK_TO_BACK, "ABCDEFGHIJKLMNOPQR", "ABCDEFGHIJKLMNOPQR", 9},
-    };
-    for (const TPointCase& c : cases) {
-        TJobSettings settings(GISFILE_JOB_V1, REDUCE_NONE);
-        TMapLayer layer;
-        TFeaturePattern* pattern = AddPattern(layer, "3", c.kind, {});
-        for (char letter : c.valid)
-            pattern->m_aPoint[letter - 'A'].m_Loc = {45.0 + (letter - 'A') * 0.01, -93.5};
-        std::string bytes;
-        ASSERT_EQ(WriteJob("1.job", layer, bytes), GISFILE_OK) << c.name;
-        std::string letters;
-        std::istringstream in(bytes);
-        std::string line;
-        int abLines = -1;
-        while (std::getline(in, line)) {
-            if (line.size() > 2 && line[0] == '\t' && line[2] == ' ' && line[1] >= 'A' && line[1] <= 'R')
-                letters += line[1];
-            if (line.rfind("\tABLINES  ", 0) == 0) abLines = std::atoi(line.c_str() + 10);
-        }
-        EXPECT_EQ(letters, c.written) << c.name;
-        EXPECT_EQ(abLines, c.abLines) << c.name;
-        const bool keepsC = c.kind != EXPAND && c.kind != BACK_TO_BACK && c.kind != BACK_TO_BACK_SKIP;
-        if (!keepsC) {
-            EXPECT_EQ(pattern->m_aPoint[2].m_Loc.dLat, 0.0) << c.name << ": C cleared in the element";
-        }
-    }
-}
-
-TEST(JobWriter, PatternLinesAndMarkerIds) {
-    struct TCase {
-        const char* name;
-        std::function<void(TMapLayer&)> build;
-        const char* expected;  // a run of lines that must appear
-    };
-    const TCase cases[] = {
-        {"kind out of range", [](TMapLayer& l) { AddPattern(l, "1", 42, {}); },
-         ".PAT 1 1\r\n\tBACK_TO_BACK\r\n"},
-        {"widths in feet",
-         [](TMapLayer& l) {
-             TFeaturePattern* p = AddPattern(l, "1", SQUEEZE, {});
-             p->m_dSwathWidth = 10.0;
-             p->m_dFieldWidth = 0.3048;
-             p->m_dOffset = -1.0;
-         },
-         "\tSQUEEZE\r\n\tLEFT\r\n\tSWIDTH 32.8084\r\n\tFIELD_WIDTH 1.0000\r\n\tOFFSET -3.2808\r\n\tABLINES  "
-         "0\r\n"},
-        {"id from the start of the text",
-         [](TMapLayer& l) {
-             AddMarker(l, " 15x", "M", 9, {45, -93});
-         },
-         ".MAR 15 M\r\n\tTYPE 9\r\n"},
-        {"marker counter",
-         [](TMapLayer& l) {
-             AddMarker(l, "4", "M", 9, {45, -93});
-             AddMarker(l, "", "N", 31, {45, -93});
-         },
-         ".MAR 2 N\r\n\tTYPE 31\r\n"},
-        {"symbol 10 written as 0",
-         [](TMapLayer& l) {
-             AddMarker(l, "", "M", 10, {45, -93});
-         },
-         "\tTYPE 0\r\n"},
-    };
-    for (const TCase& c : cases) {
-        TJobSettings settings(GISFILE_JOB_V1, REDUCE_NONE);
-        TMapLayer layer;
-        c.build(layer);
-        std::string bytes;
-        ASSERT_EQ(WriteJob("1.job", layer, bytes), GISFILE_OK) << c.name;
-        EXPECT_NE(bytes.find(c.expected), std::string::npos) << c.name << "\n" << bytes;
+        EXPECT_EQ(text, last) << fileName;
     }
 }
 }  // namespace
