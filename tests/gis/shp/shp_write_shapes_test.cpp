@@ -1,48 +1,15 @@
 // Which shapes the export writes: swath polygons cut at turns and stops, points, spot points
-// and polylines of recorded spray, boundary rings and lines, and the non-spray path.
+// and polylines of recorded spray, the non-spray path, and boundary rings and lines.
 
 #include <gtest/gtest.h>
 
 #include "gis/geometry.h"
 #include "gis/shp/swath_runs.h"
-#include "shp_write_support.h"
-#include "test_support.h"
+#include "shp_test_support.h"
 
-using namespace shp_write_test;
+using namespace shp_test;
 
 namespace {
-// Runs the export of one layer and returns the shapes of the spray (or boundary) triple.
-struct TExport {
-    int iResult = 0;
-    std::vector<TShape> Shapes;
-    TTable Table;
-    std::vector<TShape> NonSpray;
-    TTable NonSprayTable;
-};
-
-TExport Export(TMapLayer& layer, int format, int writeMode = 1, bool singleBlock = false, int nonSpray = 0) {
-    TTempDir dir;
-    TScriptedMessages quiet;
-    TShpSettingsGuard settings;
-    SetShpFormats(format, nonSpray);
-    TGisFileShp writer;
-    writer.m_iWriteMode = writeMode;
-    writer.SetSingleBlockMode(singleBlock ? 1 : 0);
-    writer.SetSourceFile(dir.File("flight.csv"));
-    TExport out;
-    const std::string target = dir.File("f.shp");
-    out.iResult = writer.WriteFile(target.c_str(), &layer);
-    const TTriple t = ReadTriple(TGisFileShp::GetSprayOutputStem(target));
-    out.Shapes = ReadShapes(t.strShp);
-    out.Table = ReadTable(t.strDbf);
-    const TTriple n = ReadTriple(TGisFileShp::GetNonSprayOutputStem(dir.File("flight.csv")));
-    if (!n.strShp.empty()) {
-        out.NonSpray = ReadShapes(n.strShp);
-        out.NonSprayTable = ReadTable(n.strDbf);
-    }
-    return out;
-}
-
 std::vector<int> PointCounts(const std::vector<TShape>& shapes) {
     std::vector<int> counts;
     for (const TShape& s : shapes) counts.push_back(static_cast<int>(s.Points.size()));
@@ -62,18 +29,17 @@ std::vector<TSamplePlan> Turning(int n, int at, double turnDeg) {
 }  // namespace
 
 TEST(ShpWriteShapes, SwathPolygonsFollowRunsOfStraightFlight) {
-    struct TCase {
-        const char* pszName;
-        std::vector<TSamplePlan> Samples;
-        bool bSingleBlock;
-        std::vector<int> PointCounts;
-    };
     std::vector<TSamplePlan> narrow = Straight(4, 0.0);
     for (TSamplePlan& s : narrow) s.dWidth = 0.05;
     std::vector<TSamplePlan> wrap = Straight(2, 350.0);
     const TLoc third = TLoc(wrap[1].dLat, wrap[1].dLon).Offset(10.0, 20.0);
     wrap.push_back({third.dLat, third.dLon, 10.0, 20.0, 1});
-    const TCase cases[] = {
+    const struct {
+        const char* pszName;
+        std::vector<TSamplePlan> Samples;
+        bool bSingleBlock;
+        std::vector<int> PointCounts;
+    } cases[] = {
         {"three samples", Straight(3, 30.0), false, {7}},
         {"turn of 90 at sample 5", Turning(10, 5, 90.0), false, {11, 13}},
         {"turn of 40 goes on", Turning(10, 5, 40.0), false, {21}},
@@ -85,180 +51,132 @@ TEST(ShpWriteShapes, SwathPolygonsFollowRunsOfStraightFlight) {
         {"swath ends 5 cm apart", narrow, false, {}},
         {"one sample", Straight(1, 0.0), false, {}},
     };
-    for (const TCase& c : cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.pszName);
         TMapLayer layer;
-        AddSpray(layer, MakeSpray(c.Samples));
-        const TExport out = Export(layer, ESRI_SPRAY_POLYGONS, 1, c.bSingleBlock);
-        EXPECT_EQ(out.iResult, GISFILE_OK) << c.pszName;
-        EXPECT_EQ(PointCounts(out.Shapes), c.PointCounts) << c.pszName;
-        EXPECT_EQ(out.Table.Rows.size(), out.Shapes.size()) << c.pszName;
-        for (const TShape& s : out.Shapes) {
-            EXPECT_EQ(s.iType, SHPT_POLYGON) << c.pszName;
-            ASSERT_FALSE(s.Points.empty()) << c.pszName;
-            EXPECT_TRUE(s.Points.front().dLat == s.Points.back().dLat &&
-                        s.Points.front().dLon == s.Points.back().dLon)
-                << c.pszName << ": ring not closed";
-            EXPECT_TRUE(IsRingClockwise(s.Points.data(), static_cast<int>(s.Points.size())))
-                << c.pszName << ": outer ring not clockwise";
+        AddSpray(layer, c.Samples);
+        const TExport out = Export(layer, {.bSingleBlock = c.bSingleBlock});
+        EXPECT_EQ(out.iResult, GISFILE_OK);
+        EXPECT_EQ(PointCounts(out.Spray.Shapes), c.PointCounts);
+        for (const TShape& s : out.Spray.Shapes) {
+            const tagLOC &first = s.Points.front(), &last = s.Points.back();
+            EXPECT_EQ(s.iType, SHPT_POLYGON);
+            EXPECT_TRUE(first.dLat == last.dLat && first.dLon == last.dLon) << "ring not closed";
+            EXPECT_TRUE(IsRingClockwise(s.Points.data(), static_cast<int>(s.Points.size())));
         }
     }
 }
 
 TEST(ShpWriteShapes, SwathRowCarriesBoxCentreAndLastSample) {
     TMapLayer layer;
-    TFeatureSpray* spray = AddSpray(layer, MakeSpray(Straight(3, 0.0)));
+    TFeatureSpray* spray = AddSpray(layer, Straight(3, 0.0));
     spray->m_pRecs[2].sLine = 9;
     spray->m_pRecs[2].strOffset = "L";
-    const TExport out = Export(layer, ESRI_SPRAY_POLYGONS);
-    ASSERT_EQ(out.Shapes.size(), 1u);
-    ASSERT_EQ(out.Table.Rows.size(), 1u);
+    const TExport out = Export(layer, {});
+    ASSERT_EQ(out.Spray.Table.Rows.size(), 1u);
     TLocRect box;
     box.InitExtents();
-    for (const tagLOC& p : out.Shapes[0].Points) box.ExpandExtents(p);
-    const std::vector<std::string>& row = out.Table.Rows[0];
-    EXPECT_EQ(row[7], " Left");
-    EXPECT_EQ(row[8], "    9");
-    EXPECT_EQ(row[9], "   14:03:02.50");
+    for (const tagLOC& p : out.Spray.Shapes[0].Points) box.ExpandExtents(p);
+    const std::vector<std::string>& row = out.Spray.Table.Rows[0];
+    EXPECT_EQ(row[7] + row[8] + row[9], " Left    9   14:03:02.50");
     EXPECT_NEAR(std::stod(row[10]), (box.dSouth + box.dNorth) / 2, 1e-10);
     EXPECT_NEAR(std::stod(row[11]), (box.dWest + box.dEast) / 2, 1e-10);
-    // Two steps of 20 m by 20 m: 0.08 ha.
-    EXPECT_NEAR(std::stod(row[17]), 0.08 * 2.471053828349333, 2e-5);
+    EXPECT_NEAR(std::stod(row[17]), 0.08 * 2.471053828349333, 2e-5) << "two steps of 20 m by 20 m in acres";
 }
 
 TEST(ShpWriteShapes, CrossingSwathLinesArePulledTogether) {
     // A tight turn to the right: the third sample's swath line crosses the first's, and its
     // right-hand (inner) end is held at the first sample's.
-    std::vector<TSamplePlan> plans = {
-        {45.5, -93.25, 0.0, 60.0, 1}, {45.50005, -93.25, 20.0, 60.0, 1}, {45.5001, -93.24995, 40.0, 60.0, 1}};
     TMapLayer layer;
-    TFeatureSpray* spray = AddSpray(layer, MakeSpray(plans));
+    TFeatureSpray* spray = AddSpray(layer, {{45.5, -93.25, 0.0, 60.0, 1},
+                                            {45.50005, -93.25, 20.0, 60.0, 1},
+                                            {45.5001, -93.24995, 40.0, 60.0, 1}});
     const tagLOC firstA = spray->m_pRecs[0].locSwathA;
     ASSERT_TRUE(SegmentsCross(spray->m_pRecs[0].locSwathA, spray->m_pRecs[0].locSwathB,
                               spray->m_pRecs[2].locSwathA, spray->m_pRecs[2].locSwathB));
-    const TExport out = Export(layer, ESRI_SPRAY_POLYGONS);
-    ASSERT_EQ(PointCounts(out.Shapes), std::vector<int>{7});
-    EXPECT_EQ(spray->m_pRecs[2].locSwathA.dLat, firstA.dLat);
-    EXPECT_EQ(spray->m_pRecs[2].locSwathA.dLon, firstA.dLon);
+    EXPECT_EQ(PointCounts(Export(layer, {}).Spray.Shapes), std::vector<int>{7});
+    EXPECT_TRUE(spray->m_pRecs[2].locSwathA.dLat == firstA.dLat &&
+                spray->m_pRecs[2].locSwathA.dLon == firstA.dLon);
 }
 
-TEST(ShpWriteShapes, PointsSpotsAndPolylines) {
-    // Positions given directly: sample 2 shares sample 1's latitude.
-    std::vector<TSamplePlan> sameLat = {{45.5, -93.25, 0, 20, 1},
-                                        {45.6, -93.24, 0, 20, 1},
-                                        {45.6, -93.23, 0, 20, 1},
-                                        {45.7, -93.22, 0, 20, 1}};
-    struct TCase {
+TEST(ShpWriteShapes, PointsSpotsPolylinesAndTheNonSprayPath) {
+    // Sample 2 shares sample 1's latitude.
+    const std::vector<TSamplePlan> sameLat = {{45.5, -93.25}, {45.6, -93.24}, {45.6, -93.23}, {45.7, -93.22}};
+    // A run that ends where the next one starts, the next one flown without spraying.
+    const std::vector<TSamplePlan> sprayed = Straight(3, 30);
+    std::vector<TSamplePlan> after = Straight(2, 30, 20, {0, 0});
+    for (TSamplePlan& s : after)
+        s = {s.dLat + sprayed[2].dLat - 45.5, s.dLon + sprayed[2].dLon + 93.25, 30, 20, 0};
+    const int kPts = ESRI_SPRAY_POINTS, kPL = ESRI_SPRAY_POLYLINES;
+    const struct {
         const char* pszName;
-        int iFormat;
+        TWriteOptions Options;
         std::vector<std::vector<TSamplePlan>> Elements;
+        bool bNonSpray;  // the triple looked at
         std::vector<int> PointCounts;
-        int iShapeType;
-    };
-    const TCase cases[] = {
-        {"points skip a repeated latitude", ESRI_SPRAY_POINTS, {sameLat}, {1, 1, 1}, SHPT_POINT},
-        {"points: last sample after spraying",
-         ESRI_SPRAY_POINTS,
-         {Straight(4, 30, 20, {0, 1, 1, 0})},
-         {1, 1, 1},
-         SHPT_POINT},
-        {"points: last sample after a stop",
-         ESRI_SPRAY_POINTS,
-         {Straight(4, 30, 20, {1, 1, 0, 0})},
-         {1, 1},
-         SHPT_POINT},
+    } cases[] = {
+        {"points skip a repeated latitude", {kPts}, {sameLat}, false, {1, 1, 1}},
+        {"points: last sample after spraying", {kPts}, {Straight(4, 30, 20, {0, 1, 1, 0})}, false, {1, 1, 1}},
+        {"points: last sample after a stop", {kPts}, {Straight(4, 30, 20, {1, 1, 0, 0})}, false, {1, 1}},
         {"spots: one per element",
-         ESRI_SPRAY_SPOTS,
-         {Straight(4, 30, 20, {0, 1, 1}), Straight(3, 120)},
-         {1, 1},
-         SHPT_POINT},
-        {"polyline of every sample",
-         ESRI_SPRAY_POLYLINES,
-         {Straight(5, 0, 20, {1, 0, 0, 1})},
-         {5},
-         SHPT_POLYLINE},
-        {"polyline: one sample", ESRI_SPRAY_POLYLINES, {Straight(1, 0)}, {}, SHPT_POLYLINE},
-        {"polyline: first sample off", ESRI_SPRAY_POLYLINES, {Straight(3, 0, 20, {0})}, {}, SHPT_POLYLINE},
-        {"format 7 writes polygons", 7, {Straight(3, 0)}, {7}, SHPT_POLYGON},
+         {ESRI_SPRAY_SPOTS},
+         {Straight(4, 30, 20, {0, 1}), Straight(3, 120)},
+         false,
+         {1, 1}},
+        {"polyline of every sample", {kPL}, {Straight(5, 0, 20, {1, 0, 0, 1})}, false, {5}},
+        {"polyline: one sample", {kPL}, {Straight(1, 0)}, false, {}},
+        {"polyline: first sample off", {kPL}, {Straight(3, 0, 20, {0})}, false, {}},
+        {"format 7 writes polygons", {7}, {Straight(3, 0)}, false, {7}},
+        {"non-spray polyline of all five", {kPts}, {Straight(5, 30, 20, {0, 1, 1, 0, 1})}, true, {5}},
+        {"non-spray points: off and last",
+         {kPts, 1},
+         {Straight(5, 30, 20, {0, 1, 0, 0, 1})},
+         true,
+         {1, 1, 1, 1}},
+        {"non-spray points: the spray pass's last not repeated", {kPts, 1}, {sprayed, after}, true, {1}},
+        {"non-spray path of a run that starts spraying", {kPts}, {Straight(3, 30, 20, {1, 0, 0})}, true, {}},
+        {"non-spray format 2", {kPts, 2}, {Straight(3, 30, 20, {0, 0, 0})}, true, {}},
     };
-    for (const TCase& c : cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.pszName);
         TMapLayer layer;
-        for (const auto& e : c.Elements) AddSpray(layer, MakeSpray(e));
-        const TExport out = Export(layer, c.iFormat);
-        EXPECT_EQ(PointCounts(out.Shapes), c.PointCounts) << c.pszName;
-        EXPECT_EQ(out.Table.Rows.size(), out.Shapes.size()) << c.pszName;
-        EXPECT_EQ(out.Table.iRecordCount, static_cast<int>(out.Shapes.size())) << c.pszName;
-        for (std::size_t i = 0; i < out.Shapes.size(); ++i) {
-            EXPECT_EQ(out.Shapes[i].iType, c.iShapeType) << c.pszName;
-            EXPECT_EQ(out.Shapes[i].iNumber, static_cast<int>(i + 1)) << c.pszName;
-        }
+        for (const auto& e : c.Elements) AddSpray(layer, e);
+        const TExport out = Export(layer, c.Options);
+        EXPECT_EQ(PointCounts(c.bNonSpray ? out.NonSpray.Shapes : out.Spray.Shapes), c.PointCounts);
     }
 }
 
 TEST(ShpWriteShapes, BoundaryRingsAndLines) {
     const tagLOC a{45.5, -93.3}, b{45.6, -93.3}, c{45.6, -93.2}, d{45.5, -93.2};
-    struct TCase {
+    // a -> b -> c -> d runs north, east, south: clockwise.
+    const struct {
         const char* pszName;
         std::vector<tagLOC> Points;
         int iBound;
         std::vector<tagLOC> Written;
         int iType;
-    };
-    // a -> b -> c -> d runs north, east, south: clockwise.
-    const TCase cases[] = {
+    } cases[] = {
         {"inclusion stored counter-clockwise", {a, d, c, b}, BOUNDARY_INC, {a, b, c, d, a}, SHPT_POLYGON},
         {"inclusion stored clockwise, closed", {a, b, c, d, a}, BOUNDARY_INC, {a, b, c, d, a}, SHPT_POLYGON},
         {"exclusion stored clockwise", {a, b, c, d}, BOUNDARY_EXC, {a, d, c, b, a}, SHPT_POLYGON},
         {"open A B B C", {a, b, b, c}, BOUNDARY_OPEN, {a, b, c}, SHPT_POLYLINE},
         {"open A B C A", {a, b, c, a}, BOUNDARY_OPEN, {a, b, c}, SHPT_POLYLINE},
     };
-    for (const TCase& t : cases) {
+    for (const auto& t : cases) {
+        SCOPED_TRACE(t.pszName);
         TMapLayer layer;
-        TFeatureLine* line = AddBoundary(layer, t.Points, t.iBound);
-        AddSpray(layer, MakeSpray(Straight(3, 0)));  // skipped in boundary mode
-        const TExport out = Export(layer, ESRI_SPRAY_POLYGONS, 0);
-        ASSERT_EQ(out.Shapes.size(), 1u) << t.pszName;
-        EXPECT_EQ(out.Shapes[0].iType, t.iType) << t.pszName;
-        ASSERT_EQ(out.Shapes[0].Points.size(), t.Written.size()) << t.pszName;
-        for (std::size_t i = 0; i < t.Written.size(); ++i) {
-            EXPECT_EQ(out.Shapes[0].Points[i].dLat, t.Written[i].dLat) << t.pszName << " point " << i;
-            EXPECT_EQ(out.Shapes[0].Points[i].dLon, t.Written[i].dLon) << t.pszName << " point " << i;
-        }
-        EXPECT_EQ(line->m_iNumPoints, static_cast<int>(t.Points.size())) << t.pszName << ": element changed";
-        EXPECT_EQ(out.Table.iRecordCount, 1) << t.pszName;
-        EXPECT_TRUE(out.NonSpray.empty()) << t.pszName << ": boundary mode has its own triple only";
-    }
-}
-
-TEST(ShpWriteShapes, NonSprayPath) {
-    // A run that ends where the next one starts, the next one flown without spraying.
-    const std::vector<TSamplePlan> sprayed = Straight(3, 30, 20, {1, 1, 1});
-    std::vector<TSamplePlan> after = Straight(2, 30, 20, {0, 0});
-    for (TSamplePlan& s : after) {
-        s.dLat += sprayed.back().dLat - sprayed.front().dLat;
-        s.dLon += sprayed.back().dLon - sprayed.front().dLon;
-    }
-    struct TCase {
-        const char* pszName;
-        int iFormat;
-        std::vector<std::vector<TSamplePlan>> Elements;
-        std::vector<int> PointCounts;
-    };
-    const TCase cases[] = {
-        {"polyline of all five", ESRI_NONSPRAY_POLYLINES, {Straight(5, 30, 20, {0, 1, 1, 0, 1})}, {5}},
-        {"points: off samples and the last",
-         ESRI_NONSPRAY_POINTS,
-         {Straight(5, 30, 20, {0, 1, 0, 0, 1})},
-         {1, 1, 1, 1}},
-        {"points: the spray pass's last point is not repeated", ESRI_NONSPRAY_POINTS, {sprayed, after}, {1}},
-        {"starts spraying: nothing", ESRI_NONSPRAY_POLYLINES, {Straight(3, 30, 20, {1, 0, 0})}, {}},
-        {"format 2: no records", 2, {Straight(3, 30, 20, {0, 0, 0})}, {}},
-    };
-    for (const TCase& c : cases) {
-        TMapLayer layer;
-        for (const auto& e : c.Elements) AddSpray(layer, MakeSpray(e));
-        const TExport out = Export(layer, ESRI_SPRAY_POINTS, 1, false, c.iFormat);
-        EXPECT_EQ(PointCounts(out.NonSpray), c.PointCounts) << c.pszName;
-        EXPECT_EQ(out.NonSprayTable.iRecordCount, static_cast<int>(c.PointCounts.size())) << c.pszName;
-        EXPECT_EQ(out.NonSprayTable.Rows.size(), c.PointCounts.size()) << c.pszName;
+        const TFeatureLine* line = AddBoundary(layer, t.Points, t.iBound);
+        AddSpray(layer, Straight(3, 0));  // not exported in boundary mode
+        const TExport out = Export(layer, {.iWriteMode = 0});
+        ASSERT_EQ(out.Spray.Shapes.size(), 1u);
+        const TShape& shape = out.Spray.Shapes[0];
+        EXPECT_EQ(shape.iType, t.iType);
+        ASSERT_EQ(shape.Points.size(), t.Written.size());
+        for (std::size_t i = 0; i < t.Written.size(); ++i)
+            EXPECT_TRUE(shape.Points[i].dLat == t.Written[i].dLat &&
+                        shape.Points[i].dLon == t.Written[i].dLon)
+                << i;
+        EXPECT_EQ(line->m_iNumPoints, static_cast<int>(t.Points.size())) << "the element changed";
+        EXPECT_EQ(out.Spray.Table.nHeaderLength, 33u);
     }
 }

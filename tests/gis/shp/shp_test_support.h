@@ -1,0 +1,274 @@
+#pragma once
+// Main files put together by hand for the reader, recorded spray for the writer, and the
+// writer's files read back. Bytes are assembled with shifts, apart from the library's byte-order
+// code, so that a fault there cannot hide behind the same fault here.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "features/feature_spray.h"
+#include "gis/shp/gis_file_shp.h"
+#include "gis/shp/shp_codec.h"
+#include "hostmap/map_layer.h"
+#include "test_support.h"
+
+namespace shp_test {
+
+inline void PutBE32(std::string& out, std::uint32_t v) {
+    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>(v >> shift);
+}
+inline void PutLE32(std::string& out, std::uint32_t v) {
+    for (int shift = 0; shift <= 24; shift += 8) out += static_cast<char>(v >> shift);
+}
+inline void PutLEDouble(std::string& out, double d) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &d, sizeof bits);
+    for (int shift = 0; shift <= 56; shift += 8) out += static_cast<char>(bits >> shift);
+}
+
+using TXY = std::pair<double, double>;  // x = longitude, y = latitude
+
+inline std::string MainHeader(std::uint32_t words, std::uint32_t type, const tagLOCRECT& box,
+                              std::uint32_t code = 9994) {
+    std::string h;
+    PutBE32(h, code);
+    h.append(20, '\0');
+    PutBE32(h, words);
+    PutLE32(h, 1000);
+    PutLE32(h, type);
+    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutLEDouble(h, v);
+    return h.append(32, '\0');
+}
+
+// A record's content: a point (type 1), a multipoint (type 8, no parts), or a polyline or
+// polygon whose counts can be overridden to damage it.
+inline std::string Content(std::uint32_t type, const std::vector<TXY>& points,
+                           const std::vector<std::int32_t>& parts = {0}, std::int64_t numParts = -1,
+                           std::int64_t numPoints = -1) {
+    std::string c;
+    PutLE32(c, type);
+    if (type != 1) c.append(32, '\0');  // box, not read
+    const bool hasParts = type != 1 && type != 8;
+    if (hasParts) PutLE32(c, static_cast<std::uint32_t>(numParts >= 0 ? numParts : std::ssize(parts)));
+    if (type != 1) PutLE32(c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : std::ssize(points)));
+    for (std::int32_t p : hasParts ? parts : std::vector<std::int32_t>{})
+        PutLE32(c, static_cast<std::uint32_t>(p));
+    for (const auto& [x, y] : points) PutLEDouble(c, x), PutLEDouble(c, y);
+    return c;
+}
+
+struct TShpBytes {
+    bool bLittle = false;  // byte order of the record headers
+    std::string strRecords = {};
+
+    // Appends a record; words overrides the content length written in its header.
+    TShpBytes& Record(std::int32_t number, const std::string& content, std::int64_t words = -1) {
+        const auto put = bLittle ? PutLE32 : PutBE32;
+        put(strRecords, static_cast<std::uint32_t>(number));
+        put(strRecords, static_cast<std::uint32_t>(words >= 0 ? words : std::ssize(content) / 2));
+        strRecords += content;
+        return *this;
+    }
+    TShpBytes& Raw(const std::string& bytes) {
+        strRecords += bytes;
+        return *this;
+    }
+    std::string Bytes(std::uint32_t code = 9994) const {
+        const auto words = static_cast<std::uint32_t>((100 + strRecords.size()) / 2);
+        return MainHeader(words, 5, {-93.3, 45.6, -93.2, 45.4}, code) + strRecords;
+    }
+};
+
+struct TSamplePlan {
+    double dLat = 0.0;
+    double dLon = 0.0;
+    double dHeading = 0.0;  // degrees
+    double dWidth = 20.0;   // metres
+    int iSpray = 1;
+};
+
+// n samples flown on a steady heading, stepM apart, from (45.5, -93.25); spray gives the first
+// samples' flags, the rest spray.
+inline std::vector<TSamplePlan> Straight(int n, double heading, double stepM = 20.0,
+                                         std::vector<int> spray = {}) {
+    std::vector<TSamplePlan> out;
+    for (TLoc at(45.5, -93.25); std::ssize(out) < n; at = at.Offset(heading, stepM))
+        out.push_back({at.dLat, at.dLon, heading, 20.0, out.size() < spray.size() ? spray[out.size()] : 1});
+    return out;
+}
+
+// A spray element with one sample per plan, one second apart from 14:03:00.50 on 1 June 2024,
+// 50 m/s, 10 m high, line 7, field "North 40", offset "R"; added to the layer with its extents.
+inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>& samples) {
+    auto* spray = new TFeatureSpray(static_cast<int>(samples.size()));
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const TSamplePlan& s = samples[i];
+        tagSPRAYREC& r = spray->m_pRecs[i];
+        r.locPos = {s.dLat, s.dLon};
+        TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
+        r.dSwathWidth = s.dWidth;
+        r.sHeading = static_cast<std::int16_t>(s.dHeading);
+        r.bySpray = static_cast<std::uint8_t>(s.iSpray);
+        r.sBoom = static_cast<std::int16_t>(s.iSpray != 0);
+        r.dSpeed = 50.0;
+        r.sHeight = 50;
+        r.dAgl = 3.0;
+        r.sLine = 7;
+        r.sTrack = 250;
+        r.strFieldName = "North 40";
+        r.strOffset = "R";
+        r.afActualRate[0] = 50.0f;
+        r.afTargetRate[0] = 48.0f;
+        SetSprayText(r.szAircraft, sizeof r.szAircraft, "N512AG");
+        SetSprayText(r.szPilot, sizeof r.szPilot, "J.Smith");
+        PackSprayTime({2024, 6, 1, 14, 3, static_cast<int>(i % 60), 50}, r);
+    }
+    spray->CalculateGeoExtents();
+    layer.AddElement(spray, ADD_ELEMENT_OWNED);
+    return spray;
+}
+
+inline TFeatureLine* AddBoundary(TMapLayer& layer, const std::vector<tagLOC>& points, int boundType) {
+    auto* line = new TFeatureLineBoundary;
+    auto* copy = new tagLOC[points.size()];
+    std::copy(points.begin(), points.end(), copy);
+    line->AdoptPoints(copy, static_cast<int>(points.size()), static_cast<int>(points.size()));
+    line->m_iBoundType = boundType;
+    line->CalculateGeoExtents();
+    layer.AddElement(line, ADD_ELEMENT_OWNED);
+    return line;
+}
+
+struct TShape {
+    int iType = 0;
+    int iNumber = 0;
+    std::vector<tagLOC> Points;
+};
+
+struct TTable {
+    int iRecordCount = 0;
+    std::size_t nHeaderLength = 0;
+    std::size_t nRecordLength = 0;
+    std::vector<std::string> Names;
+    std::string strTypes;                        // 'C' or 'N' per field
+    std::vector<std::vector<std::string>> Rows;  // raw field texts, blanks kept
+};
+
+struct TTriple {
+    std::string strStem;  // empty when the triple was not written
+    std::string strShp, strShx, strDbf;
+    std::vector<TShape> Shapes;  // decoded with the reader's codec
+    TTable Table;
+};
+
+// Reads back the triple of a stem, and checks that shapes, index entries, the table's count and
+// rows and the headers' lengths agree. A table without fields keeps its count but no rows, and
+// one without records may lack its end byte.
+inline TTriple ReadTriple(const std::string& stem) {
+    TTriple t{
+        stem, ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf"), {},
+        {}};
+    if (t.strShp.size() < 100 || t.strShx.size() < 100 || t.strDbf.size() < 32) return {};
+    const auto* p = reinterpret_cast<const unsigned char*>(t.strShp.data());
+    std::size_t length = 0;
+    for (std::size_t at = SHP_HEADER_BYTES; at + 8 <= t.strShp.size(); at += 8 + length) {
+        const TShpRecordHeader h = DecodeShpRecordHeader(p + at, SHP_ORDER_BIG);
+        length = static_cast<std::size_t>(h.iContentWords) * 2;
+        TShape& s = t.Shapes.emplace_back(TShape{p[at + 8], h.iNumber, {{}}});
+        std::string problem = at + 8 + length > t.strShp.size() ? "runs past the file" : "";
+        TShpPolyRecord poly;
+        if (problem.empty() && s.iType != SHPT_POINT && poly.Decode(p + at + 8, length, problem)) {
+            s.Points.resize(static_cast<std::size_t>(poly.GetPointCount()));
+            poly.CopyPoints(0, poly.GetPointCount(), s.Points.data());
+        }
+        if (problem.empty() && s.iType == SHPT_POINT)
+            DecodeShpPoint(p + at + 8, length, s.Points[0], problem);
+        if (!problem.empty()) {
+            ADD_FAILURE() << stem << " record " << h.iNumber << ": " << problem;
+            break;
+        }
+    }
+    const auto* d = reinterpret_cast<const unsigned char*>(t.strDbf.data());
+    TTable& table = t.Table;
+    table.iRecordCount = static_cast<int>(d[4] | (d[5] << 8) | (d[6] << 16) | (d[7] << 24));
+    table.nHeaderLength = d[8] | (d[9] << 8);
+    table.nRecordLength = d[10] | (d[11] << 8);
+    std::vector<std::size_t> widths;
+    for (std::size_t at = 32; at + 32 <= t.strDbf.size() && d[at] != 0x0D; at += 32) {
+        table.Names.emplace_back(t.strDbf.c_str() + at);
+        table.strTypes += t.strDbf[at + 11];
+        widths.push_back(d[at + 16]);
+    }
+    for (std::size_t at = table.nHeaderLength + 1;
+         !widths.empty() && at + table.nRecordLength <= t.strDbf.size() + 1; at += table.nRecordLength) {
+        std::vector<std::string>& row = table.Rows.emplace_back();
+        std::size_t field = at;
+        for (std::size_t w : widths) row.push_back(t.strDbf.substr(field, w)), field += w;
+    }
+    const auto bytes = [](const std::string& b) {
+        const auto* q = reinterpret_cast<const unsigned char*>(b.data());
+        return (q[24] << 24 | q[25] << 16 | q[26] << 8 | q[27]) * 2u;
+    };
+    const std::size_t shapes = t.Shapes.size(), rows = widths.empty() ? shapes : table.Rows.size();
+    const std::size_t tableBytes = table.nHeaderLength + table.nRecordLength * table.Rows.size();
+    EXPECT_TRUE(bytes(t.strShp) == t.strShp.size() && bytes(t.strShx) == t.strShx.size() &&
+                (t.strShx.size() - 100) / 8 == shapes && rows == shapes &&
+                table.iRecordCount == static_cast<int>(shapes) &&
+                (t.strDbf == t.strDbf.substr(0, tableBytes) + '\x1A' ||
+                 (shapes == 0 && t.strDbf.size() == tableBytes)))
+        << stem << ": " << shapes << " shapes, " << (t.strShx.size() - 100) / 8 << " index entries, " << rows
+        << " rows, count " << table.iRecordCount << ", " << t.strDbf.size() << " table bytes";
+    return t;
+}
+
+struct TWriteOptions {
+    int iSpray = ESRI_SPRAY_POLYGONS;
+    int iNonSpray = ESRI_NONSPRAY_POLYLINES;
+    int iWriteMode = 1;
+    bool bSingleBlock = false;
+    bool bMetric = false;
+    std::string strCompany = "Acme Aerial";
+    std::string strSource = "flight.csv";  // in the folder
+};
+
+struct TExport {
+    int iResult = 0;
+    TTriple Spray;  // or the boundaries
+    TTriple NonSpray;
+    std::vector<TMessageBoxRequest> Messages;
+};
+
+// Writes the layer to dir/name and reads back the triples written. Without a source file the
+// non-spray triple goes to the current folder and is removed after reading.
+inline TExport Export(TMapLayer& layer, const TWriteOptions& o, const TTempDir& dir,
+                      const std::string& name = "f.shp") {
+    TScriptedMessages messages;
+    TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(o.iSpray);
+    TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(o.iNonSpray);
+    const std::string source = o.strSource.empty() ? "" : dir.File(o.strSource);
+    TGisFileShp writer;
+    writer.m_iWriteMode = o.iWriteMode;
+    writer.SetSingleBlockMode(o.bSingleBlock ? 1 : 0);
+    writer.SetMetric(o.bMetric ? 1 : 0);
+    writer.SetCompanyName(o.strCompany);
+    writer.SetSourceFile(source);
+    const int result = writer.WriteFile(dir.File(name).c_str(), &layer);
+    const std::string nonSprayStem = TGisFileShp::GetNonSprayOutputStem(source);
+    TExport out{result, ReadTriple(TGisFileShp::GetSprayOutputStem(dir.File(name))), ReadTriple(nonSprayStem),
+                messages.Shown()};
+    TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
+    TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
+    for (const char* ext : {".shp", ".shx", ".dbf"})
+        if (source.empty()) std::filesystem::remove(nonSprayStem + ext);
+    return out;
+}
+inline TExport Export(TMapLayer& layer, const TWriteOptions& o) {
+    TTempDir dir;
+    return Export(layer, o, dir);
+}
+
+}  // namespace shp_test
