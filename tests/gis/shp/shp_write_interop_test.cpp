@@ -1,6 +1,6 @@
-// Files of the export open in independent readers: GDAL's ogrinfo reads every shape and row
-// without a complaint, and pyshp finds the shapes, vertices, field names and first row that
-// were written. Also the tool's shapefile options end to end.
+// The tool's shapefile options end to end, and the files they give read by independent readers:
+// GDAL's ogrinfo reads every shape and row without a complaint, and pyshp finds the shapes,
+// vertices, field names and first row that were written.
 
 #include <gtest/gtest.h>
 
@@ -13,29 +13,60 @@
 using namespace shp_test;
 
 namespace {
-struct TInteropCase {
+struct TToolCase {
     const char* pszName;
-    TWriteOptions Options;
-    const char* pszSprayStem;     // in the target's folder
-    const char* pszNonSprayStem;  // next to the source data file
+    std::string strArgs;
+    int iExit;
+    std::vector<std::string> Stems;  // the triples written: spray (or boundaries), non-spray
+    const char* pszSwathField;       // name of field 15 in a spray table
+    const char* pszNote;
 };
 
-const TInteropCase kCases[] = {
-    {"polygons_us", {}, "field12_Spray_Polys", "data/flight_NonSpray_PL"},
+const std::string kSpray = "--spray data/flight.csv --company Acme ";
+const TToolCase kCases[] = {
+    {"polygons", kSpray, 0, {"field12_Spray_Polys", "data/flight_NonSpray_PL"}, "SWIDTH_FT", ""},
     {"polygons_metric_single",
-     {.iNonSpray = ESRI_NONSPRAY_POINTS, .bSingleBlock = true, .bMetric = true},
-     "field12_Spray_Polys",
-     "data/flight_NonSpray_Pts"},
+     kSpray + "--metric --single-block --nonspray-format points",
+     0,
+     {"field12_Spray_Polys", "data/flight_NonSpray_Pts"},
+     "SWIDTH_M",
+     ""},
     {"polylines",
-     {ESRI_SPRAY_POLYLINES, ESRI_NONSPRAY_POINTS},
-     "field12_Spray_PL",
-     "data/flight_NonSpray_Pts"},
+     kSpray + "--spray-format polylines --nonspray-format points",
+     0,
+     {"field12_Spray_PL", "data/flight_NonSpray_Pts"},
+     "SWIDTH_FT",
+     ""},
     {"points_metric",
-     {.iSpray = ESRI_SPRAY_POINTS, .bMetric = true},
-     "field12_Spray_Pts",
-     "data/flight_NonSpray_PL"},
-    {"spots", {ESRI_SPRAY_SPOTS}, "field12_Spray_Spot", "data/flight_NonSpray_PL"},
-    {"boundaries", {.iWriteMode = 0}, "field12_Spray_Polys", "data/flight_NonSpray_PL"},
+     kSpray + "--spray-format points --metric",
+     0,
+     {"field12_Spray_Pts", "data/flight_NonSpray_PL"},
+     "SWIDTH_M",
+     ""},
+    {"spots",
+     kSpray + "--spray-format spots",
+     0,
+     {"field12_Spray_Spot", "data/flight_NonSpray_PL"},
+     "SWIDTH_FT",
+     ""},
+    {"boundaries",
+     kSpray + "--boundaries",
+     0,
+     {"field12_Spray_Polys", "data/flight_NonSpray_PL"},
+     nullptr,
+     ""},
+    {"no_spray_implies_boundaries",
+     "--single-block",
+     0,
+     {"field12_Spray_Polys"},
+     nullptr,
+     "no recorded spray"},
+    {"bad_form",
+     "--spray-format circles",
+     2,
+     {},
+     nullptr,
+     "--spray-format takes polygons, polylines, points, spots"},
 };
 
 std::string Trim(const std::string& s) {
@@ -61,140 +92,90 @@ std::string PyshpView(const TTriple& t) {
            (names.empty() ? "" : shapes + first + "\n");
 }
 
-class ShpWriteInterop : public ::testing::TestWithParam<TInteropCase> {};
+const char* const kPyshpReader = R"( -c 'import sys, shapefile
+r = shapefile.Reader(sys.argv[1])
+names = [f[0] for f in r.fields[1:]]
+print(len(r.shapes()))
+print(sum(len(s.points) for s in r.shapes()))
+print("|".join(names))
+if names:
+    print(r.numRecords)
+    print("|".join("None" if v is None else ("%.6f" % v if isinstance(v, float) else str(v)) for v in r.record(0)))' )";
+
+class ShpToolExport : public ::testing::TestWithParam<TToolCase> {};
 }  // namespace
 
-// The traced export: two boundary lines and three spray runs with turns and a stop.
-TEST_P(ShpWriteInterop, PeersReadEveryFile) {
-    const bool gdal = HaveProgram("ogrinfo");
-    const bool pyshp = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
-    if (!gdal && !pyshp)
-        GTEST_SKIP() << "neither ogrinfo (GDAL) nor pyshp for " TL_GIS_PYTHON
-                        " is installed "
-                        "(scripts/install-test-tools.sh installs them)";
-    if (!gdal || !pyshp)
-        std::printf("%s is missing: only the other peer reads the files\n", gdal ? "pyshp" : "ogrinfo");
+// The traced export: a layer of two boundary lines (one shapefile polygon with a hole) and three
+// spray runs, written to field12.shp.
+TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
+    const TToolCase& c = GetParam();
     TTempDir dir;
     std::filesystem::create_directory(dir.File("data"));
-    TMapLayer layer;
-    AddBoundary(layer, {{45.49, -93.26}, {45.51, -93.26}, {45.51, -93.24}, {45.49, -93.24}}, BOUNDARY_INC);
-    AddBoundary(layer, {{45.495, -93.255}, {45.5, -93.25}, {45.5, -93.255}}, BOUNDARY_EXC);
-    std::vector<TSamplePlan> turning = Straight(8, 20.0);
-    for (TLoc at(turning.back().dLat, turning.back().dLon); turning.size() < 14;) {
-        at = at.Offset(110.0, 20.0);
-        turning.push_back({at.dLat, at.dLon, 110.0, 18.0, 1});
-    }
-    AddSpray(layer, turning)->ComputeAllSprayStats();
-    AddSpray(layer, Straight(6, 200.0, 25.0, {0, 0, 1, 1, 1, 0}))->ComputeAllSprayStats();
-    TFeatureSpray* third = AddSpray(layer, Straight(5, 300.0, 15.0, {1, 1, 1, 1, 0}));
-    third->m_pRecs[2].strOffset = "L";
-    third->ComputeAllSprayStats();
-    TWriteOptions options = GetParam().Options;
-    options.strSource = "data/flight.csv";
-    WriteFileBytes(dir.File(options.strSource), "recorded\n");
-    const TExport out = Export(layer, options, dir, "field12.shp");
-    ASSERT_EQ(out.iResult, GISFILE_OK);
-    EXPECT_EQ(out.Spray.strStem, dir.File(GetParam().pszSprayStem));
-    EXPECT_EQ(out.NonSpray.strStem, GetParam().pszNonSprayStem ? dir.File(GetParam().pszNonSprayStem) : "");
+    WriteFileBytes(
+        dir.File("data/flight.csv"),
+        "run,time,lat,lon,heading,speed,spray,swath\n"
+        "A,2024-06-01T14:03:10.00,45.5,-93.25,0,50,1,20\nA,2024-06-01T14:03:11.00,45.50018,-93.25,0,50,1,20\n"
+        "A,2024-06-01T14:03:12.00,45.50036,-93.25,0,50,1,20\nA,2024-06-01T14:03:13.00,45.50054,-93.25,0,50,1,"
+        "20\n"
+        "B,2024-06-01T14:04:10.00,45.502,-93.25,90,50,0,20\nB,2024-06-01T14:04:11.00,45.502,-93.24974,90,50,"
+        "0,20\n"
+        "B,2024-06-01T14:04:12.00,45.502,-93.24948,90,50,1,20\nB,2024-06-01T14:04:13.00,45.502,-93.24922,90,"
+        "50,1,20\n"
+        "C,2024-06-01T14:05:10.00,45.51,-93.24,180,50,1,18\nC,2024-06-01T14:05:11.00,45.50982,-93.24,180,50,"
+        "1,18\n"
+        "C,2024-06-01T14:05:12.00,45.50964,-93.24,180,50,0,18\n");
+    const std::vector<TXY> rings = {{-93.26, 45.49}, {-93.26, 45.51},   {-93.24, 45.51},  {-93.24, 45.49},
+                                    {-93.26, 45.49}, {-93.255, 45.495}, {-93.25, 45.495}, {-93.25, 45.5},
+                                    {-93.255, 45.5}, {-93.255, 45.495}};
+    WriteFileBytes(dir.File("bounds.shp"), TShpBytes().Record(1, Content(5, rings, {0, 5})).Bytes());
+    const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE +
+                                        " convert bounds.shp field12.shp " + c.strArgs);
+    EXPECT_EQ(r.iExit, c.iExit) << r.strErr;
+    EXPECT_NE(r.strErr.find(c.pszNote), std::string::npos) << r.strErr;
 
-    for (const TTriple* t : {&out.Spray, &out.NonSpray}) {
-        if (t->strStem.empty()) continue;
-        SCOPED_TRACE(t->strStem);
-        ASSERT_FALSE(t->Shapes.empty()) << "the case should write shapes";
-        std::string path = t->strStem + ".shp";
-        if (t->Table.Names.empty()) {
+    const bool gdal = HaveProgram("ogrinfo");
+    const bool pyshp = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
+    if (!gdal || !pyshp)
+        std::printf("%s missing: not all peers read the files\n", gdal ? "pyshp is" : "ogrinfo is");
+    for (const std::string& stem : c.Stems) {
+        SCOPED_TRACE(stem);
+        for (const char* ext : {".shp", ".shx", ".dbf"})
+            EXPECT_NE(r.strErr.find(stem + ext), std::string::npos);
+        const TTriple t = ReadTriple(dir.File(stem));
+        ASSERT_FALSE(t.Shapes.empty()) << "the case should write shapes";
+        if (stem == c.Stems[0] && c.pszSwathField != nullptr) {
+            EXPECT_EQ(Trim(t.Table.Rows.at(0)[1]) + "|" + Trim(t.Table.Rows[0][2]) + "|" + t.Table.Names[14],
+                      "Acme|flight|" + std::string(c.pszSwathField));
+        }
+        std::string path = t.strStem + ".shp";
+        if (t.Table.Names.empty()) {
             // A table without fields holds the shape count but no rows, which GDAL takes for a
             // damaged table; the shapes are read without it.
             path = dir.File("geometry_only.shp");
-            std::filesystem::copy_file(t->strStem + ".shp", path);
-            std::filesystem::copy_file(t->strStem + ".shx", dir.File("geometry_only.shx"));
+            std::filesystem::copy_file(t.strStem + ".shp", path);
+            std::filesystem::copy_file(t.strStem + ".shx", dir.File("geometry_only.shx"));
         }
         if (gdal) {
-            const TCommandResult r = RunCommand("ogrinfo -al " + ShellQuote(path) + " 2>&1");
-            EXPECT_EQ(r.iExit, 0) << r.strOut;
-            EXPECT_EQ(r.strOut.find("ERROR"), std::string::npos) << r.strOut;
-            EXPECT_EQ(r.strOut.find("Warning"), std::string::npos) << r.strOut;
+            const TCommandResult info = RunCommand("ogrinfo -al " + ShellQuote(path) + " 2>&1");
+            EXPECT_EQ(info.iExit, 0) << info.strOut;
+            EXPECT_EQ(info.strOut.find("ERROR"), std::string::npos) << info.strOut;
+            EXPECT_EQ(info.strOut.find("Warning"), std::string::npos) << info.strOut;
             std::size_t features = 0;
-            for (auto at = r.strOut.find("\nOGRFeature("); at != std::string::npos;
-                 at = r.strOut.find("\nOGRFeature(", at + 1))
+            for (auto at = info.strOut.find("\nOGRFeature("); at != std::string::npos;
+                 at = info.strOut.find("\nOGRFeature(", at + 1))
                 ++features;
-            EXPECT_EQ(features, t->Shapes.size());
-            for (const std::string& name : t->Table.Names)
-                EXPECT_NE(r.strOut.find("  " + name + " ("), std::string::npos) << "field " << name;
+            EXPECT_EQ(features, t.Shapes.size());
+            for (const std::string& name : t.Table.Names)
+                EXPECT_NE(info.strOut.find("  " + name + " ("), std::string::npos) << "field " << name;
         }
         if (pyshp) {
-            const TCommandResult r = RunCommand(
-                std::string(TL_GIS_PYTHON) +
-                " -c 'import sys, shapefile\nr = shapefile.Reader(sys.argv[1])\nshapes = r.shapes()\n"
-                "names = [f[0] for f in r.fields[1:]]\nprint(len(shapes))\nprint(sum(len(s.points) for s in "
-                "shapes))\n"
-                "print(\"|\".join(names))\nif names:\n    print(r.numRecords)\n"
-                "    print(\"|\".join(\"None\" if v is None else (\"%.6f\" % v if isinstance(v, float) else "
-                "str(v)) "
-                "for v in r.record(0)))' " +
-                ShellQuote(t->strStem));
-            EXPECT_EQ(r.iExit, 0) << r.strErr;
-            EXPECT_EQ(r.strOut, PyshpView(*t));
+            const TCommandResult view =
+                RunCommand(std::string(TL_GIS_PYTHON) + kPyshpReader + ShellQuote(t.strStem));
+            EXPECT_EQ(view.iExit, 0) << view.strErr;
+            EXPECT_EQ(view.strOut, PyshpView(t));
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, ShpWriteInterop, ::testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Options, ShpToolExport, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.pszName); });
-
-TEST(ShpTool, ConvertWithShapefileOptions) {
-    TTempDir dir;
-    const std::string csv = ShellQuote(dir.File("flight.csv"));
-    WriteFileBytes(dir.File("flight.csv"),
-                   "run,time,lat,lon,heading,speed,spray,swath,aircraft\n"
-                   "A,2024-06-01T14:03:10.00,45.5,-93.25,0,50,1,20,N512AG\n"
-                   "A,2024-06-01T14:03:11.00,45.500899753,-93.25,0,50,1,20,N512AG\n"
-                   "A,2024-06-01T14:03:12.00,45.501799507,-93.25,0,50,1,20,N512AG\n"
-                   "B,2024-06-01T14:04:10.00,45.6,-93.2,45,50,0,20,N512AG\n"
-                   "B,2024-06-01T14:04:11.00,45.6006,-93.1991,45,50,0,20,N512AG\n");
-    const struct {
-        const char* pszName;
-        std::string strArgs;
-        int iExit;
-        std::vector<std::string> Written;  // stems of the triples
-        const char* pszNote;
-    } cases[] = {
-        {"default polygons",
-         "a.shp --spray " + csv + " --company Acme --metric",
-         0,
-         {"a_Spray_Polys", "flight_NonSpray_PL"},
-         ""},
-        {"points and non-spray points",
-         "b.shp --spray " + csv + " --spray-format points --nonspray-format points",
-         0,
-         {"b_Spray_Pts", "flight_NonSpray_Pts"},
-         ""},
-        {"boundaries asked for",
-         "c.shp --spray " + csv + " --boundaries --spray-format spots",
-         0,
-         {"c_Spray_Spot", "flight_NonSpray_PL"},
-         ""},
-        {"no spray implies boundaries", "d.shp --single-block", 0, {"d_Spray_Polys"}, "no recorded spray"},
-        {"bad form",
-         "e.shp --spray-format circles",
-         2,
-         {},
-         "--spray-format takes polygons, polylines, points, spots"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.pszName);
-        const TCommandResult r =
-            RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE + " convert - " + c.strArgs);
-        EXPECT_EQ(r.iExit, c.iExit) << r.strErr;
-        EXPECT_NE(r.strErr.find(c.pszNote), std::string::npos) << r.strErr;
-        for (const std::string& stem : c.Written)
-            for (const char* ext : {".shp", ".shx", ".dbf"}) {
-                EXPECT_NE(r.strErr.find(stem + ext), std::string::npos) << r.strErr;
-                EXPECT_FALSE(ReadFileBytes(dir.File(stem + ext)).empty()) << stem << ext;
-            }
-    }
-    const TTable table = ReadTriple(dir.File("a_Spray_Polys")).Table;
-    ASSERT_EQ(table.Rows.size(), 1u);
-    EXPECT_EQ(Trim(table.Rows[0][1]) + "|" + Trim(table.Rows[0][2]) + "|" + table.Names[14],
-              "Acme|flight|SWIDTH_M");
-}
