@@ -18,13 +18,10 @@
 
 namespace shp_test {
 
-inline void PutBE32(std::string& out, std::uint32_t v) {
-    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>(v >> shift);
+inline void Put32(std::string& out, std::uint32_t v, bool big = false) {
+    for (int i = 0; i < 4; ++i) out += static_cast<char>(v >> (big ? 24 - 8 * i : 8 * i));
 }
-inline void PutLE32(std::string& out, std::uint32_t v) {
-    for (int shift = 0; shift <= 24; shift += 8) out += static_cast<char>(v >> shift);
-}
-inline void PutLEDouble(std::string& out, double d) {
+inline void PutDouble(std::string& out, double d) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &d, sizeof bits);
     for (int shift = 0; shift <= 56; shift += 8) out += static_cast<char>(bits >> shift);
@@ -35,29 +32,29 @@ using TXY = std::pair<double, double>;  // x = longitude, y = latitude
 inline std::string MainHeader(std::uint32_t words, std::uint32_t type, const tagLOCRECT& box,
                               std::uint32_t code = 9994) {
     std::string h;
-    PutBE32(h, code);
+    Put32(h, code, true);
     h.append(20, '\0');
-    PutBE32(h, words);
-    PutLE32(h, 1000);
-    PutLE32(h, type);
-    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutLEDouble(h, v);
+    Put32(h, words, true);
+    Put32(h, 1000);
+    Put32(h, type);
+    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutDouble(h, v);
     return h.append(32, '\0');
 }
 
 // A record's content: a point (type 1), a multipoint (type 8, no parts), or a polyline or
 // polygon whose counts can be overridden to damage it.
 inline std::string Content(std::uint32_t type, const std::vector<TXY>& points,
-                           const std::vector<std::int32_t>& parts = {0}, std::int64_t numParts = -1,
+                           std::vector<std::int32_t> parts = {0}, std::int64_t numParts = -1,
                            std::int64_t numPoints = -1) {
     std::string c;
-    PutLE32(c, type);
+    Put32(c, type);
+    if (type == 1 || type == 8) parts.clear();
     if (type != 1) c.append(32, '\0');  // box, not read
-    const bool hasParts = type != 1 && type != 8;
-    if (hasParts) PutLE32(c, static_cast<std::uint32_t>(numParts >= 0 ? numParts : std::ssize(parts)));
-    if (type != 1) PutLE32(c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : std::ssize(points)));
-    for (std::int32_t p : hasParts ? parts : std::vector<std::int32_t>{})
-        PutLE32(c, static_cast<std::uint32_t>(p));
-    for (const auto& [x, y] : points) PutLEDouble(c, x), PutLEDouble(c, y);
+    if (type != 1 && type != 8)
+        Put32(c, static_cast<std::uint32_t>(numParts >= 0 ? numParts : std::ssize(parts)));
+    if (type != 1) Put32(c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : std::ssize(points)));
+    for (std::int32_t p : parts) Put32(c, static_cast<std::uint32_t>(p));
+    for (const auto& [x, y] : points) PutDouble(c, x), PutDouble(c, y);
     return c;
 }
 
@@ -65,16 +62,14 @@ struct TShpBytes {
     bool bLittle = false;  // byte order of the record headers
     std::string strRecords = {};
 
-    // Appends a record; words overrides the content length written in its header.
+    // Appends a record (bytes without a header when number < 0); words overrides the content
+    // length written in its header.
     TShpBytes& Record(std::int32_t number, const std::string& content, std::int64_t words = -1) {
-        const auto put = bLittle ? PutLE32 : PutBE32;
-        put(strRecords, static_cast<std::uint32_t>(number));
-        put(strRecords, static_cast<std::uint32_t>(words >= 0 ? words : std::ssize(content) / 2));
+        if (number >= 0) Put32(strRecords, static_cast<std::uint32_t>(number), !bLittle);
+        if (number >= 0)
+            Put32(strRecords, static_cast<std::uint32_t>(words >= 0 ? words : std::ssize(content) / 2),
+                  !bLittle);
         strRecords += content;
-        return *this;
-    }
-    TShpBytes& Raw(const std::string& bytes) {
-        strRecords += bytes;
         return *this;
     }
     std::string Bytes(std::uint32_t code = 9994) const {
@@ -109,7 +104,6 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>&
         const TSamplePlan& s = samples[i];
         tagSPRAYREC& r = spray->m_pRecs[i];
         r.locPos = {s.dLat, s.dLon};
-        TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
         r.dSwathWidth = s.dWidth;
         r.sHeading = static_cast<std::int16_t>(s.dHeading);
         r.bySpray = static_cast<std::uint8_t>(s.iSpray);
@@ -125,6 +119,7 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>&
         r.afTargetRate[0] = 48.0f;
         SetSprayText(r.szAircraft, sizeof r.szAircraft, "N512AG");
         SetSprayText(r.szPilot, sizeof r.szPilot, "J.Smith");
+        TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
         PackSprayTime({2024, 6, 1, 14, 3, static_cast<int>(i % 60), 50}, r);
     }
     spray->CalculateGeoExtents();
@@ -132,27 +127,14 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>&
     return spray;
 }
 
-inline TFeatureLine* AddBoundary(TMapLayer& layer, const std::vector<tagLOC>& points, int boundType) {
-    auto* line = new TFeatureLineBoundary;
-    auto* copy = new tagLOC[points.size()];
-    std::copy(points.begin(), points.end(), copy);
-    line->AdoptPoints(copy, static_cast<int>(points.size()), static_cast<int>(points.size()));
-    line->m_iBoundType = boundType;
-    line->CalculateGeoExtents();
-    layer.AddElement(line, ADD_ELEMENT_OWNED);
-    return line;
-}
-
 struct TShape {
     int iType = 0;
-    int iNumber = 0;
     std::vector<tagLOC> Points;
 };
 
 struct TTable {
     int iRecordCount = 0;
     std::size_t nHeaderLength = 0;
-    std::size_t nRecordLength = 0;
     std::vector<std::string> Names;
     std::string strTypes;                        // 'C' or 'N' per field
     std::vector<std::vector<std::string>> Rows;  // raw field texts, blanks kept
@@ -165,9 +147,9 @@ struct TTriple {
     TTable Table;
 };
 
-// Reads back the triple of a stem, and checks that shapes, index entries, the table's count and
-// rows and the headers' lengths agree. A table without fields keeps its count but no rows, and
-// one without records may lack its end byte.
+// Reads back the triple of a stem and checks that shapes, index entries, the table's count and
+// rows and the headers' lengths agree. A table without fields keeps its count but no rows; one
+// without records may lack its end byte.
 inline TTriple ReadTriple(const std::string& stem) {
     TTriple t{
         stem, ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf"), {},
@@ -178,7 +160,7 @@ inline TTriple ReadTriple(const std::string& stem) {
     for (std::size_t at = SHP_HEADER_BYTES; at + 8 <= t.strShp.size(); at += 8 + length) {
         const TShpRecordHeader h = DecodeShpRecordHeader(p + at, SHP_ORDER_BIG);
         length = static_cast<std::size_t>(h.iContentWords) * 2;
-        TShape& s = t.Shapes.emplace_back(TShape{p[at + 8], h.iNumber, {{}}});
+        TShape& s = t.Shapes.emplace_back(TShape{p[at + 8], {{}}});
         std::string problem = at + 8 + length > t.strShp.size() ? "runs past the file" : "";
         TShpPolyRecord poly;
         if (problem.empty() && s.iType != SHPT_POINT && poly.Decode(p + at + 8, length, problem)) {
@@ -196,7 +178,7 @@ inline TTriple ReadTriple(const std::string& stem) {
     TTable& table = t.Table;
     table.iRecordCount = static_cast<int>(d[4] | (d[5] << 8) | (d[6] << 16) | (d[7] << 24));
     table.nHeaderLength = d[8] | (d[9] << 8);
-    table.nRecordLength = d[10] | (d[11] << 8);
+    const std::size_t recordLength = d[10] | (d[11] << 8);
     std::vector<std::size_t> widths;
     for (std::size_t at = 32; at + 32 <= t.strDbf.size() && d[at] != 0x0D; at += 32) {
         table.Names.emplace_back(t.strDbf.c_str() + at);
@@ -204,7 +186,7 @@ inline TTriple ReadTriple(const std::string& stem) {
         widths.push_back(d[at + 16]);
     }
     for (std::size_t at = table.nHeaderLength + 1;
-         !widths.empty() && at + table.nRecordLength <= t.strDbf.size() + 1; at += table.nRecordLength) {
+         !widths.empty() && at + recordLength <= t.strDbf.size() + 1; at += recordLength) {
         std::vector<std::string>& row = table.Rows.emplace_back();
         std::size_t field = at;
         for (std::size_t w : widths) row.push_back(t.strDbf.substr(field, w)), field += w;
@@ -214,14 +196,14 @@ inline TTriple ReadTriple(const std::string& stem) {
         return (q[24] << 24 | q[25] << 16 | q[26] << 8 | q[27]) * 2u;
     };
     const std::size_t shapes = t.Shapes.size(), rows = widths.empty() ? shapes : table.Rows.size();
-    const std::size_t tableBytes = table.nHeaderLength + table.nRecordLength * table.Rows.size();
+    const std::size_t entries = (t.strShx.size() - 100) / 8,
+                      tableBytes = table.nHeaderLength + recordLength * table.Rows.size();
     EXPECT_TRUE(bytes(t.strShp) == t.strShp.size() && bytes(t.strShx) == t.strShx.size() &&
-                (t.strShx.size() - 100) / 8 == shapes && rows == shapes &&
-                table.iRecordCount == static_cast<int>(shapes) &&
+                entries == shapes && rows == shapes && table.iRecordCount == static_cast<int>(shapes) &&
                 (t.strDbf == t.strDbf.substr(0, tableBytes) + '\x1A' ||
                  (shapes == 0 && t.strDbf.size() == tableBytes)))
-        << stem << ": " << shapes << " shapes, " << (t.strShx.size() - 100) / 8 << " index entries, " << rows
-        << " rows, count " << table.iRecordCount << ", " << t.strDbf.size() << " table bytes";
+        << stem << ": " << shapes << " shapes, " << entries << " index entries, " << rows << " rows, count "
+        << table.iRecordCount << ", " << t.strDbf.size() << " table bytes";
     return t;
 }
 

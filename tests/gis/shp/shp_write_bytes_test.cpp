@@ -1,14 +1,11 @@
-// The export's main, index and table files byte by byte, in US and metric units, and how the
-// table record writer fits values into their widths.
+// The export's main, index and table files byte by byte, in US and metric units.
 
 #include <gtest/gtest.h>
 
 #include <utime.h>
 #include <ctime>
-#include <limits>
 #include <sstream>
 
-#include "gis/shp/dbf_table.h"
 #include "platform/system_services.h"
 #include "shp_test_support.h"
 
@@ -17,17 +14,6 @@ using namespace shp_test;
 namespace {
 std::string Pad(const std::string& text, std::size_t width) {
     return std::string(width - std::min(width, text.size()), ' ') + text.substr(0, width);
-}
-
-// A local noon, so that the date is the same in every time zone's reading of it.
-std::time_t LocalNoon(int year, int month, int day) {
-    std::tm tm{};
-    tm.tm_year = year - 1900;
-    tm.tm_mon = month - 1;
-    tm.tm_mday = day;
-    tm.tm_hour = 12;
-    tm.tm_isdst = -1;
-    return std::mktime(&tm);
 }
 
 // The header of a table written on 5 March 2021, its fields given as "NAME Cwidth" or
@@ -45,7 +31,7 @@ std::string DbfHeader(const std::string& fields, std::uint32_t count) {
         recordLength += width;
     }
     std::string h = "\x03\x79\x03\x05";
-    PutLE32(h, count);
+    Put32(h, count);
     const std::size_t headerLength = descriptors.size() + 33;
     for (std::size_t v : {headerLength, recordLength})
         h += {static_cast<char>(v & 0xFF), static_cast<char>(v >> 8)};
@@ -57,11 +43,11 @@ std::pair<std::string, std::string> PointFiles(const std::vector<TSamplePlan>& p
     const auto n = static_cast<std::uint32_t>(plans.size());
     std::string shp = MainHeader(50 + 14 * n, 1, box), shx = MainHeader(50 + 4 * n, 1, box);
     for (std::uint32_t i = 0; i < n; ++i) {
-        PutBE32(shp, i + 1);
-        PutBE32(shp, 10);
+        Put32(shp, i + 1, true);
+        Put32(shp, 10, true);
         shp += Content(1, {{plans[i].dLon, plans[i].dLat}});
-        PutBE32(shx, 50 + 14 * i);
-        PutBE32(shx, 10);
+        Put32(shx, 50 + 14 * i, true);
+        Put32(shx, 10, true);
     }
     return {shp, shx};
 }
@@ -73,8 +59,7 @@ TEST_P(ShpWriteBytes, PointsWithTheirTables) {
     const bool metric = GetParam();
     TTempDir dir;
     WriteFileBytes(dir.File("flight.csv"), "recorded\n");
-    const std::time_t when = LocalNoon(2024, 6, 1);
-    utimbuf times{when, when};
+    utimbuf times{1717243200, 1717243200};  // noon UTC on 1 June 2024: the same date in every zone
     utime(dir.File("flight.csv").c_str(), &times);
     TMapLayer layer;
     const std::vector<TSamplePlan> sprayed = Straight(2, 30.0);
@@ -82,7 +67,7 @@ TEST_P(ShpWriteBytes, PointsWithTheirTables) {
     std::vector<TSamplePlan> off = Straight(2, 45.0, 20.0, {0, 0});
     for (TSamplePlan& s : off) s = {s.dLat + 0.01, s.dLon + 0.01, 45.0, 20.0, 0};
     AddSpray(layer, off);
-    SetClockForTesting([] { return LocalNoon(2021, 3, 5); });
+    SetClockForTesting([] { return std::time_t{1614945600}; });  // 5 March 2021
     const TExport out =
         Export(layer, {.iSpray = ESRI_SPRAY_POINTS, .iNonSpray = ESRI_NONSPRAY_POINTS, .bMetric = metric},
                dir, "field12.shp");
@@ -128,28 +113,3 @@ TEST_P(ShpWriteBytes, PointsWithTheirTables) {
 
 INSTANTIATE_TEST_SUITE_P(Units, ShpWriteBytes, ::testing::Values(false, true),
                          [](const auto& info) { return info.param ? "Metric" : "US"; });
-
-// One record through every branch: digits and texts cut to their width, padding, six decimals
-// rounded, a number too wide for its decimals, NaN, the three flags, a value too many; then the
-// writer reused for a record left mostly unfilled.
-TEST(DbfRecordWriter, FitsEveryValueIntoItsWidth) {
-    static const TDbfField kFields[] = {{"I", 'C', 8, 0},  {"T", 'C', 8, 0},  {"S", 'C', 8, 0},
-                                        {"A", 'N', 10, 6}, {"W", 'N', 10, 6}, {"X", 'N', 10, 6},
-                                        {"F", 'C', 1, 0},  {"G", 'C', 1, 0},  {"H", 'C', 1, 0}};
-    TDbfRecordWriter w;
-    w.Begin(kFields);
-    w.AddInteger(123456789);
-    w.AddText(std::string(20000, 'x'));
-    w.AddText("N5AG");
-    w.AddNumber(1.5 * 2.471053828349333, 6);
-    w.AddNumber(123456.5, 6);
-    w.AddNumber(std::numeric_limits<double>::quiet_NaN(), 6);
-    w.AddFlag(1);
-    w.AddFlag(0);
-    w.AddFlag(7);
-    w.AddText("extra");
-    EXPECT_EQ(w.Bytes(), " 12345678xxxxxxxx    N5AG  3.706581123456.500          TF?");
-    w.Begin(kFields);
-    w.AddInteger(1);
-    EXPECT_EQ(w.Bytes(), "        1" + std::string(49, ' '));
-}

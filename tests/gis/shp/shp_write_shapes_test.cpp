@@ -1,106 +1,29 @@
-// Which shapes the export writes: swath polygons cut at turns and stops, points, spot points
-// and polylines of recorded spray, the non-spray path, and boundary rings and lines.
+// Which shapes the export writes: swath polygons cut at turns and stops, points, spot points and
+// polylines of recorded spray, the non-spray path, and boundary rings and lines.
 
 #include <gtest/gtest.h>
 
 #include "gis/geometry.h"
-#include "gis/shp/swath_runs.h"
 #include "shp_test_support.h"
 
 using namespace shp_test;
 
 namespace {
-std::vector<int> PointCounts(const std::vector<TShape>& shapes) {
-    std::vector<int> counts;
-    for (const TShape& s : shapes) counts.push_back(static_cast<int>(s.Points.size()));
-    return counts;
-}
-
-// A straight run that turns by turnDeg at sample `at`.
-std::vector<TSamplePlan> Turning(int n, int at, double turnDeg) {
-    std::vector<TSamplePlan> plans = Straight(at, 0.0);
-    TLoc from(plans.back().dLat, plans.back().dLon);
-    for (int i = at; i < n; ++i) {
+// A straight run on firstDeg that turns to turnDeg at sample `at`.
+std::vector<TSamplePlan> Turning(int n, int at, double turnDeg, double firstDeg = 0.0) {
+    std::vector<TSamplePlan> plans = Straight(at, firstDeg);
+    for (TLoc from(plans.back().dLat, plans.back().dLon); std::ssize(plans) < n;) {
         from = from.Offset(turnDeg, 20.0);
-        plans.push_back({from.dLat, from.dLon, turnDeg, 20.0, 1});
+        plans.push_back({from.dLat, from.dLon, turnDeg});
     }
     return plans;
 }
 }  // namespace
 
-TEST(ShpWriteShapes, SwathPolygonsFollowRunsOfStraightFlight) {
+// Polygons must come out closed and clockwise.
+TEST(ShpWriteShapes, ShapesOfEachForm) {
     std::vector<TSamplePlan> narrow = Straight(4, 0.0);
     for (TSamplePlan& s : narrow) s.dWidth = 0.05;
-    std::vector<TSamplePlan> wrap = Straight(2, 350.0);
-    const TLoc third = TLoc(wrap[1].dLat, wrap[1].dLon).Offset(10.0, 20.0);
-    wrap.push_back({third.dLat, third.dLon, 10.0, 20.0, 1});
-    const struct {
-        const char* pszName;
-        std::vector<TSamplePlan> Samples;
-        bool bSingleBlock;
-        std::vector<int> PointCounts;
-    } cases[] = {
-        {"three samples", Straight(3, 30.0), false, {7}},
-        {"turn of 90 at sample 5", Turning(10, 5, 90.0), false, {11, 13}},
-        {"turn of 40 goes on", Turning(10, 5, 40.0), false, {21}},
-        {"350 to 10 degrees", wrap, false, {7}},
-        {"single block", Straight(4, 0.0), true, {5, 5, 5}},
-        {"sample 0 off", Straight(5, 0.0, 20.0, {0}), false, {}},
-        {"sample 3 of 6 off", Straight(6, 0.0, 20.0, {1, 1, 1, 0}), false, {}},
-        {"sample 3 of 6 off, single block", Straight(6, 0.0, 20.0, {1, 1, 1, 0}), true, {5, 5, 5}},
-        {"swath ends 5 cm apart", narrow, false, {}},
-        {"one sample", Straight(1, 0.0), false, {}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.pszName);
-        TMapLayer layer;
-        AddSpray(layer, c.Samples);
-        const TExport out = Export(layer, {.bSingleBlock = c.bSingleBlock});
-        EXPECT_EQ(out.iResult, GISFILE_OK);
-        EXPECT_EQ(PointCounts(out.Spray.Shapes), c.PointCounts);
-        for (const TShape& s : out.Spray.Shapes) {
-            const tagLOC &first = s.Points.front(), &last = s.Points.back();
-            EXPECT_EQ(s.iType, SHPT_POLYGON);
-            EXPECT_TRUE(first.dLat == last.dLat && first.dLon == last.dLon) << "ring not closed";
-            EXPECT_TRUE(IsRingClockwise(s.Points.data(), static_cast<int>(s.Points.size())));
-        }
-    }
-}
-
-TEST(ShpWriteShapes, SwathRowCarriesBoxCentreAndLastSample) {
-    TMapLayer layer;
-    TFeatureSpray* spray = AddSpray(layer, Straight(3, 0.0));
-    spray->m_pRecs[2].sLine = 9;
-    spray->m_pRecs[2].strOffset = "L";
-    const TExport out = Export(layer, {});
-    ASSERT_EQ(out.Spray.Table.Rows.size(), 1u);
-    TLocRect box;
-    box.InitExtents();
-    for (const tagLOC& p : out.Spray.Shapes[0].Points) box.ExpandExtents(p);
-    const std::vector<std::string>& row = out.Spray.Table.Rows[0];
-    EXPECT_EQ(row[7] + row[8] + row[9], " Left    9   14:03:02.50");
-    EXPECT_NEAR(std::stod(row[10]), (box.dSouth + box.dNorth) / 2, 1e-10);
-    EXPECT_NEAR(std::stod(row[11]), (box.dWest + box.dEast) / 2, 1e-10);
-    EXPECT_NEAR(std::stod(row[17]), 0.08 * 2.471053828349333, 2e-5) << "two steps of 20 m by 20 m in acres";
-}
-
-TEST(ShpWriteShapes, CrossingSwathLinesArePulledTogether) {
-    // A tight turn to the right: the third sample's swath line crosses the first's, and its
-    // right-hand (inner) end is held at the first sample's.
-    TMapLayer layer;
-    TFeatureSpray* spray = AddSpray(layer, {{45.5, -93.25, 0.0, 60.0, 1},
-                                            {45.50005, -93.25, 20.0, 60.0, 1},
-                                            {45.5001, -93.24995, 40.0, 60.0, 1}});
-    const tagLOC firstA = spray->m_pRecs[0].locSwathA;
-    ASSERT_TRUE(SegmentsCross(spray->m_pRecs[0].locSwathA, spray->m_pRecs[0].locSwathB,
-                              spray->m_pRecs[2].locSwathA, spray->m_pRecs[2].locSwathB));
-    EXPECT_EQ(PointCounts(Export(layer, {}).Spray.Shapes), std::vector<int>{7});
-    EXPECT_TRUE(spray->m_pRecs[2].locSwathA.dLat == firstA.dLat &&
-                spray->m_pRecs[2].locSwathA.dLon == firstA.dLon);
-}
-
-TEST(ShpWriteShapes, PointsSpotsPolylinesAndTheNonSprayPath) {
-    // Sample 2 shares sample 1's latitude.
     const std::vector<TSamplePlan> sameLat = {{45.5, -93.25}, {45.6, -93.24}, {45.6, -93.23}, {45.7, -93.22}};
     // A run that ends where the next one starts, the next one flown without spraying.
     const std::vector<TSamplePlan> sprayed = Straight(3, 30);
@@ -115,6 +38,20 @@ TEST(ShpWriteShapes, PointsSpotsPolylinesAndTheNonSprayPath) {
         bool bNonSpray;  // the triple looked at
         std::vector<int> PointCounts;
     } cases[] = {
+        {"swath of three samples", {}, {Straight(3, 30.0)}, false, {7}},
+        {"turn of 90 at sample 5", {}, {Turning(10, 5, 90.0)}, false, {11, 13}},
+        {"turn of 40 goes on", {}, {Turning(10, 5, 40.0)}, false, {21}},
+        {"350 to 10 degrees", {}, {Turning(3, 2, 10.0, 350.0)}, false, {7}},
+        {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, false, {5, 5, 5}},
+        {"sample 0 off", {}, {Straight(5, 0.0, 20.0, {0})}, false, {}},
+        {"sample 3 of 6 off", {}, {Straight(6, 0.0, 20.0, {1, 1, 1, 0})}, false, {}},
+        {"sample 3 of 6 off, single block",
+         {.bSingleBlock = true},
+         {Straight(6, 0, 20, {1, 1, 1, 0})},
+         false,
+         {5, 5, 5}},
+        {"swath ends 5 cm apart", {}, {narrow}, false, {}},
+        {"swath of one sample", {}, {Straight(1, 0.0)}, false, {}},
         {"points skip a repeated latitude", {kPts}, {sameLat}, false, {1, 1, 1}},
         {"points: last sample after spraying", {kPts}, {Straight(4, 30, 20, {0, 1, 1, 0})}, false, {1, 1, 1}},
         {"points: last sample after a stop", {kPts}, {Straight(4, 30, 20, {1, 1, 0, 0})}, false, {1, 1}},
@@ -142,8 +79,35 @@ TEST(ShpWriteShapes, PointsSpotsPolylinesAndTheNonSprayPath) {
         TMapLayer layer;
         for (const auto& e : c.Elements) AddSpray(layer, e);
         const TExport out = Export(layer, c.Options);
-        EXPECT_EQ(PointCounts(c.bNonSpray ? out.NonSpray.Shapes : out.Spray.Shapes), c.PointCounts);
+        EXPECT_EQ(out.iResult, GISFILE_OK);
+        std::vector<int> counts;
+        for (const TShape& s : c.bNonSpray ? out.NonSpray.Shapes : out.Spray.Shapes) {
+            counts.push_back(static_cast<int>(s.Points.size()));
+            const tagLOC &first = s.Points.front(), &last = s.Points.back();
+            EXPECT_TRUE(s.iType != SHPT_POLYGON || (first.dLat == last.dLat && first.dLon == last.dLon &&
+                                                    IsRingClockwise(s.Points.data(), counts.back())));
+        }
+        EXPECT_EQ(counts, c.PointCounts);
     }
+}
+
+// A swath polygon's row: the last sample's line, offset and time, the centre of the polygon's
+// box, and the area of its steps.
+TEST(ShpWriteShapes, SwathRowCarriesBoxCentreAndLastSample) {
+    TMapLayer layer;
+    TFeatureSpray* spray = AddSpray(layer, Straight(3, 0.0));
+    spray->m_pRecs[2].sLine = 9;
+    spray->m_pRecs[2].strOffset = "L";
+    const TExport out = Export(layer, {});
+    ASSERT_EQ(out.Spray.Table.Rows.size(), 1u);
+    TLocRect box;
+    box.InitExtents();
+    for (const tagLOC& p : out.Spray.Shapes[0].Points) box.ExpandExtents(p);
+    const std::vector<std::string>& row = out.Spray.Table.Rows[0];
+    EXPECT_EQ(row[7] + row[8] + row[9], " Left    9   14:03:02.50");
+    EXPECT_NEAR(std::stod(row[10]), (box.dSouth + box.dNorth) / 2, 1e-10);
+    EXPECT_NEAR(std::stod(row[11]), (box.dWest + box.dEast) / 2, 1e-10);
+    EXPECT_NEAR(std::stod(row[17]), 0.08 * 2.471053828349333, 2e-5) << "two steps of 20 m by 20 m in acres";
 }
 
 TEST(ShpWriteShapes, BoundaryRingsAndLines) {
@@ -165,7 +129,12 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
     for (const auto& t : cases) {
         SCOPED_TRACE(t.pszName);
         TMapLayer layer;
-        const TFeatureLine* line = AddBoundary(layer, t.Points, t.iBound);
+        auto* line = new TFeatureLineBoundary;
+        line->AdoptPoints(new tagLOC[t.Points.size()], std::ssize(t.Points), std::ssize(t.Points));
+        std::copy(t.Points.begin(), t.Points.end(), line->m_pPoints);
+        line->m_iBoundType = t.iBound;
+        line->CalculateGeoExtents();
+        layer.AddElement(line, ADD_ELEMENT_OWNED);
         AddSpray(layer, Straight(3, 0));  // not exported in boundary mode
         const TExport out = Export(layer, {.iWriteMode = 0});
         ASSERT_EQ(out.Spray.Shapes.size(), 1u);
@@ -176,7 +145,7 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
             EXPECT_TRUE(shape.Points[i].dLat == t.Written[i].dLat &&
                         shape.Points[i].dLon == t.Written[i].dLon)
                 << i;
-        EXPECT_EQ(line->m_iNumPoints, static_cast<int>(t.Points.size())) << "the element changed";
+        EXPECT_EQ(line->m_iNumPoints, std::ssize(t.Points)) << "the element changed";
         EXPECT_EQ(out.Spray.Table.nHeaderLength, 33u);
     }
 }
