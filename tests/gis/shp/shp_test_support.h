@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <bit>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -22,9 +22,8 @@ inline void Put32(std::string& out, std::uint32_t v, bool big = false) {
     for (int i = 0; i < 4; ++i) out += static_cast<char>(v >> (big ? 24 - 8 * i : 8 * i));
 }
 inline void PutDouble(std::string& out, double d) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &d, sizeof bits);
-    for (int shift = 0; shift <= 56; shift += 8) out += static_cast<char>(bits >> shift);
+    for (int shift = 0; shift <= 56; shift += 8)
+        out += static_cast<char>(std::bit_cast<std::uint64_t>(d) >> shift);
 }
 
 using TXY = std::pair<double, double>;  // x = longitude, y = latitude
@@ -73,8 +72,9 @@ struct TShpBytes {
         return *this;
     }
     std::string Bytes(std::uint32_t code = 9994) const {
-        const auto words = static_cast<std::uint32_t>((100 + strRecords.size()) / 2);
-        return MainHeader(words, 5, {-93.3, 45.6, -93.2, 45.4}, code) + strRecords;
+        return MainHeader(static_cast<std::uint32_t>(50 + strRecords.size() / 2), 5,
+                          {-93.3, 45.6, -93.2, 45.4}, code) +
+               strRecords;
     }
 };
 
@@ -104,6 +104,7 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>&
         const TSamplePlan& s = samples[i];
         tagSPRAYREC& r = spray->m_pRecs[i];
         r.locPos = {s.dLat, s.dLon};
+        TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
         r.dSwathWidth = s.dWidth;
         r.sHeading = static_cast<std::int16_t>(s.dHeading);
         r.bySpray = static_cast<std::uint8_t>(s.iSpray);
@@ -119,7 +120,6 @@ inline TFeatureSpray* AddSpray(TMapLayer& layer, const std::vector<TSamplePlan>&
         r.afTargetRate[0] = 48.0f;
         SetSprayText(r.szAircraft, sizeof r.szAircraft, "N512AG");
         SetSprayText(r.szPilot, sizeof r.szPilot, "J.Smith");
-        TFeatureSpray::SwathEnds(r.locPos, s.dHeading, s.dWidth, r.locSwathA, r.locSwathB);
         PackSprayTime({2024, 6, 1, 14, 3, static_cast<int>(i % 60), 50}, r);
     }
     spray->CalculateGeoExtents();
@@ -132,32 +132,29 @@ struct TShape {
     std::vector<tagLOC> Points;
 };
 
-struct TTable {
-    int iRecordCount = 0;
-    std::size_t nHeaderLength = 0;
-    std::vector<std::string> Names;
-    std::string strTypes;                        // 'C' or 'N' per field
-    std::vector<std::vector<std::string>> Rows;  // raw field texts, blanks kept
-};
-
 struct TTriple {
     std::string strStem;  // empty when the triple was not written
     std::string strShp, strShx, strDbf;
-    std::vector<TShape> Shapes;  // decoded with the reader's codec
-    TTable Table;
+    std::vector<TShape> Shapes = {};  // decoded with the reader's codec
+    int iRecordCount = 0;             // of the table
+    std::size_t nHeaderLength = 0;
+    std::vector<std::string> Names = {};
+    std::string strTypes = {};                        // 'C' or 'N' per field
+    std::vector<std::vector<std::string>> Rows = {};  // raw field texts, blanks kept
 };
+
+inline std::size_t Word16(const std::string& b, std::size_t at) {
+    return static_cast<unsigned char>(b[at]) | static_cast<unsigned char>(b[at + 1]) << 8;
+}
 
 // Reads back the triple of a stem and checks that shapes, index entries, the table's count and
 // rows and the headers' lengths agree. A table without fields keeps its count but no rows; one
 // without records may lack its end byte.
 inline TTriple ReadTriple(const std::string& stem) {
-    TTriple t{
-        stem, ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf"), {},
-        {}};
+    TTriple t{stem, ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf")};
     if (t.strShp.size() < 100 || t.strShx.size() < 100 || t.strDbf.size() < 32) return {};
     const auto* p = reinterpret_cast<const unsigned char*>(t.strShp.data());
-    std::size_t length = 0;
-    for (std::size_t at = SHP_HEADER_BYTES; at + 8 <= t.strShp.size(); at += 8 + length) {
+    for (std::size_t at = SHP_HEADER_BYTES, length = 0; at + 8 <= t.strShp.size(); at += 8 + length) {
         const TShpRecordHeader h = DecodeShpRecordHeader(p + at, SHP_ORDER_BIG);
         length = static_cast<std::size_t>(h.iContentWords) * 2;
         TShape& s = t.Shapes.emplace_back(TShape{p[at + 8], {{}}});
@@ -169,41 +166,36 @@ inline TTriple ReadTriple(const std::string& stem) {
         }
         if (problem.empty() && s.iType == SHPT_POINT)
             DecodeShpPoint(p + at + 8, length, s.Points[0], problem);
-        if (!problem.empty()) {
-            ADD_FAILURE() << stem << " record " << h.iNumber << ": " << problem;
-            break;
-        }
+        if (!problem.empty()) ADD_FAILURE() << stem << " record " << h.iNumber << ": " << problem;
+        if (!problem.empty()) break;
     }
-    const auto* d = reinterpret_cast<const unsigned char*>(t.strDbf.data());
-    TTable& table = t.Table;
-    table.iRecordCount = static_cast<int>(d[4] | (d[5] << 8) | (d[6] << 16) | (d[7] << 24));
-    table.nHeaderLength = d[8] | (d[9] << 8);
-    const std::size_t recordLength = d[10] | (d[11] << 8);
+    t.iRecordCount = static_cast<int>(Word16(t.strDbf, 4) | Word16(t.strDbf, 6) << 16);
+    t.nHeaderLength = Word16(t.strDbf, 8);
+    const std::size_t recordLength = Word16(t.strDbf, 10), shapes = t.Shapes.size();
     std::vector<std::size_t> widths;
-    for (std::size_t at = 32; at + 32 <= t.strDbf.size() && d[at] != 0x0D; at += 32) {
-        table.Names.emplace_back(t.strDbf.c_str() + at);
-        table.strTypes += t.strDbf[at + 11];
-        widths.push_back(d[at + 16]);
+    for (std::size_t at = 32; at + 32 <= t.strDbf.size() && t.strDbf[at] != 0x0D; at += 32) {
+        t.Names.emplace_back(t.strDbf.c_str() + at);
+        t.strTypes += t.strDbf[at + 11];
+        widths.push_back(static_cast<unsigned char>(t.strDbf[at + 16]));
     }
-    for (std::size_t at = table.nHeaderLength + 1;
-         !widths.empty() && at + recordLength <= t.strDbf.size() + 1; at += recordLength) {
-        std::vector<std::string>& row = table.Rows.emplace_back();
+    for (std::size_t at = t.nHeaderLength + 1; !widths.empty() && at + recordLength <= t.strDbf.size() + 1;
+         at += recordLength) {
+        std::vector<std::string>& row = t.Rows.emplace_back();
         std::size_t field = at;
         for (std::size_t w : widths) row.push_back(t.strDbf.substr(field, w)), field += w;
     }
-    const auto bytes = [](const std::string& b) {
-        const auto* q = reinterpret_cast<const unsigned char*>(b.data());
-        return (q[24] << 24 | q[25] << 16 | q[26] << 8 | q[27]) * 2u;
-    };
-    const std::size_t shapes = t.Shapes.size(), rows = widths.empty() ? shapes : table.Rows.size();
     const std::size_t entries = (t.strShx.size() - 100) / 8,
-                      tableBytes = table.nHeaderLength + recordLength * table.Rows.size();
+                      tableBytes = t.nHeaderLength + recordLength * t.Rows.size();
+    const auto bytes = [](const std::string& b) {
+        return DecodeShpHeader(reinterpret_cast<const unsigned char*>(b.data())).iFileLengthWords * 2u;
+    };
     EXPECT_TRUE(bytes(t.strShp) == t.strShp.size() && bytes(t.strShx) == t.strShx.size() &&
-                entries == shapes && rows == shapes && table.iRecordCount == static_cast<int>(shapes) &&
+                entries == shapes && (widths.empty() || t.Rows.size() == shapes) &&
+                t.iRecordCount == static_cast<int>(shapes) &&
                 (t.strDbf == t.strDbf.substr(0, tableBytes) + '\x1A' ||
                  (shapes == 0 && t.strDbf.size() == tableBytes)))
-        << stem << ": " << shapes << " shapes, " << entries << " index entries, " << rows << " rows, count "
-        << table.iRecordCount << ", " << t.strDbf.size() << " table bytes";
+        << stem << ": " << shapes << " shapes, " << entries << " index entries, " << t.Rows.size()
+        << " rows, count " << t.iRecordCount << ", " << t.strDbf.size() << " table bytes";
     return t;
 }
 

@@ -100,7 +100,7 @@ TEST_P(ShpWriteBytes, PointsWithTheirTables) {
                 : " 111.847   8.202  65.617  32.808   9.843  0.000000  5.131519  5.345332") +
         Pad("T", 8) + Pad("T", 8);
     EXPECT_EQ(out.Spray.strDbf.substr(0, 737 + 261), DbfHeader(sprayFields, 2) + sprayRow);
-    EXPECT_EQ(out.Spray.Table.Rows.at(1).at(7), "    X") << "an offset other than R or L is kept";
+    EXPECT_EQ(out.Spray.Rows.at(1).at(7), "    X") << "an offset other than R or L is kept";
 
     const std::string nonSprayFields =
         "SAMPLEID C8 LINE_NUM C5 EVENT_TIME C14 POS_LAT C17 POS_LON C17 SPEED_MPH N8.1 " +

@@ -80,12 +80,12 @@ std::string PyshpView(const TTriple& t) {
     std::size_t vertices = 0;
     for (const TShape& s : t.Shapes) vertices += s.Points.size();
     std::string names, first;
-    for (std::size_t i = 0; i < t.Table.Names.size(); ++i) {
-        const std::string text = Trim(t.Table.Rows.at(0)[i]);
-        const bool number = t.Table.strTypes[i] == 'N';
+    for (std::size_t i = 0; i < t.Names.size(); ++i) {
+        const std::string text = Trim(t.Rows.at(0)[i]);
+        const bool number = t.strTypes[i] == 'N';
         first += (i == 0 ? "" : "|") +
                  (number ? (text.empty() ? "None" : FormatFixed(ParseDouble(text), 6)) : text);
-        names += (i == 0 ? "" : "|") + t.Table.Names[i];
+        names += (i == 0 ? "" : "|") + t.Names[i];
     }
     const std::string shapes = std::to_string(t.Shapes.size()) + "\n";
     return shapes + std::to_string(vertices) + "\n" + names + "\n" +
@@ -144,11 +144,11 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
         const TTriple t = ReadTriple(dir.File(stem));
         ASSERT_FALSE(t.Shapes.empty()) << "the case should write shapes";
         if (stem == c.Stems[0] && c.pszSwathField != nullptr) {
-            EXPECT_EQ(Trim(t.Table.Rows.at(0)[1]) + "|" + Trim(t.Table.Rows[0][2]) + "|" + t.Table.Names[14],
+            EXPECT_EQ(Trim(t.Rows.at(0)[1]) + "|" + Trim(t.Rows[0][2]) + "|" + t.Names[14],
                       "Acme|flight|" + std::string(c.pszSwathField));
         }
         std::string path = t.strStem + ".shp";
-        if (t.Table.Names.empty()) {
+        if (t.Names.empty()) {
             // A table without fields holds the shape count but no rows, which GDAL takes for a
             // damaged table; the shapes are read without it.
             path = dir.File("geometry_only.shp");
@@ -165,7 +165,7 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
                  at = info.strOut.find("\nOGRFeature(", at + 1))
                 ++features;
             EXPECT_EQ(features, t.Shapes.size());
-            for (const std::string& name : t.Table.Names)
+            for (const std::string& name : t.Names)
                 EXPECT_NE(info.strOut.find("  " + name + " ("), std::string::npos) << "field " << name;
         }
         if (pyshp) {
