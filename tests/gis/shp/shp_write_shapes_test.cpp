@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 
 #include "gis/geometry.h"
@@ -10,9 +11,8 @@
 
 using namespace shp_test;
 
-namespace {
 // A straight run on firstDeg that turns to turnDeg at sample `at`.
-std::vector<TSamplePlan> Turning(int n, int at, double turnDeg, double firstDeg = 0.0) {
+static std::vector<TSamplePlan> Turning(int n, int at, double turnDeg, double firstDeg = 0.0) {
     std::vector<TSamplePlan> plans = Straight(at, firstDeg);
     for (TLoc from(plans.back().dLat, plans.back().dLon); std::ssize(plans) < n;) {
         from = from.Offset(turnDeg, 20.0);
@@ -20,7 +20,6 @@ std::vector<TSamplePlan> Turning(int n, int at, double turnDeg, double firstDeg 
     }
     return plans;
 }
-}  // namespace
 
 // Polygons must come out closed and clockwise.
 TEST(ShpWriteShapes, ShapesOfEachForm) {
@@ -35,109 +34,96 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
     std::vector<TSamplePlan> nan = Straight(6, 30.0), nanOff = Straight(6, 30.0, 20.0, {0, 0, 0, 0, 0, 0});
     nan[2].dLat = nan[3].dLon = nanOff[2].dLat = nanOff[3].dLon = std::numeric_limits<double>::quiet_NaN();
     const int kPts = ESRI_SPRAY_POINTS, kPL = ESRI_SPRAY_POLYLINES;
-    const struct {
-        const char* pszName;
-        TWriteOptions Options;
-        std::vector<std::vector<TSamplePlan>> Elements;
-        bool bNonSpray;  // the triple looked at
-        std::vector<int> PointCounts;
-    } cases[] = {
-        {"swath of three samples", {}, {Straight(3, 30.0)}, false, {7}},
-        {"turn of 90 at sample 5", {}, {Turning(10, 5, 90.0)}, false, {11, 13}},
-        {"turn of 40 goes on", {}, {Turning(10, 5, 40.0)}, false, {21}},
-        {"350 to 10 degrees", {}, {Turning(3, 2, 10.0, 350.0)}, false, {7}},
-        {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, false, {5, 5, 5}},
-        {"sample 0 off", {}, {Straight(5, 0.0, 20.0, {0})}, false, {}},
-        {"sample 3 of 6 off", {}, {Straight(6, 0.0, 20.0, {1, 1, 1, 0})}, false, {}},
+    // Name, options, elements, point counts of the shapes (of the non-spray triple for names
+    // starting "non-spray").
+    using TCase =
+        std::tuple<const char*, TWriteOptions, std::vector<std::vector<TSamplePlan>>, std::vector<int>>;
+    const TCase cases[] = {
+        {"swath of three samples", {}, {Straight(3, 30.0)}, {7}},
+        {"turn of 90 at sample 5", {}, {Turning(10, 5, 90.0)}, {11, 13}},
+        {"turn of 40 goes on", {}, {Turning(10, 5, 40.0)}, {21}},
+        {"350 to 10 degrees", {}, {Turning(3, 2, 10.0, 350.0)}, {7}},
+        {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, {5, 5, 5}},
+        {"sample 0 off", {}, {Straight(5, 0.0, 20.0, {0})}, {}},
+        {"sample 3 of 6 off", {}, {Straight(6, 0.0, 20.0, {1, 1, 1, 0})}, {}},
         {"sample 3 of 6 off, single block",
          {.bSingleBlock = true},
          {Straight(6, 0, 20, {1, 1, 1, 0})},
-         false,
          {5, 5, 5}},
-        {"swath ends 5 cm apart", {}, {narrow}, false, {}},
-        {"swath of one sample", {}, {Straight(1, 0.0)}, false, {}},
-        {"points skip a repeated latitude", {kPts}, {sameLat}, false, {1, 1, 1}},
-        {"points: last sample after spraying", {kPts}, {Straight(4, 30, 20, {0, 1, 1, 0})}, false, {1, 1, 1}},
-        {"points: last sample after a stop", {kPts}, {Straight(4, 30, 20, {1, 1, 0, 0})}, false, {1, 1}},
+        {"swath ends 5 cm apart", {}, {narrow}, {}},
+        {"swath of one sample", {}, {Straight(1, 0.0)}, {}},
+        {"points skip a repeated latitude", {kPts}, {sameLat}, {1, 1, 1}},
+        {"points: last sample after spraying", {kPts}, {Straight(4, 30, 20, {0, 1, 1, 0})}, {1, 1, 1}},
+        {"points: last sample after a stop", {kPts}, {Straight(4, 30, 20, {1, 1, 0, 0})}, {1, 1}},
         {"spots: one per element",
          {ESRI_SPRAY_SPOTS},
          {Straight(4, 30, 20, {0, 1}), Straight(3, 120)},
-         false,
          {1, 1}},
-        {"polyline of every sample", {kPL}, {Straight(5, 0, 20, {1, 0, 0, 1})}, false, {5}},
-        {"polyline: one sample", {kPL}, {Straight(1, 0)}, false, {}},
-        {"polyline: first sample off", {kPL}, {Straight(3, 0, 20, {0})}, false, {}},
-        {"format 7 writes polygons", {7}, {Straight(3, 0)}, false, {7}},
-        {"non-spray polyline of all five", {kPts}, {Straight(5, 30, 20, {0, 1, 1, 0, 1})}, true, {5}},
-        {"non-spray points: off and last",
-         {kPts, 1},
-         {Straight(5, 30, 20, {0, 1, 0, 0, 1})},
-         true,
-         {1, 1, 1, 1}},
-        {"non-spray points: the spray pass's last not repeated", {kPts, 1}, {sprayed, after}, true, {1}},
-        {"non-spray path of a run that starts spraying", {kPts}, {Straight(3, 30, 20, {1, 0, 0})}, true, {}},
-        {"non-spray format 2", {kPts, 2}, {Straight(3, 30, 20, {0, 0, 0})}, true, {}},
-        {"no elements", {}, {}, false, {}},
-        {"no samples", {kPL}, {{}}, false, {}},
-        {"NaN positions: swath", {}, {nan}, false, {}},
-        {"NaN positions: polyline", {kPL}, {nan}, false, {}},
-        {"NaN positions: points", {kPts}, {nan}, false, {1, 1, 1, 1}},
-        {"NaN positions: spots", {ESRI_SPRAY_SPOTS}, {nan}, false, {1}},
-        {"NaN positions: non-spray points", {kPts, 1}, {nanOff}, true, {1, 1, 1, 1}},
+        {"polyline of every sample", {kPL}, {Straight(5, 0, 20, {1, 0, 0, 1})}, {5}},
+        {"polyline: one sample", {kPL}, {Straight(1, 0)}, {}},
+        {"polyline: first sample off", {kPL}, {Straight(3, 0, 20, {0})}, {}},
+        {"format 7 writes polygons", {7}, {Straight(3, 0)}, {7}},
+        {"non-spray polyline of all five", {kPts}, {Straight(5, 30, 20, {0, 1, 1, 0, 1})}, {5}},
+        {"non-spray points: off and last", {kPts, 1}, {Straight(5, 30, 20, {0, 1, 0, 0, 1})}, {1, 1, 1, 1}},
+        {"non-spray points: the spray pass's last not repeated", {kPts, 1}, {sprayed, after}, {1}},
+        {"non-spray path of a run starting to spray", {kPts}, {Straight(3, 30, 20, {1, 0, 0})}, {}},
+        {"non-spray format 2", {kPts, 2}, {Straight(3, 30, 20, {0, 0, 0})}, {}},
+        {"no elements", {}, {}, {}},
+        {"no samples", {kPL}, {{}}, {}},
+        {"NaN positions: swath", {}, {nan}, {}},
+        {"NaN positions: polyline", {kPL}, {nan}, {}},
+        {"NaN positions: points", {kPts}, {nan}, {1, 1, 1, 1}},
+        {"NaN positions: spots", {ESRI_SPRAY_SPOTS}, {nan}, {1}},
+        {"non-spray points with NaN positions", {kPts, 1}, {nanOff}, {1, 1, 1, 1}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.pszName);
+    for (const auto& [name, options, elements, pointCounts] : cases) {
+        SCOPED_TRACE(name);
         TMapLayer layer;
-        for (const auto& e : c.Elements) AddSpray(layer, e);
-        const TExport out = Export(layer, c.Options);
+        for (const auto& e : elements) AddSpray(layer, e);
+        const TExport out = Export(layer, options);
         EXPECT_EQ(out.iResult, GISFILE_OK);
         std::vector<int> counts;
-        for (const TShape& s : c.bNonSpray ? out.NonSpray.Shapes : out.Spray.Shapes) {
+        for (const TShape& s :
+             std::string(name).starts_with("non-spray") ? out.NonSpray.Shapes : out.Spray.Shapes) {
             counts.push_back(static_cast<int>(s.Points.size()));
             const tagLOC &first = s.Points.front(), &last = s.Points.back();
             EXPECT_TRUE(s.iType != SHPT_POLYGON || (first.dLat == last.dLat && first.dLon == last.dLon &&
                                                     IsRingClockwise(s.Points.data(), counts.back())));
         }
-        EXPECT_EQ(counts, c.PointCounts);
+        EXPECT_EQ(counts, pointCounts);
     }
 }
 
+// Rings are written clockwise (inclusions) or counter-clockwise (exclusions) and closed; open
+// lines lose repeated points and a closing one. The corners a, b, c, d run north, east, south.
 TEST(ShpWriteShapes, BoundaryRingsAndLines) {
-    const tagLOC a{45.5, -93.3}, b{45.6, -93.3}, c{45.6, -93.2}, d{45.5, -93.2};
-    // a -> b -> c -> d runs north, east, south: clockwise.
-    const struct {
-        const char* pszName;
-        std::vector<tagLOC> Points;
-        int iBound;
-        std::vector<tagLOC> Written;
-        int iType;
-    } cases[] = {
-        {"inclusion stored counter-clockwise", {a, d, c, b}, BOUNDARY_INC, {a, b, c, d, a}, SHPT_POLYGON},
-        {"inclusion stored clockwise, closed", {a, b, c, d, a}, BOUNDARY_INC, {a, b, c, d, a}, SHPT_POLYGON},
-        {"exclusion stored clockwise", {a, b, c, d}, BOUNDARY_EXC, {a, d, c, b, a}, SHPT_POLYGON},
-        {"open A B B C", {a, b, b, c}, BOUNDARY_OPEN, {a, b, c}, SHPT_POLYLINE},
-        {"open A B C A", {a, b, c, a}, BOUNDARY_OPEN, {a, b, c}, SHPT_POLYLINE},
+    const tagLOC corners[] = {{45.5, -93.3}, {45.6, -93.3}, {45.6, -93.2}, {45.5, -93.2}};
+    const std::tuple<const char*, int, const char*, int> cases[] = {
+        {"adcb", BOUNDARY_INC, "abcda", SHPT_POLYGON}, {"abcda", BOUNDARY_INC, "abcda", SHPT_POLYGON},
+        {"abcd", BOUNDARY_EXC, "adcba", SHPT_POLYGON}, {"abbc", BOUNDARY_OPEN, "abc", SHPT_POLYLINE},
+        {"abca", BOUNDARY_OPEN, "abc", SHPT_POLYLINE},
     };
-    for (const auto& t : cases) {
-        SCOPED_TRACE(t.pszName);
+    for (const auto& [stored, bound, written, type] : cases) {
+        SCOPED_TRACE(std::string(stored) + " of bound type " + std::to_string(bound));
+        const int n = static_cast<int>(std::strlen(stored));
         TMapLayer layer;
         auto* line = new TFeatureLineBoundary;
-        line->AdoptPoints(new tagLOC[t.Points.size()], std::ssize(t.Points), std::ssize(t.Points));
-        std::copy(t.Points.begin(), t.Points.end(), line->m_pPoints);
-        line->m_iBoundType = t.iBound;
+        line->AdoptPoints(new tagLOC[n], n, n);
+        for (int i = 0; i < n; ++i) line->m_pPoints[i] = corners[stored[i] - 'a'];
+        line->m_iBoundType = bound;
         line->CalculateGeoExtents();
         layer.AddElement(line, ADD_ELEMENT_OWNED);
         AddSpray(layer, Straight(3, 0));  // not exported in boundary mode
         const TExport out = Export(layer, {.iWriteMode = 0});
         ASSERT_EQ(out.Spray.Shapes.size(), 1u);
-        const TShape& shape = out.Spray.Shapes[0];
-        EXPECT_EQ(shape.iType, t.iType);
-        ASSERT_EQ(shape.Points.size(), t.Written.size());
-        for (std::size_t i = 0; i < t.Written.size(); ++i)
-            EXPECT_TRUE(shape.Points[i].dLat == t.Written[i].dLat &&
-                        shape.Points[i].dLon == t.Written[i].dLon)
-                << i;
-        EXPECT_EQ(line->m_iNumPoints, std::ssize(t.Points)) << "the element changed";
+        std::string got;
+        for (const tagLOC& p : out.Spray.Shapes[0].Points)
+            for (int k = 0; k < 4; ++k)
+                got +=
+                    p.dLat == corners[k].dLat && p.dLon == corners[k].dLon ? std::string(1, "abcd"[k]) : "";
+        EXPECT_EQ(got, written);
+        EXPECT_EQ(out.Spray.Shapes[0].iType, type);
+        EXPECT_EQ(line->m_iNumPoints, n) << "the element changed";
         EXPECT_EQ(out.Spray.nHeaderLength, 33u);
     }
 }
