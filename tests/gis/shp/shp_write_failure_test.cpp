@@ -1,41 +1,11 @@
-// The export when things go wrong: folders that cannot take the files, a record too big for a
-// scratch block, and texts that do not fit or are missing.
+// The export when things go wrong: a record too big for a scratch block, and texts that do not
+// fit or are missing.
 
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "shp_test_support.h"
 
 using namespace shp_test;
-
-// The pass that cannot create its files reports it and fails; a triple written before it stays.
-TEST(ShpWriteFailure, FoldersThatCannotTakeTheFiles) {
-    const std::tuple<const char*, const char*, const char*, std::size_t> cases[] = {
-        {"target folder missing", "missing/f.shp", "flight.csv", 0},
-        {"source folder missing", "f.shp", "missing/flight.csv", 1},
-        {"read-only target folder", "locked/f.shp", "flight.csv", 0},
-    };
-    for (const auto& [name, target, source, sprayShapes] : cases) {
-        SCOPED_TRACE(name);
-        if (geteuid() == 0 && std::string(target).starts_with("locked")) {
-            std::printf("running as root: a read-only folder does not stop root from writing\n");
-            continue;
-        }
-        TTempDir dir;
-        ASSERT_EQ(mkdir(dir.File("locked").c_str(), 0555), 0);
-        TMapLayer layer;
-        AddSpray(layer, Straight(3, 0));
-        TWriteOptions options;
-        options.strSource = source;
-        const TExport out = Export(layer, options, dir, target);
-        EXPECT_EQ(out.iResult, GISFILE_ERR_OPEN);
-        ASSERT_EQ(out.Messages.size(), 1u);
-        EXPECT_NE(out.Messages[0].strText.find("Cannot create"), std::string::npos);
-        EXPECT_EQ(out.Spray.Shapes.size(), sprayShapes);
-    }
-}
 
 // An element that claims more samples than any record can hold: the builder gives up before it
 // reads them, and only that element is left out.

@@ -1,9 +1,11 @@
-// The tool's shapefile options end to end, and the files they give read by independent readers:
-// GDAL's ogrinfo reads every shape and row without a complaint, and pyshp finds the shapes,
-// vertices, field names and first row that were written.
+// The tool's shapefile options end to end, folders that cannot take the files, and the files
+// written read by independent readers: GDAL's ogrinfo reads every shape and row without a
+// complaint, and pyshp finds the shapes, vertices, field names and first row that were written.
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <cstdio>
 #include <filesystem>
 
@@ -12,11 +14,11 @@
 
 using namespace shp_test;
 
-// Name, options after "convert bounds.shp field12.shp", exit code, a text the tool must print,
-// the triples written (spray or boundaries, then non-spray), the name of field 15 of a spray table.
+// Name, arguments after "convert bounds.shp", exit code, a text the tool must print, the triples
+// written (spray or boundaries, then non-spray), the name of field 15 of a spray table.
 using TToolCase =
     std::tuple<const char*, std::string, int, const char*, std::vector<std::string>, const char*>;
-static const std::string kSpray = "--spray data/flight.csv --company Acme ";
+static const std::string kSpray = "field12.shp --spray data/flight.csv --company Acme ";
 static const std::string kPL = "data/flight_NonSpray_PL", kPts = "data/flight_NonSpray_Pts";
 static const TToolCase kCases[] = {
     {"polygons", kSpray, 0, "", {"field12_Spray_Polys", kPL}, "SWIDTH_FT"},
@@ -41,16 +43,35 @@ static const TToolCase kCases[] = {
     {"spots", kSpray + "--spray-format spots", 0, "", {"field12_Spray_Spot", kPL}, "SWIDTH_FT"},
     {"boundaries", kSpray + "--boundaries", 0, "", {"field12_Spray_Polys", kPL}, nullptr},
     {"no_spray_implies_boundaries",
-     "--single-block",
+     "field12.shp --single-block",
      0,
      "no recorded spray",
      {"field12_Spray_Polys"},
      nullptr},
     {"bad_form",
-     "--spray-format circles",
+     kSpray + "--spray-format circles",
      2,
      "--spray-format takes polygons, polylines, points, spots",
      {},
+     nullptr},
+    // A pass that cannot create its files reports it and fails; a triple written before it stays.
+    {"target_folder_missing",
+     "missing/f.shp --spray data/flight.csv",
+     1,
+     "Cannot create missing/f_Spray_Polys.shp",
+     {},
+     nullptr},
+    {"read_only_folder",
+     "locked/f.shp --spray data/flight.csv",
+     1,
+     "Cannot create locked/f_Spray_Polys.shp",
+     {},
+     nullptr},
+    {"source_folder_missing",
+     "f.shp --spray data/flight.csv --source missing/x.csv",
+     1,
+     "x_NonSpray_PL.shp: No such",
+     {"f_Spray_Polys"},
      nullptr},
 };
 
@@ -90,8 +111,11 @@ class ShpToolExport : public ::testing::TestWithParam<TToolCase> {};
 // spray runs, written to field12.shp; the non-spray triple goes next to the recorded data.
 TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
     const auto& [name, args, exitCode, note, stems, swathField] = GetParam();
+    if (std::string(name) == "read_only_folder" && geteuid() == 0)
+        GTEST_SKIP() << "running as root: a read-only folder does not stop root from writing";
     TTempDir dir;
     std::filesystem::create_directory(dir.File("data"));
+    ASSERT_EQ(mkdir(dir.File("locked").c_str(), 0555), 0);
     WriteFileBytes(
         dir.File("data/flight.csv"),
         "run,time,lat,lon,heading,speed,spray,swath\n"
@@ -109,8 +133,8 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
                                     {-93.26, 45.49}, {-93.255, 45.495}, {-93.25, 45.495}, {-93.25, 45.5},
                                     {-93.255, 45.5}, {-93.255, 45.495}};
     WriteFileBytes(dir.File("bounds.shp"), TShpBytes().Record(1, Content(5, rings, {0, 5})).Bytes());
-    const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE +
-                                        " convert bounds.shp field12.shp " + args);
+    const TCommandResult r =
+        RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE + " convert bounds.shp " + args);
     EXPECT_EQ(r.iExit, exitCode) << r.strErr;
     EXPECT_NE(r.strErr.find(note), std::string::npos) << r.strErr;
 
@@ -121,7 +145,8 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
     for (const std::string& stem : stems) {
         SCOPED_TRACE(stem);
         for (const char* ext : {".shp", ".shx", ".dbf"})
-            EXPECT_NE(r.strErr.find(stem + ext), std::string::npos);
+            EXPECT_TRUE(exitCode != 0 || r.strErr.find(stem + ext) != std::string::npos)
+                << "the paths written are shown";
         const TTriple t = ReadTriple(dir.File(stem));
         ASSERT_FALSE(t.Shapes.empty()) << "the case should write shapes";
         if (stem == stems[0] && swathField != nullptr) {
