@@ -9,12 +9,11 @@
 
 using namespace shp_test;
 
-// A square around (45.5, cx); clockwise with north up runs west, north, east.
-static std::vector<TXY> Square(double h, bool clockwise, double cx = -93.25) {
-    std::vector<TXY> ring = {{cx - h, 45.5 - h}, {cx - h, 45.5 + h}, {cx + h, 45.5 + h}, {cx + h, 45.5 - h}};
-    ring.push_back(ring[0]);
-    if (!clockwise) std::reverse(ring.begin(), ring.end());
-    return ring;
+// A record of the type with the points, parts and (to damage it) counts given.
+static std::string Poly(std::uint32_t type, const std::vector<TXY>& points,
+                        std::vector<std::int32_t> parts = {0}, std::int64_t numParts = -1,
+                        std::int64_t numPoints = -1) {
+    return PolyContent(type, parts, points, numParts, numPoints);
 }
 
 static std::vector<TXY> operator+(std::vector<TXY> a, const std::vector<TXY>& b) {
@@ -27,29 +26,29 @@ static std::vector<TXY> operator+(std::vector<TXY> a, const std::vector<TXY>& b)
 // damage report the file's name).
 TEST(ShpReader, LoadsOrRejectsEachFile) {
     const std::vector<TXY> four = {{-93.25, 45.5}, {-93.24, 45.5}, {-93.23, 45.5}, {-93.22, 45.5}};
-    const std::string point = Content(1, {{-93.25, 45.5}});
+    const std::string point = PointContent(-93.25, 45.5);
     const auto mixed = [&](bool little) {
-        return TShpBytes{little}
+        return TShpBytes(little)
             .Record(12, point)
-            .Record(7, Content(3, four, {0, 2}))
-            .Record(8, Content(5, Square(.01, 1)));
+            .Record(7, Poly(3, four, {0, 2}))
+            .Record(8, Poly(5, SquareRing(.01, 1)));
     };
     const auto afterPoint = [&](const std::string& content, std::int64_t words = -1) {
         return TShpBytes().Record(1, point).Record(2, content, words).Bytes();
     };
-    const std::string utm = TShpBytes().Record(1, Content(3, {{500000, 5000000}, {500100, 5000100}})).Bytes();
+    const std::string utm = TShpBytes().Record(1, Poly(3, {{500000, 5000000}, {500100, 5000100}})).Bytes();
     const std::string rings =
         TShpBytes()
-            .Record(4, Content(5, Square(.01, false)))
-            .Record(5, Content(5, Square(.01, false) + Square(.002, false), {0, 5}))
-            .Record(6, Content(5, Square(.01, true) + Square(.002, true, -93.3), {0, 5}))
+            .Record(4, Poly(5, SquareRing(.01, false)))
+            .Record(5, Poly(5, SquareRing(.01, false) + SquareRing(.002, false), {0, 5}))
+            .Record(6, Poly(5, SquareRing(.01, true) + SquareRing(.002, true, -93.3), {0, 5}))
             .Bytes();
     const std::string skipped = TShpBytes()
                                     .Record(1, std::string(4, '\0'))
-                                    .Record(2, Content(15, four) + std::string(48, '\0'))
-                                    .Record(3, Content(8, four))
+                                    .Record(2, Poly(15, four) + std::string(48, '\0'))
+                                    .Record(3, MultiPointContent(four))
                                     .Record(4, point)
-                                    .Record(-1, std::string(20, '\0'))
+                                    .Raw(std::string(20, '\0'))
                                     .Bytes();
     const std::tuple<const char*, std::string, int, const char*, const char*, const char*> cases[] = {
         {"big-endian record headers", mixed(false).Bytes(), 0, "Point 12 7.1/18 7.2/18 8.1/16", nullptr, ""},
@@ -60,21 +59,19 @@ TEST(ShpReader, LoadsOrRejectsEachFile) {
         {"rings by orientation", rings, 0, "4.1/17 5.1/16 5.2/17 6.1/16 6.2/16", nullptr, ""},
         {"projected, answered no: loaded, ends with its class", utm, 1, "1.1/18", "projected grid", "nn"},
         {"projected, answered yes: stop", utm, 6080, "", "projected grid", "ny"},
-        {"out of degree range", afterPoint(Content(3, {{0, 0}, {200, 95}})), 2, "Point 1 2.1/18", nullptr,
-         ""},
-        {"part index past the points", afterPoint(Content(3, four, {0, 5})), 6003, "Point 1",
+        {"out of degree range", afterPoint(Poly(3, {{0, 0}, {200, 95}})), 2, "Point 1 2.1/18", nullptr, ""},
+        {"part index past the points", afterPoint(Poly(3, four, {0, 5})), 6003, "Point 1",
          "record 2 is damaged: part 2 starts at point 5 of 4", ""},
-        {"negative part start", afterPoint(Content(3, four, {-1})), 6003, "Point 1", "starts at point -1",
+        {"negative part start", afterPoint(Poly(3, four, {-1})), 6003, "Point 1", "starts at point -1", ""},
+        {"parts going backwards", afterPoint(Poly(3, four, {0, 3, 2})), 6003, "Point 1", "starts at point 2",
          ""},
-        {"parts going backwards", afterPoint(Content(3, four, {0, 3, 2})), 6003, "Point 1",
-         "starts at point 2", ""},
-        {"point count 2^31-1", afterPoint(Content(3, four, {0}, -1, 0x7FFFFFFF)), 6003, "Point 1",
+        {"point count 2^31-1", afterPoint(Poly(3, four, {0}, -1, 0x7FFFFFFF)), 6003, "Point 1",
          "1 parts and 2147483647 points need", ""},
-        {"part count 2^31-16", afterPoint(Content(3, four, {0}, 0x7FFFFFF0)), 6003, "Point 1",
+        {"part count 2^31-16", afterPoint(Poly(3, four, {0}, 0x7FFFFFF0)), 6003, "Point 1",
          "2147483632 parts and 4 points need", ""},
-        {"record length past the end", afterPoint(Content(3, four), 1000), 6003, "Point 1",
+        {"record length past the end", afterPoint(Poly(3, four), 1000), 6003, "Point 1",
          "record 2 gives its content as 2000 bytes, but only 112 bytes", ""},
-        {"record length 2^31-1 words", afterPoint(Content(3, four), 0x7FFFFFFF), 6003, "Point 1",
+        {"record length 2^31-1 words", afterPoint(Poly(3, four), 0x7FFFFFFF), 6003, "Point 1",
          "4294967294 bytes", ""},
         {"point record too short", afterPoint(point.substr(0, 12)), 6003, "Point 1",
          "a point record needs 20", ""},

@@ -1,11 +1,8 @@
 #pragma once
-// Main files put together by hand for the reader, recorded spray for the writer, and the
-// writer's files read back. Bytes are assembled with shifts, apart from the library's byte-order
-// code, so that a fault there cannot hide behind the same fault here.
+// Recorded spray for the writer tests, and the writer's files read back and cross-checked.
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,69 +11,10 @@
 #include "gis/shp/gis_file_shp.h"
 #include "gis/shp/shp_codec.h"
 #include "hostmap/map_layer.h"
+#include "shp_test_files.h"
 #include "test_support.h"
 
 namespace shp_test {
-
-inline void Put32(std::string& out, std::uint32_t v, bool big = false) {
-    for (int i = 0; i < 4; ++i) out += static_cast<char>(v >> (big ? 24 - 8 * i : 8 * i));
-}
-inline void PutDouble(std::string& out, double d) {
-    for (int shift = 0; shift <= 56; shift += 8)
-        out += static_cast<char>(std::bit_cast<std::uint64_t>(d) >> shift);
-}
-
-using TXY = std::pair<double, double>;  // x = longitude, y = latitude
-
-inline std::string MainHeader(std::uint32_t words, std::uint32_t type, const tagLOCRECT& box,
-                              std::uint32_t code = 9994) {
-    std::string h;
-    Put32(h, code, true);
-    h.append(20, '\0');
-    Put32(h, words, true);
-    Put32(h, 1000);
-    Put32(h, type);
-    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutDouble(h, v);
-    return h.append(32, '\0');
-}
-
-// A record's content: a point (type 1), a multipoint (type 8, no parts), or a polyline or
-// polygon whose counts can be overridden to damage it.
-inline std::string Content(std::uint32_t type, const std::vector<TXY>& points,
-                           std::vector<std::int32_t> parts = {0}, std::int64_t numParts = -1,
-                           std::int64_t numPoints = -1) {
-    std::string c;
-    Put32(c, type);
-    if (type == 1 || type == 8) parts.clear();
-    if (type != 1) c.append(32, '\0');  // box, not read
-    if (type != 1 && type != 8)
-        Put32(c, static_cast<std::uint32_t>(numParts >= 0 ? numParts : std::ssize(parts)));
-    if (type != 1) Put32(c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : std::ssize(points)));
-    for (std::int32_t p : parts) Put32(c, static_cast<std::uint32_t>(p));
-    for (const auto& [x, y] : points) PutDouble(c, x), PutDouble(c, y);
-    return c;
-}
-
-struct TShpBytes {
-    bool bLittle = false;  // byte order of the record headers
-    std::string strRecords = {};
-
-    // Appends a record (bytes without a header when number < 0); words overrides the content
-    // length written in its header.
-    TShpBytes& Record(std::int32_t number, const std::string& content, std::int64_t words = -1) {
-        if (number >= 0) Put32(strRecords, static_cast<std::uint32_t>(number), !bLittle);
-        if (number >= 0)
-            Put32(strRecords, static_cast<std::uint32_t>(words >= 0 ? words : std::ssize(content) / 2),
-                  !bLittle);
-        strRecords += content;
-        return *this;
-    }
-    std::string Bytes(std::uint32_t code = 9994) const {
-        return MainHeader(static_cast<std::uint32_t>(50 + strRecords.size() / 2), 5,
-                          {-93.3, 45.6, -93.2, 45.4}, code) +
-               strRecords;
-    }
-};
 
 struct TSamplePlan {
     double dLat = 0.0;

@@ -100,7 +100,7 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
     const std::vector<TXY> rings = {{-93.26, 45.49}, {-93.26, 45.51},   {-93.24, 45.51},  {-93.24, 45.49},
                                     {-93.26, 45.49}, {-93.255, 45.495}, {-93.25, 45.495}, {-93.25, 45.5},
                                     {-93.255, 45.5}, {-93.255, 45.495}};
-    WriteFileBytes(dir.File("bounds.shp"), TShpBytes().Record(1, Content(5, rings, {0, 5})).Bytes());
+    WriteFileBytes(dir.File("bounds.shp"), TShpBytes().Record(1, PolyContent(5, {0, 5}, rings)).Bytes());
     const TCommandResult r =
         RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE + " convert bounds.shp " + args);
     EXPECT_EQ(r.iExit, exitCode) << r.strErr;
