@@ -151,14 +151,13 @@ struct TExport {
     int iResult = 0;
     TTriple Spray;  // or the boundaries
     TTriple NonSpray;
-    std::vector<TMessageBoxRequest> Messages;
 };
 
 // Writes the layer to dir/name and reads back the triples written. Without a source file the
 // non-spray triple goes to the current folder and is removed after reading.
 inline TExport Export(TMapLayer& layer, const TWriteOptions& o, const TTempDir& dir,
                       const std::string& name = "f.shp") {
-    TScriptedMessages messages;
+    TScriptedMessages quiet;
     TGisFileShp::s_eESRISprayFormat = static_cast<ESRISPRAYFORMAT>(o.iSpray);
     TGisFileShp::s_eESRINonSprayFormat = static_cast<ESRINONSPRAYFORMAT>(o.iNonSpray);
     const std::string source = o.strSource.empty() ? "" : dir.File(o.strSource);
@@ -170,8 +169,8 @@ inline TExport Export(TMapLayer& layer, const TWriteOptions& o, const TTempDir& 
     writer.SetSourceFile(source);
     const int result = writer.WriteFile(dir.File(name).c_str(), &layer);
     const std::string nonSprayStem = TGisFileShp::GetNonSprayOutputStem(source);
-    TExport out{result, ReadTriple(TGisFileShp::GetSprayOutputStem(dir.File(name))), ReadTriple(nonSprayStem),
-                messages.Shown()};
+    TExport out{result, ReadTriple(TGisFileShp::GetSprayOutputStem(dir.File(name))),
+                ReadTriple(nonSprayStem)};
     TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
     TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
     for (const char* ext : {".shp", ".shx", ".dbf"})

@@ -1,5 +1,6 @@
 // Which shapes the export writes: swath polygons cut at turns and stops, points, spot points and
-// polylines of recorded spray, the non-spray path, and boundary rings and lines.
+// polylines of recorded spray, the non-spray path, and boundary rings and lines; a record too big
+// for a scratch block, and texts that do not fit or are missing.
 
 #include <gtest/gtest.h>
 
@@ -46,19 +47,10 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
         {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, {5, 5, 5}},
         {"sample 0 off", {}, {Straight(5, 0.0, 20.0, {0})}, {}},
         {"sample 3 of 6 off", {}, {Straight(6, 0.0, 20.0, {1, 1, 1, 0})}, {}},
-        {"sample 3 of 6 off, single block",
-         {.bSingleBlock = true},
-         {Straight(6, 0, 20, {1, 1, 1, 0})},
-         {5, 5, 5}},
         {"swath ends 5 cm apart", {}, {narrow}, {}},
-        {"swath of one sample", {}, {Straight(1, 0.0)}, {}},
         {"points skip a repeated latitude", {kPts}, {sameLat}, {1, 1, 1}},
         {"points: last sample after spraying", {kPts}, {Straight(4, 30, 20, {0, 1, 1, 0})}, {1, 1, 1}},
-        {"points: last sample after a stop", {kPts}, {Straight(4, 30, 20, {1, 1, 0, 0})}, {1, 1}},
-        {"spots: one per element",
-         {ESRI_SPRAY_SPOTS},
-         {Straight(4, 30, 20, {0, 1}), Straight(3, 120)},
-         {1, 1}},
+        {"spots", {ESRI_SPRAY_SPOTS}, {Straight(4, 30, 20, {0, 1}), Straight(3, 120)}, {1, 1}},
         {"polyline of every sample", {kPL}, {Straight(5, 0, 20, {1, 0, 0, 1})}, {5}},
         {"polyline: one sample", {kPL}, {Straight(1, 0)}, {}},
         {"polyline: first sample off", {kPL}, {Straight(3, 0, 20, {0})}, {}},
@@ -67,13 +59,11 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
         {"non-spray points: off and last", {kPts, 1}, {Straight(5, 30, 20, {0, 1, 0, 0, 1})}, {1, 1, 1, 1}},
         {"non-spray points: the spray pass's last not repeated", {kPts, 1}, {sprayed, after}, {1}},
         {"non-spray path of a run starting to spray", {kPts}, {Straight(3, 30, 20, {1, 0, 0})}, {}},
-        {"non-spray format 2", {kPts, 2}, {Straight(3, 30, 20, {0, 0, 0})}, {}},
         {"no elements", {}, {}, {}},
         {"no samples", {kPL}, {{}}, {}},
         {"NaN positions: swath", {}, {nan}, {}},
         {"NaN positions: polyline", {kPL}, {nan}, {}},
         {"NaN positions: points", {kPts}, {nan}, {1, 1, 1, 1}},
-        {"NaN positions: spots", {ESRI_SPRAY_SPOTS}, {nan}, {1}},
         {"non-spray points with NaN positions", {kPts, 1}, {nanOff}, {1, 1, 1, 1}},
     };
     for (const auto& [name, options, elements, pointCounts] : cases) {
@@ -126,4 +116,35 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
         EXPECT_EQ(line->m_iNumPoints, n) << "the element changed";
         EXPECT_EQ(out.Spray.nHeaderLength, 33u);
     }
+}
+
+// An element that claims more samples than any record can hold: the builder gives up before it
+// reads them, and only that element is left out.
+TEST(ShpWriteShapes, RecordTooBigForAScratchBlockSkipsItsElementOnly) {
+    TMapLayer layer;
+    AddSpray(layer, Straight(2, 0))->m_iNumRecs = 200000000;
+    AddSpray(layer, Straight(3, 0));
+    const TExport out = Export(layer, {ESRI_SPRAY_POLYLINES});
+    EXPECT_EQ(out.iResult, GISFILE_OK);
+    ASSERT_EQ(out.Spray.Shapes.size(), 1u);
+    EXPECT_EQ(out.Spray.Shapes[0].Points.size(), 3u);
+}
+
+// Texts far longer than their fields are cut to them; no source file, a time out of range.
+TEST(ShpWriteShapes, TextsThatDoNotFitOrAreMissing) {
+    TMapLayer layer;
+    tagSPRAYREC* r = AddSpray(layer, Straight(2, 30))->m_pRecs;
+    r[0].dwTimeStamp |= 0x00F80000u | 0x7Fu;  // hour 31, 127 hundredths
+    r[0].strFieldName.assign(20000, 'F');
+    r[0].strOffset.assign(20000, 'O');
+    SetSprayText(r[0].szPilot, sizeof r[0].szPilot, std::string(20000, 'P'));
+    TWriteOptions options{.iSpray = ESRI_SPRAY_POINTS, .strSource = ""};
+    options.strCompany.assign(20000, 'C');
+    const TExport out = Export(layer, options);
+    ASSERT_EQ(out.Spray.Rows.size(), 2u);
+    const std::vector<std::string>& row = out.Spray.Rows[0];
+    EXPECT_EQ(
+        row[1] + "|" + row[2] + "|" + row[3] + "|" + row[5] + "|" + row[6] + "|" + row[7] + "|" + row[9],
+        std::string(28, 'C') + "|                     N/A|    Date N/A| " + std::string(11, 'P') + "|" +
+            std::string(20, 'F') + "|OOOOO|      Time N/A");
 }
