@@ -82,9 +82,7 @@ TEST(ShpWriteBytes, PointsWithTheirTablesInBothUnits) {
 
         const std::string sprayFields =
             "SEGMENTID C8 CUSTOMER C28 FILE_NAME C24 FILE_DATE C12 AIRCRAFT C12 PILOT C12 FIELD_NAME C20 "
-            "OFFSET "
-            "C5 "
-            "LINE_NUM C5 EVENT_TIME C14 POS_LAT C17 POS_LON C17 SPEED_MPH N8.1 " +
+            "OFFSET C5 LINE_NUM C5 EVENT_TIME C14 POS_LAT C17 POS_LON C17 SPEED_MPH N8.1 " +
             std::string(
                 metric ? "TRK_M N8.1 SWIDTH_M N8.1 HGT_M N8.1 AGL_M N8.1 AREA_M N10.6 TSRATE_LTR N10.6 "
                          "ASRATE_LTR N10.6 "
