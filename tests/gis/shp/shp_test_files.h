@@ -1,31 +1,44 @@
 #pragma once
-// Hand-assembled shapefile main files for the reader tests. The bytes are put together here
-// with shifts, independently of the library's own byte-order helpers, so that a fault there
-// cannot hide behind the same fault in the test.
+// Shapefile main files assembled by hand, for the reader tests and the fuzz seeds. The bytes are
+// put together with shifts, apart from the library's byte-order code, so that a fault there
+// cannot hide behind the same fault here.
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "hostmap/loc.h"
+
 namespace shp_test {
 
 inline void PutBE32(std::string& out, std::uint32_t v) {
-    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>((v >> shift) & 0xFF);
+    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>(v >> shift);
 }
 inline void PutLE32(std::string& out, std::uint32_t v) {
-    for (int shift = 0; shift <= 24; shift += 8) out += static_cast<char>((v >> shift) & 0xFF);
+    for (int shift = 0; shift <= 24; shift += 8) out += static_cast<char>(v >> shift);
 }
 inline void PutLEDouble(std::string& out, double d) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &d, sizeof bits);
-    for (int shift = 0; shift <= 56; shift += 8) out += static_cast<char>((bits >> shift) & 0xFF);
+    for (int shift = 0; shift <= 56; shift += 8)
+        out += static_cast<char>(std::bit_cast<std::uint64_t>(d) >> shift);
 }
 
 using TXY = std::pair<double, double>;  // x = longitude, y = latitude
 
-// Record contents.
+inline std::string MainHeader(std::uint32_t words, std::uint32_t type, const tagLOCRECT& box,
+                              std::uint32_t code = 9994) {
+    std::string h;
+    PutBE32(h, code);
+    h.append(20, '\0');
+    PutBE32(h, words);
+    PutLE32(h, 1000);
+    PutLE32(h, type);
+    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutLEDouble(h, v);
+    return h.append(32, '\0');
+}
+
 inline std::string PointContent(double x, double y, std::uint32_t type = 1) {
     std::string c;
     PutLE32(c, type);
@@ -34,35 +47,22 @@ inline std::string PointContent(double x, double y, std::uint32_t type = 1) {
     return c;
 }
 
-// A polyline or polygon; the counts written can be overridden to damage the record.
+// A polyline or polygon (or, without parts, a multipoint of type 8); the counts written can be
+// overridden to damage the record.
 inline std::string PolyContent(std::uint32_t type, const std::vector<std::int32_t>& parts,
                                const std::vector<TXY>& points, std::int64_t numParts = -1,
                                std::int64_t numPoints = -1) {
     std::string c;
     PutLE32(c, type);
-    for (int i = 0; i < 4; ++i) PutLEDouble(c, 0.0);  // box, not read
-    PutLE32(c,
-            static_cast<std::uint32_t>(numParts >= 0 ? numParts : static_cast<std::int64_t>(parts.size())));
-    PutLE32(
-        c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : static_cast<std::int64_t>(points.size())));
+    c.append(32, '\0');  // box, not read
+    if (type != 8) PutLE32(c, static_cast<std::uint32_t>(numParts >= 0 ? numParts : std::ssize(parts)));
+    PutLE32(c, static_cast<std::uint32_t>(numPoints >= 0 ? numPoints : std::ssize(points)));
     for (std::int32_t p : parts) PutLE32(c, static_cast<std::uint32_t>(p));
-    for (const TXY& xy : points) {
-        PutLEDouble(c, xy.first);
-        PutLEDouble(c, xy.second);
-    }
+    for (const auto& [x, y] : points) PutLEDouble(c, x), PutLEDouble(c, y);
     return c;
 }
-
 inline std::string MultiPointContent(const std::vector<TXY>& points) {
-    std::string c;
-    PutLE32(c, 8);
-    for (int i = 0; i < 4; ++i) PutLEDouble(c, 0.0);
-    PutLE32(c, static_cast<std::uint32_t>(points.size()));
-    for (const TXY& xy : points) {
-        PutLEDouble(c, xy.first);
-        PutLEDouble(c, xy.second);
-    }
-    return c;
+    return PolyContent(8, {}, points);
 }
 
 class TShpBytes {
@@ -71,15 +71,10 @@ public:
 
     // Appends a record; lengthWords overrides the content length written in its header.
     TShpBytes& Record(std::int32_t number, const std::string& content, std::int64_t lengthWords = -1) {
-        const auto words = static_cast<std::uint32_t>(
-            lengthWords >= 0 ? lengthWords : static_cast<std::int64_t>(content.size() / 2));
-        if (m_bLittle) {
-            PutLE32(m_strRecords, static_cast<std::uint32_t>(number));
-            PutLE32(m_strRecords, words);
-        } else {
-            PutBE32(m_strRecords, static_cast<std::uint32_t>(number));
-            PutBE32(m_strRecords, words);
-        }
+        const auto put = m_bLittle ? PutLE32 : PutBE32;
+        put(m_strRecords, static_cast<std::uint32_t>(number));
+        put(m_strRecords,
+            static_cast<std::uint32_t>(lengthWords >= 0 ? lengthWords : std::ssize(content) / 2));
         m_strRecords += content;
         return *this;
     }
@@ -87,20 +82,9 @@ public:
         m_strRecords += bytes;
         return *this;
     }
-
     std::string Bytes(std::uint32_t fileCode = 9994, std::uint32_t shapeType = 5) const {
-        std::string h;
-        PutBE32(h, fileCode);
-        h.append(20, '\0');
-        PutBE32(h, static_cast<std::uint32_t>((100 + m_strRecords.size()) / 2));
-        PutLE32(h, 1000);
-        PutLE32(h, shapeType);
-        PutLEDouble(h, -93.3);
-        PutLEDouble(h, 45.4);
-        PutLEDouble(h, -93.2);
-        PutLEDouble(h, 45.6);
-        h.append(32, '\0');
-        return h + m_strRecords;
+        const auto words = static_cast<std::uint32_t>(50 + m_strRecords.size() / 2);
+        return MainHeader(words, shapeType, {-93.3, 45.6, -93.2, 45.4}, fileCode) + m_strRecords;
     }
 
 private:
@@ -108,17 +92,12 @@ private:
     std::string m_strRecords;
 };
 
-// Rings around (45.5, -93.25): clockwise with north up means west -> north -> east.
+// A square around (45.5, cx); clockwise with north up runs west, north, east.
 inline std::vector<TXY> SquareRing(double half, bool clockwise, double cx = -93.25, double cy = 45.5) {
-    std::vector<TXY> ring = {{cx - half, cy - half},
-                             {cx - half, cy + half},
-                             {cx + half, cy + half},
-                             {cx + half, cy - half},
-                             {cx - half, cy - half}};
-    if (!clockwise) {
-        std::vector<TXY> reversed(ring.rbegin(), ring.rend());
-        return reversed;
-    }
+    std::vector<TXY> ring = {
+        {cx - half, cy - half}, {cx - half, cy + half}, {cx + half, cy + half}, {cx + half, cy - half}};
+    ring.push_back(ring[0]);
+    if (!clockwise) std::reverse(ring.begin(), ring.end());
     return ring;
 }
 

@@ -1,144 +1,110 @@
-// Files of the shapefile export checked byte by byte against the layouts of the main, index
-// and table files, in US and metric units.
+// The export's main, index and table files byte by byte, in US and metric units.
 
 #include <gtest/gtest.h>
 
 #include <utime.h>
 #include <ctime>
+#include <sstream>
 
 #include "platform/system_services.h"
-#include "shp_test_files.h"
-#include "shp_write_support.h"
-#include "test_support.h"
+#include "shp_test_support.h"
 
-using namespace shp_write_test;
+using namespace shp_test;
 
-namespace {
-std::string Pad(const std::string& text, std::size_t width) {
-    return text.size() >= width ? text.substr(0, width) : std::string(width - text.size(), ' ') + text;
+static std::string Pad(const std::string& text, std::size_t width) {
+    return std::string(width - std::min(width, text.size()), ' ') + text.substr(0, width);
 }
 
-// A local noon, so that the date is the same in every time zone's reading of it.
-std::time_t LocalNoon(int year, int month, int day) {
-    std::tm tm{};
-    tm.tm_year = year - 1900;
-    tm.tm_mon = month - 1;
-    tm.tm_mday = day;
-    tm.tm_hour = 12;
-    tm.tm_isdst = -1;
-    return std::mktime(&tm);
-}
-
-std::string MainHeader(std::uint32_t words, std::uint32_t type, const TLocRect& box) {
-    std::string h;
-    shp_test::PutBE32(h, 9994);
-    h.append(20, '\0');
-    shp_test::PutBE32(h, words);
-    shp_test::PutLE32(h, 1000);
-    shp_test::PutLE32(h, type);
-    for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) shp_test::PutLEDouble(h, v);
-    h.append(32, '\0');
-    return h;
-}
-
-class ShpWriteBytes : public ::testing::TestWithParam<bool> {
-protected:
-    void SetUp() override {
-        SetClockForTesting([] { return LocalNoon(2021, 3, 5); });
-        m_strSource = m_Dir.File("flight.csv");
-        WriteFileBytes(m_strSource, "recorded\n");
-        const std::time_t when = LocalNoon(2024, 6, 1);
-        utimbuf times{when, when};
-        utime(m_strSource.c_str(), &times);
+// The header of a table written on 5 March 2021, its fields given as "NAME Cwidth" or
+// "NAME Nwidth.decimals".
+static std::string DbfHeader(const std::string& fields, std::uint32_t count) {
+    std::string descriptors;
+    std::size_t recordLength = 1;
+    std::istringstream in(fields);
+    for (std::string name, type; in >> name >> type;) {
+        const std::size_t width = std::stoul(type.substr(1)), dot = type.find('.');
+        name.resize(11, '\0');
+        descriptors += name + type[0] + std::string(4, '\0') + static_cast<char>(width) +
+                       static_cast<char>(dot == std::string::npos ? 0 : std::stoi(type.substr(dot + 1))) +
+                       std::string(14, '\0');
+        recordLength += width;
     }
-    void TearDown() override { SetClockForTesting({}); }
-
-    TTempDir m_Dir;
-    TShpSettingsGuard m_Settings;
-    TScriptedMessages m_Messages;
-    std::string m_strSource;
-};
-}  // namespace
-
-TEST_P(ShpWriteBytes, PointExportWithItsTables) {
-    const bool metric = GetParam();
-    TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POINTS;
-    TMapLayer layer;
-    std::vector<TSamplePlan> plans = Straight(2, 30.0);
-    TFeatureSpray* spray = AddSpray(layer, MakeSpray(plans));
-    spray->m_pRecs[1].strOffset = "X";
-    TGisFileShp writer;
-    writer.SetCompanyName("Acme Aerial");
-    writer.SetSourceFile(m_strSource);
-    writer.SetMetric(metric ? 1 : 0);
-    ASSERT_EQ(writer.WriteFile(m_Dir.File("field12.shp").c_str(), &layer), GISFILE_OK);
-
-    const TTriple t = ReadTriple(m_Dir.File("field12_Spray_Pts"));
-    const TLocRect box = layer.m_rcExtents;
-    std::string main = MainHeader(78, 1, box);
-    std::string index = MainHeader(58, 1, box);
-    for (int i = 0; i < 2; ++i) {
-        shp_test::PutBE32(main, static_cast<std::uint32_t>(i + 1));
-        shp_test::PutBE32(main, 10);
-        main += shp_test::PointContent(plans[i].dLon, plans[i].dLat);
-        shp_test::PutBE32(index, static_cast<std::uint32_t>(50 + 14 * i));
-        shp_test::PutBE32(index, 10);
-    }
-    EXPECT_EQ(t.strShp, main);
-    EXPECT_EQ(t.strShx, index);
-
-    ASSERT_EQ(t.strDbf.size(), 737u + 2 * 261 + 1);
-    EXPECT_EQ(t.strDbf.substr(1, 7), std::string("\x79\x03\x05\x02\x00\x00\x00", 7));
-    EXPECT_EQ(t.strDbf.back(), '\x1A');
-    const std::string numbers =
-        metric ? " 111.847   2.500  20.000  10.000   3.000  0.000000 48.000000 50.000000"
-               : " 111.847   8.202  65.617  32.808   9.843  0.000000  5.131519  5.345332";
-    const std::string first = std::string(" ") + Pad("1", 8) + Pad("Acme Aerial", 28) + Pad("flight", 24) +
-                              Pad("01/06/2024", 12) + Pad("N512AG", 12) + Pad("J.Smith", 12) +
-                              Pad("North 40", 20) + Pad("Right", 5) + Pad("7", 5) + Pad(" 14:03:00.50", 14) +
-                              Pad("45.5000000000", 17) + Pad("-93.2500000000", 17) + numbers + Pad("T", 8) +
-                              Pad("T", 8);
-    EXPECT_EQ(t.strDbf.substr(737, 261), first);
-    const TTable table = ReadTable(t.strDbf);
-    ASSERT_EQ(table.Rows.size(), 2u);
-    EXPECT_EQ(table.Rows[1][7], "    X") << "an offset other than R or L is kept";
-
-    // Both samples spray from the start: the non-spray triple has headers only.
-    const TTriple n = ReadTriple(m_Dir.File("flight_NonSpray_PL"));
-    EXPECT_EQ(n.strShp, MainHeader(50, 3, TLocRect(0, 0, 0, 0)));
-    EXPECT_EQ(n.strShx, MainHeader(50, 3, TLocRect(0, 0, 0, 0)));
-    ASSERT_EQ(n.strDbf.size(), 290u);
-    EXPECT_EQ(n.strDbf.substr(4, 8), std::string("\x00\x00\x00\x00\x21\x01\x56\x00", 8));
-    EXPECT_EQ(n.strDbf.back(), '\x1A');
+    std::string h = "\x03\x79\x03\x05";
+    PutLE32(h, count);
+    const std::size_t headerLength = descriptors.size() + 33;
+    for (std::size_t v : {headerLength, recordLength})
+        h += {static_cast<char>(v & 0xFF), static_cast<char>(v >> 8)};
+    return h + std::string(20, '\0') + descriptors + '\x0D';
 }
 
-TEST_P(ShpWriteBytes, NonSprayPointsAndTheirTable) {
-    const bool metric = GetParam();
-    TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POINTS;
-    TMapLayer layer;
-    // on, off, off, on: the two off samples and the last one.
-    std::vector<TSamplePlan> plans = Straight(4, 45.0, 20.0, {0, 0, 0, 1});
-    AddSpray(layer, MakeSpray(plans));
-    TGisFileShp writer;
-    writer.SetSourceFile(m_strSource);
-    writer.SetMetric(metric ? 1 : 0);
-    ASSERT_EQ(writer.WriteFile(m_Dir.File("field12.shp").c_str(), &layer), GISFILE_OK);
-    const TTriple n = ReadTriple(m_Dir.File("flight_NonSpray_Pts"));
-    TLocRect box(plans[0].dLon, plans[3].dLat, plans[3].dLon, plans[0].dLat);
-    std::string main = MainHeader(50 + 4 * 14, 1, box);
-    for (int i = 0; i < 4; ++i) {
-        shp_test::PutBE32(main, static_cast<std::uint32_t>(i + 1));
-        shp_test::PutBE32(main, 10);
-        main += shp_test::PointContent(plans[i].dLon, plans[i].dLat);
+// Point records of the plans with their index entries.
+static std::pair<std::string, std::string> PointFiles(const std::vector<TSamplePlan>& plans,
+                                                      const TLocRect& box) {
+    const auto n = static_cast<std::uint32_t>(plans.size());
+    std::string shp = MainHeader(50 + 14 * n, 1, box), shx = MainHeader(50 + 4 * n, 1, box);
+    for (std::uint32_t i = 0; i < n; ++i) {
+        PutBE32(shp, i + 1);
+        PutBE32(shp, 10);
+        shp += PointContent(plans[i].dLon, plans[i].dLat);
+        PutBE32(shx, 50 + 14 * i);
+        PutBE32(shx, 10);
     }
-    EXPECT_EQ(n.strShp, main);
-    ASSERT_EQ(n.strDbf.size(), 289u + 4 * 86 + 1);
-    const std::string row = std::string(" ") + Pad("1", 8) + Pad("7", 5) + Pad(" 14:03:00.50", 14) +
-                            Pad("45.5000000000", 17) + Pad("-93.2500000000", 17) + " 111.847" +
-                            (metric ? "  10.000   3.000" : "  32.808   9.843");
-    EXPECT_EQ(n.strDbf.substr(289, 86), row);
-    EXPECT_EQ(ReadTable(n.strDbf).Names[6], metric ? "HGT_ELLIPM" : "HGT_ELLIPF");
+    return {shp, shx};
 }
 
-INSTANTIATE_TEST_SUITE_P(Units, ShpWriteBytes, ::testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Metric" : "US"; });
+TEST(ShpWriteBytes, PointsWithTheirTablesInBothUnits) {
+    for (const bool metric : {false, true}) {
+        SCOPED_TRACE(metric ? "metric" : "US");
+        TTempDir dir;
+        WriteFileBytes(dir.File("flight.csv"), "recorded\n");
+        utimbuf times{1717243200, 1717243200};  // noon UTC on 1 June 2024: the same date in every zone
+        utime(dir.File("flight.csv").c_str(), &times);
+        TMapLayer layer;
+        const std::vector<TSamplePlan> sprayed = Straight(2, 30.0);
+        AddSpray(layer, sprayed)->m_pRecs[1].strOffset = "X";
+        std::vector<TSamplePlan> off = Straight(2, 45.0, 20.0, {0, 0});
+        for (TSamplePlan& s : off) s = {s.dLat + 0.01, s.dLon + 0.01, 45.0, 20.0, 0};
+        AddSpray(layer, off);
+        SetClockForTesting([] { return std::time_t{1614945600}; });  // 5 March 2021
+        const TExport out =
+            Export(layer, {.iSpray = ESRI_SPRAY_POINTS, .iNonSpray = ESRI_NONSPRAY_POINTS, .bMetric = metric},
+                   dir, "field12.shp");
+        SetClockForTesting({});
+        ASSERT_EQ(out.Spray.strStem, dir.File("field12_Spray_Pts"));
+        ASSERT_EQ(out.NonSpray.strStem, dir.File("flight_NonSpray_Pts"));
+
+        const auto spray = PointFiles(sprayed, layer.m_rcExtents);
+        EXPECT_EQ(out.Spray.strShp, spray.first);
+        EXPECT_EQ(out.Spray.strShx, spray.second);
+        const auto nonSpray = PointFiles(off, TLocRect(off[0].dLon, off[1].dLat, off[1].dLon, off[0].dLat));
+        EXPECT_EQ(out.NonSpray.strShp, nonSpray.first);
+        EXPECT_EQ(out.NonSpray.strShx, nonSpray.second);
+
+        const std::string sprayFields =
+            "SEGMENTID C8 CUSTOMER C28 FILE_NAME C24 FILE_DATE C12 AIRCRAFT C12 PILOT C12 FIELD_NAME C20 "
+            "OFFSET C5 LINE_NUM C5 EVENT_TIME C14 POS_LAT C17 POS_LON C17 SPEED_MPH N8.1 " +
+            std::string(
+                metric ? "TRK_M N8.1 SWIDTH_M N8.1 HGT_M N8.1 AGL_M N8.1 AREA_M N10.6 TSRATE_LTR N10.6 "
+                         "ASRATE_LTR N10.6 "
+                       : "TRK_FT N8.1 SWIDTH_FT N8.1 HGT_FT N8.1 AGL_FT N8.1 AREA_US N10.6 TSRATE_US N10.6 "
+                         "ASRATE_US N10.6 ") +
+            "SPRAY_STAT C8 BOOM_STAT C8";
+        const std::string sprayRow =
+            " " + Pad("1", 8) + Pad("Acme Aerial", 28) + Pad("flight", 24) + Pad("01/06/2024", 12) +
+            Pad("N512AG", 12) + Pad("J.Smith", 12) + Pad("North 40", 20) + Pad("Right", 5) + Pad("7", 5) +
+            Pad(" 14:03:00.50", 14) + Pad("45.5000000000", 17) + Pad("-93.2500000000", 17) +
+            (metric ? " 111.847   2.500  20.000  10.000   3.000  0.000000 48.000000 50.000000"
+                    : " 111.847   8.202  65.617  32.808   9.843  0.000000  5.131519  5.345332") +
+            Pad("T", 8) + Pad("T", 8);
+        EXPECT_EQ(out.Spray.strDbf.substr(0, 737 + 261), DbfHeader(sprayFields, 2) + sprayRow);
+        EXPECT_EQ(out.Spray.Rows.at(1).at(7), "    X") << "an offset other than R or L is kept";
+
+        const std::string nonSprayFields =
+            "SAMPLEID C8 LINE_NUM C5 EVENT_TIME C14 POS_LAT C17 POS_LON C17 SPEED_MPH N8.1 " +
+            std::string(metric ? "HGT_ELLIPM N8.1 AGL_M N8.1" : "HGT_ELLIPF N8.1 AGL_FT N8.1");
+        const std::string nonSprayRow = " " + Pad("1", 8) + Pad("7", 5) + Pad(" 14:03:00.50", 14) +
+                                        Pad("45.5100000000", 17) + Pad("-93.2400000000", 17) + " 111.847" +
+                                        (metric ? "  10.000   3.000" : "  32.808   9.843");
+        EXPECT_EQ(out.NonSpray.strDbf.substr(0, 289 + 86), DbfHeader(nonSprayFields, 2) + nonSprayRow);
+    }
+}
