@@ -1,95 +1,133 @@
+// Reading drawings: layer classes, entity rules, sections, line ends, the projected-coordinate
+// question, drawings written by ezdxf and GDAL, and damaged or hostile files, which end with a
+// result code and nothing read out of bounds (the sanitizer build checks the latter).
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "dxf_test_support.h"
 #include "gis/dxf/dxf_tables.h"
 #include "gis/dxf/gis_file_dxf.h"
+#include "gis/gis_map.h"
 #include "test_support.h"
 
 namespace {
 
-const std::vector<TXY> kSquare = {{10.5, 45.2}, {10.6, 45.2}, {10.6, 45.3}, {10.5, 45.3}};
-
-std::string Load(const std::string& body, int* result = nullptr) {
-    TMapLayer layer;
-    const int r = LoadDxfText(DxfWithEntities(body), layer);
-    if (result) *result = r;
-    return DescribeLayer(layer);
+// Expands "0 LINE|8 A41|10 10.5" into group lines: each code right-aligned in width columns on
+// its own line, then its value, each line ended by eol.
+std::string DxfGroups(const std::string& compact, const char* eol = "\n", int width = 3) {
+    std::string out;
+    std::istringstream in(compact);
+    for (std::string group; std::getline(in, group, '|');) {
+        const std::size_t space = group.find(' ');
+        const std::string code = group.substr(0, space);
+        out += std::string(code.size() < std::size_t(width) ? width - code.size() : 0, ' ') + code + eol;
+        out += (space == std::string::npos ? "" : group.substr(space + 1)) + eol;
+    }
+    return out;
 }
 
+// A whole drawing whose ENTITIES section holds the compact groups.
+std::string DxfWithEntities(const std::string& compact, const char* eol = "\n", int width = 3) {
+    return DxfGroups(
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|0 ENDSEC|0 SECTION|2 ENTITIES|" + compact + "|0 ENDSEC|0 EOF",
+        eol, width);
+}
+
+// Compact groups of entities, (x, y) = (longitude, latitude).
+using TXY = std::pair<double, double>;
+std::string XY(TXY p, const char* x = "10", const char* y = "20") {
+    return std::string("|") + x + " " + std::to_string(p.first) + "|" + y + " " + std::to_string(p.second);
+}
+std::string Lw(const std::string& layer, const std::vector<TXY>& points, int flags = 0) {
+    std::string g =
+        "0 LWPOLYLINE|8 " + layer + "|90 " + std::to_string(points.size()) + "|70 " + std::to_string(flags);
+    for (const TXY& p : points) g += XY(p);
+    return g;
+}
+std::string Poly(const std::string& layer, const std::vector<TXY>& points, int flags = 0) {
+    std::string g = "0 POLYLINE|8 " + layer + "|66 1|70 " + std::to_string(flags);
+    for (const TXY& p : points) g += "|0 VERTEX|8 " + layer + XY(p);
+    return g + "|0 SEQEND|8 " + layer;
+}
+std::string Line(const std::string& layer, TXY from, TXY to) {
+    return "0 LINE|8 " + layer + XY(from) + XY(to, "11", "21");
+}
+
+// One word per element, in layer order: lines as "<class>/<points>" ("road/4", a closed
+// square "boundary/5"), markers as "m<symbol>:<name>@<lat>,<lon>".
+std::string DescribeLayer(const TMapLayer& layer) {
+    static const std::pair<std::uint32_t, const char*> kClasses[] = {
+        {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
+        {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
+    std::ostringstream out;
+    for (const TMapElement* e : layer.m_Elements) {
+        if (out.tellp() > 0) out << ' ';
+        if (const auto* m = dynamic_cast<const TFeatureMarker*>(e)) {
+            out << 'm' << e->GetLowBits() << ':' << m->m_strName << '@' << m->m_Loc.dLat << ','
+                << m->m_Loc.dLon;
+            continue;
+        }
+        const char* name = "other";
+        for (const auto& [kind, text] : kClasses)
+            if (e->GetKind() == kind) name = text;
+        out << name << '/' << static_cast<const TFeatureLine*>(e)->m_iNumPoints;
+    }
+    return out.str();
+}
+
+// Longitudes above 90 show a reader that swaps x and y: its latitudes would be out of range.
+const std::vector<TXY> kSquare = {{100.5, 45.2}, {100.6, 45.2}, {100.6, 45.3}, {100.5, 45.3}};
+const std::string kLine = Line("A41", {100.5, 45.2}, {100.6, 45.3});
+
 // An insert carrying attributes (tag, value, x, y) closed by a SEQEND on seqendLayer.
-std::string InsertGroups(const std::vector<std::vector<std::string>>& attributes,
-                         const std::string& seqendLayer = "0") {
+std::string Insert(const std::vector<std::vector<std::string>>& attributes,
+                   const std::string& seqendLayer = "0") {
     std::string g = "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|66 1";
     for (const auto& a : attributes)
         g += "|0 ATTRIB|8 0|10 " + a[2] + "|20 " + a[3] + "|1 " + a[1] + "|2 " + a[0];
     return g + "|0 SEQEND|8 " + seqendLayer;
 }
 
-TEST(DxfLayerClasses, PolylinesTakeTheClassOfTheirLayer) {
-    const struct {
-        const char* layer;
-        const char* expected;
-    } cases[] = {
-        {"A41", "road/4"},
-        {"H12", "water/4"},
-        {"F30", "boundary/4"},
-        {"D50", "area/4"},
-        {"C31", "misc/4"},
-        {"RD-12", "road/4"},
-        {"RD7", "road/4"},
-        {"HYD1A", "water/4"},
-        {"HYD", "water/4"},
-        {"TRACT1", ""},
-        {"ZIP", ""},
-        {"BLKGRP7", ""},
-        {"BLK9", ""},
-        {"Y-1", ""},
-        {"CONTOUR", ""},
-        {"LEGEND2", ""},
-        {"NAME", ""},
-        {"PEAK", ""},
-        {"SPRAYBDY", "boundary/4"},
-        {"UNLISTED", "boundary/4"},  // no row: the default class
-        {"a41", "boundary/4"},       // names compare case-sensitively
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Load(LwPolylineGroups(c.layer, kSquare)), c.expected) << "LWPOLYLINE on " << c.layer;
-        EXPECT_EQ(Load(PolylineGroups(c.layer, kSquare)), c.expected) << "POLYLINE on " << c.layer;
+// Loads a drawing; the layer it leaves, described by DescribeLayer.
+std::string LoadPath(const std::string& path, int* result = nullptr) {
+    TMapLayer layer;
+    const int r = TGisFileDxf().LoadFile(path.c_str(), &layer, nullptr);
+    if (result) *result = r;
+    return DescribeLayer(layer);
+}
+
+std::string Load(const std::string& text, int* result = nullptr) {
+    TTempDir dir;
+    WriteFileBytes(dir.File("drawing.dxf"), text);
+    return LoadPath(dir.File("drawing.dxf"), result);
+}
+
+TEST(DxfReader, LayersClassifyPolylines) {
+    // "layers=layer read", one square on each layer in order. Layers named by a number keep the
+    // class of the layer before them.
+    std::istringstream cases(
+        "A41=road/4;H12=water/4;F30=boundary/4;D50=area/4;C31=misc/4;RD-12=road/4;HYD=water/4;TRACT1=;"
+        "CONTOUR=;LEGEND2=;NAME=;UNLISTED=boundary/4;a41=boundary/4;H12 0=water/4 water/4;"
+        "A41 17=road/4 road/4;17=boundary/4;A41 ZIP 0=road/4 boundary/4;A41 CONTOUR 0=road/4 road/4;NAME 0=");
+    for (std::string c; std::getline(cases, c, ';');) {
+        for (const bool lightweight : {true, false}) {
+            std::string body;
+            std::istringstream names(c.substr(0, c.find('=')));
+            for (std::string name; names >> name;)
+                body += (body.empty() ? "" : "|") + (lightweight ? Lw(name, kSquare) : Poly(name, kSquare));
+            EXPECT_EQ(Load(DxfWithEntities(body)), c.substr(c.find('=') + 1))
+                << c << (lightweight ? " LW" : "");
+        }
     }
-}
-
-TEST(DxfLayerClasses, NumberedLayersKeepTheClassBeforeThem) {
-    const struct {
-        const char* name;
-        std::string body;
-        const char* expected;
-    } cases[] = {
-        {"water then 0", LwPolylineGroups("H12", kSquare) + "|" + LwPolylineGroups("0", kSquare),
-         "water/4 water/4"},
-        {"road then 17", PolylineGroups("A41", kSquare) + "|" + PolylineGroups("17", kSquare),
-         "road/4 road/4"},
-        {"17 first is the default class", LwPolylineGroups("17", kSquare), "boundary/4"},
-        {"a skipped layer still classifies",
-         LwPolylineGroups("A41", kSquare) + "|" + LwPolylineGroups("ZIP", kSquare) + "|" +
-             LwPolylineGroups("0", kSquare),
-         "road/4 boundary/4"},
-        {"contour layers do not classify",
-         LwPolylineGroups("A41", kSquare) + "|" + LwPolylineGroups("CONTOUR", kSquare) + "|" +
-             LwPolylineGroups("0", kSquare),
-         "road/4 road/4"},
-        {"after NAME the line is dropped",
-         LwPolylineGroups("NAME", kSquare) + "|" + LwPolylineGroups("0", kSquare), ""},
-    };
-    for (const auto& c : cases) EXPECT_EQ(Load(c.body), c.expected) << c.name;
-}
-
-TEST(DxfTables, EveryRowIsReachableByItsOwnPrefix) {
-    ASSERT_EQ(s_iLayerClassCount, 226);
-    ASSERT_EQ(s_iTagClassCount, 11);
-    // An earlier row that is a prefix of a later one would hide it.
+    // An earlier table row that is a prefix of a later one would hide it.
     for (int i = 0; i < s_iLayerClassCount; ++i)
         EXPECT_EQ(FindDxfLayerClass(s_aLayerClasses[i].szPrefix), &s_aLayerClasses[i])
             << s_aLayerClasses[i].szPrefix;
@@ -97,269 +135,228 @@ TEST(DxfTables, EveryRowIsReachableByItsOwnPrefix) {
         EXPECT_EQ(FindDxfTagClass(s_aTagClasses[i].szPrefix), &s_aTagClasses[i]) << s_aTagClasses[i].szPrefix;
 }
 
-TEST(DxfEntities, RulesOfEachEntity) {
-    const std::string lwClosed = LwPolylineGroups("A41", kSquare, 1);
-    const std::string vertexFlag =
-        "0 POLYLINE|8 F30|66 1|70 0|0 VERTEX|8 F30|70 1|10 10.5|20 45.2|0 VERTEX|8 F30|10 10.6|"
-        "20 45.2|0 VERTEX|8 F30|10 10.6|20 45.3|0 SEQEND|8 F30";
-    const std::string bulgeLate =
-        "0 POLYLINE|8 F30|66 1|70 1|0 VERTEX|8 F30|70 1|10 10.5|20 45.2|0 VERTEX|8 F30|10 10.6|"
-        "20 45.2|0 VERTEX|8 F30|42 0.95|10 10.6|20 45.3|0 SEQEND|8 F30";
-    const std::string bulgeSmall =
-        "0 POLYLINE|8 F30|66 1|0 VERTEX|8 F30|70 1|10 10.5|20 45.2|0 VERTEX|8 F30|42 0.9|"
-        "10 10.6|20 45.2|0 VERTEX|8 F30|10 10.6|20 45.3|0 SEQEND|8 F30";
-    // The bulge of the first vertex carries over and reopens the ring at every later vertex.
-    const std::string bulgeCarried =
-        "0 POLYLINE|8 F30|66 1|0 VERTEX|8 F30|42 1|10 10.5|20 45.2|0 VERTEX|8 F30|10 10.6|"
-        "20 45.2|0 VERTEX|8 F30|70 1|10 10.6|20 45.3|0 SEQEND|8 F30";
-    const std::string paperLine = "0 LINE|67 1|8 A41|10 10.5|20 45.2|11 10.6|21 45.3";
-    const std::string paperLw = "0 LWPOLYLINE|67 1|8 A41|90 2|10 10.5|20 45.2|10 10.6|20 45.3";
-    const std::string line = LineGroups("A41", {10.5, 45.2}, {10.6, 45.3});
+TEST(DxfReader, EntitiesSectionsAndDamage) {
+    const std::string head = "0 SECTION|2 ENTITIES|";
+    const std::string street = Insert({{"TGR_NAME", "Main Street", "10.8", "45.5"}});
+    const std::string mixed = Lw("A41", kSquare, 1) + "|" + Poly("H12", kSquare) + "|" + street + "|" + kLine;
+    const char* const mixedLayer = "road/5 water/4 m56:Main Street@45.5,10.8 generic/2";
+    std::string unended = Poly("F30", kSquare);
+    unended.erase(unended.rfind("|0 SEQEND"));
+    // A polyline on F30 through the corners of the square, each vertex with its extra groups.
+    const auto vertices = [](const std::vector<std::string>& extras) {
+        std::string g = "0 POLYLINE|8 F30|66 1";
+        for (std::size_t i = 0; i < extras.size(); ++i)
+            g += "|0 VERTEX|8 F30" + (extras[i].empty() ? "" : "|" + extras[i]) + XY(kSquare[i]);
+        return DxfWithEntities(g + "|0 SEQEND|8 F30");
+    };
+    const auto e = [](const std::string& body) { return DxfWithEntities(body); };
+    const auto h = [&head](const std::string& body) { return DxfGroups(head + body); };
+    const std::string kLong(200000, 'v');
     const struct {
         const char* name;
-        std::string body;
-        const char* expected;
+        std::string text;
+        std::string expected;
+        int result = 0;
     } cases[] = {
-        {"line", line, "generic/2"},
-        {"line on a skipped layer", LineGroups("ZIP", {10.5, 45.2}, {10.6, 45.3}), ""},
-        {"line ignores the layer's class", LineGroups("NAME", {10.5, 45.2}, {10.6, 45.3}), "generic/2"},
-        {"line near (0, 0)", LineGroups("A41", {0.5, 0.5}, {10.6, 45.3}), ""},
-        {"vertex near (0, 0) dropped", PolylineGroups("F30", {{10.5, 45.2}, {0.5, 0.5}, {10.6, 45.3}}),
+        {"line", e(kLine), "generic/2"},
+        {"line on a skipped layer", e(Line("ZIP", {100.5, 45.2}, {100.6, 45.3})), ""},
+        {"line ignores the layer's class", e(Line("NAME", {100.5, 45.2}, {100.6, 45.3})), "generic/2"},
+        {"line near (0, 0)", e(Line("A41", {0.5, 0.5}, {100.6, 45.3})), ""},
+        {"vertex near (0, 0) dropped", e(Poly("F30", {{100.5, 45.2}, {0.5, 0.5}, {100.6, 45.3}})),
          "boundary/2"},
-        {"polyline header flag alone leaves it open", PolylineGroups("F30", kSquare, 1), "boundary/4"},
-        {"vertex flag closes", vertexFlag, "boundary/4"},
-        {"bulge above 0.9 reopens", bulgeLate, "boundary/3"},
-        {"bulge of 0.9 keeps it closed", bulgeSmall, "boundary/4"},
-        {"bulge carries over to later vertices", bulgeCarried, "boundary/3"},
-        {"lightweight closed", lwClosed, "road/5"},
-        {"lightweight open", LwPolylineGroups("A41", kSquare, 0), "road/4"},
+        {"vertex flag closes", vertices({"70 1", "", ""}), "boundary/4"},
+        {"bulge above 0.9 reopens", vertices({"70 1", "", "42 0.95"}), "boundary/3"},
+        {"bulge of 0.9 keeps it closed", vertices({"70 1", "42 0.9", ""}), "boundary/4"},
+        {"bulge of the first vertex carries over", vertices({"42 1", "", "70 1"}), "boundary/3"},
         {"lightweight second vertex rejected",
-         "0 LWPOLYLINE|8 A41|90 4|10 10.5|20 45.2|10 0.5|20 0.5|10 10.6|20 45.3|10 10.5|20 45.3", "road/3"},
-        {"lightweight last vertex rejected",
-         "0 LWPOLYLINE|8 A41|90 3|10 10.5|20 45.2|10 10.6|20 45.3|10 0.5|20 0.5", "road/2"},
+         e(Lw("A41", {{10.5, 45.2}, {0.5, 0.5}, {10.6, 45.3}, {10.5, 45.3}})), "road/3"},
         {"lightweight count far above its vertices",
-         "0 LWPOLYLINE|8 A41|90 10000000|10 10.5|20 45.2|10 10.6|20 45.3|10 10.5|20 45.3", "road/3"},
-        {"paper-space line", paperLine, ""},
-        {"paper-space lightweight polyline", paperLw, ""},
+         e("0 LWPOLYLINE|8 A41|90 10000000|10 10.5|20 45.2|10 10.6|20 45.3|10 10.5|20 45.3"), "road/3"},
         {"attributed insert takes the last attribute",
-         InsertGroups({{"ZIP", "55401", "10.7", "45.4"}, {"TGR_NAME", "Main Street", "10.8", "45.5"}}),
+         e(Insert({{"ZIP", "55401", "10.7", "45.4"}, {"TGR_NAME", "Main Street", "10.8", "45.5"}})),
          "m56:Main Street@45.5,10.8"},
-        {"attribute tag without a row", InsertGroups({{"ZIP", "55401", "10.7", "45.4"}}), ""},
-        {"insert ending on a skipped layer",
-         InsertGroups({{"TGR_NAME", "Main Street", "10.8", "45.5"}}, "ZIP"), ""},
-        {"church symbol", InsertGroups({{"NM-CHURCH", "St Mary", "10.8", "45.5"}}), "m52:St Mary@45.5,10.8"},
-        {"bare NM row", InsertGroups({{"NM-LAKE", "Pond", "10.8", "45.5"}}), "m56:Pond@45.5,10.8"},
-        {"tic symbol", InsertGroups({{"TIC", "", "10.8", "45.5"}}), "m2:@45.5,10.8"},
-        {"attribute near (0, 0)", InsertGroups({{"TGR_NAME", "x", "0.2", "0.3"}}), ""},
-        {"insert without attributes", "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|" + line, "generic/2"},
+        {"attribute tag without a row", e(Insert({{"ZIP", "55401", "10.7", "45.4"}})), ""},
+        {"insert ending on a skipped layer", e(Insert({{"TGR_NAME", "x", "10.8", "45.5"}}, "ZIP")), ""},
+        {"attribute near (0, 0)", e(Insert({{"TGR_NAME", "x", "0.2", "0.3"}})), ""},
+        {"insert without attributes", e("0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|" + kLine), "generic/2"},
         {"a skipped lightweight polyline takes no later vertices",
-         "0 LWPOLYLINE|8 ZIP|90 2|10 10.5|20 45.2|10 10.6|20 45.3|" + line + "|" + line,
-         "generic/2 generic/2"},
-        {"an insert after a skipped polyline",
-         PolylineGroups("ZIP", kSquare) + "|" + InsertGroups({{"TGR_NAME", "Main Street", "10.8", "45.5"}}),
+         e("0 LWPOLYLINE|8 ZIP|90 2|10 10.5|20 45.2|10 10.6|20 45.3|" + kLine), "generic/2"},
+        {"an insert after a skipped polyline", e(Poly("ZIP", kSquare) + "|" + street),
          "m56:Main Street@45.5,10.8"},
-        {"points, solids, texts and arcs are skipped",
-         "0 POINT|8 A41|10 10.5|20 45.2|0 SOLID|8 A41|10 10.5|20 45.2|0 TEXT|8 A41|10 10.5|20 45.2|1 hi|0 "
-         "ARC|8 A41|"
-         "10 10.5|20 45.2|40 1",
-         ""},
-    };
-    for (const auto& c : cases) EXPECT_EQ(Load(c.body), c.expected) << c.name;
-}
-
-TEST(DxfEntities, PositionsAreLongitudeThenLatitude) {
-    TMapLayer layer;
-    ASSERT_EQ(LoadDxfText(DxfWithEntities(LineGroups("A41", {10.5, 45.2}, {10.6, 45.3})), layer), 0);
-    ASSERT_EQ(layer.GetElementCount(), 1);
-    const auto* line = static_cast<const TFeatureLine*>(layer.m_Elements[0]);
-    ASSERT_EQ(line->m_iNumPoints, 2);
-    EXPECT_DOUBLE_EQ(line->m_pPoints[0].dLat, 45.2);
-    EXPECT_DOUBLE_EQ(line->m_pPoints[0].dLon, 10.5);
-    EXPECT_DOUBLE_EQ(line->m_pPoints[1].dLat, 45.3);
-    EXPECT_DOUBLE_EQ(line->m_pPoints[1].dLon, 10.6);
-    EXPECT_EQ(line->GetLowBits(), 0);
-    EXPECT_EQ(layer.m_Polygons.size(), 1u);
-}
-
-TEST(DxfSections, OnlyBlocksAndEntitiesAreRead) {
-    const std::string line = LineGroups("A41", {10.5, 45.2}, {10.6, 45.3});
-    const struct {
-        const char* name;
-        std::string text;
-        const char* expected;
-    } cases[] = {
-        {"header", DxfGroups("0 SECTION|2 HEADER|" + line + "|0 ENDSEC|0 EOF"), ""},
-        {"tables", DxfGroups("0 SECTION|2 TABLES|" + line + "|0 ENDSEC|0 EOF"), ""},
-        {"objects", DxfGroups("0 SECTION|2 OBJECTS|" + line + "|0 ENDSEC|0 EOF"), ""},
-        {"outside any section", DxfGroups(line + "|0 EOF"), ""},
-        {"blocks at geographic positions", DxfGroups("0 SECTION|2 BLOCKS|" + line + "|0 ENDSEC|0 EOF"),
-         "generic/2"},
-        {"blocks in drawing units",
-         DxfGroups("0 SECTION|2 BLOCKS|0 BLOCK|2 B|10 0|20 0|" + LineGroups("A41", {0, 0}, {0.5, 0.5}) +
-                   "|0 ENDBLK|0 ENDSEC|0 EOF"),
-         ""},
-        {"ENDSEC does not end a section", DxfGroups("0 SECTION|2 ENTITIES|0 ENDSEC|" + line + "|0 EOF"),
-         "generic/2"},
-    };
+        {"header section", DxfGroups("0 SECTION|2 HEADER|" + kLine + "|0 ENDSEC|0 EOF"), ""},
+        {"blocks", DxfGroups("0 SECTION|2 BLOCKS|" + kLine + "|0 ENDSEC|0 EOF"), "generic/2"},
+        {"ENDSEC does not end a section", h("0 ENDSEC|" + kLine + "|0 EOF"), "generic/2"},
+        {"CR LF and codes in eight columns", DxfWithEntities(mixed, "\r\n", 8), mixedLayer},
+        {"codes without padding", DxfWithEntities(mixed, "\n", 0), mixedLayer},
+        {"lightweight polyline cut short", h("0 LWPOLYLINE|8 A41|90 4|10 10.5|20 45.2|10 10.6"), ""},
+        {"polyline without SEQEND", h(unended), ""},
+        {"code without value at the end", h(kLine) + "  0\n", "generic/2"},
+        {"a vertex outside any polyline", h("0 VERTEX|8 A41|10 10.5|20 45.2") + "  0\n", "",
+         GISFILE_ERR_DATA},
+        // A code line without a number keeps the code before it: 45.3 replaces the latitude 95.
+        {"non-numeric group code",
+         h("0 LINE|8 A41|10 10.5|20 45.2|11 10.6|21 95") + "twenty-one\n45.3\n  0\nEOF\n", "generic/2"},
+        {"codes out of the int range", h("99999999999999 x|-99999999999 y|" + kLine + "|0 EOF"), "generic/2"},
+        {"numbers that are not numbers",
+         DxfGroups(head +
+                   "0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"),
+         "road/1"},
+        {"negative vertex count", h("0 LWPOLYLINE|8 A41|90 -5|10 10.5|20 45.2|10 10.6|20 45.3"), "road/1"},
+        // A line longer than 65,536 characters keeps its start.
+        {"10,000 characters", e(Insert({{"TGR_NAME", kLong.substr(0, 10000), "10.8", "45.5"}})),
+         "m56:" + kLong.substr(0, 10000) + "@45.5,10.8"},
+        {"200,000 characters", e(Insert({{"TGR_NAME", kLong, "10.8", "45.5"}})),
+         "m56:" + kLong.substr(0, 65536) + "@45.5,10.8"},
+        {"SEQEND and ATTRIB without an insert",
+         h("0 SEQEND|8 0|0 ATTRIB|8 0|2 TGR_NAME|10 10.5|20 45.2|0 SEQEND|0 EOF"), ""}};
     for (const auto& c : cases) {
-        TMapLayer layer;
-        EXPECT_EQ(LoadDxfText(c.text, layer), 0) << c.name;
-        EXPECT_EQ(DescribeLayer(layer), c.expected) << c.name;
+        int result = -1;
+        EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
+        EXPECT_EQ(result, c.result) << c.name;
     }
 }
 
-TEST(DxfLines, LineEndsAndCodePaddingDoNotMatter) {
-    const std::string body = LwPolylineGroups("A41", kSquare, 1) + "|" + PolylineGroups("H12", kSquare) +
-                             "|" + InsertGroups({{"TGR_NAME", "Main Street", "10.8", "45.5"}}) + "|" +
-                             LineGroups("0", {10.5, 45.2}, {10.6, 45.3});
-    const char* expected = "road/5 water/4 m56:Main Street@45.5,10.8 generic/2";
-    const struct {
-        const char* name;
-        const char* eol;
-        int width;
-    } cases[] = {
-        {"LF", "\n", 3}, {"CR LF", "\r\n", 3}, {"unpadded codes", "\n", 0}, {"wide codes", "\r\n", 8}};
-    for (const auto& c : cases) {
-        TMapLayer layer;
-        EXPECT_EQ(LoadDxfText(DxfWithEntities(body, c.eol, c.width), layer), 0) << c.name;
-        EXPECT_EQ(DescribeLayer(layer), expected) << c.name;
-    }
-}
-
-TEST(DxfProjected, TheQuestionStopsOrSkips) {
-    const std::string utmLine = LineGroups("A41", {500000, 5000000}, {500100, 5000100});
-    const std::string line = LineGroups("A41", {10.5, 45.2}, {10.6, 45.3});
+TEST(DxfReader, ProjectedQuestionStopsOrSkips) {
+    const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100});
     const struct {
         const char* name;
         std::string text;
-        std::vector<int> answers;
-        int result;
+        int answer;
         std::size_t questions;
+        int result;
         const char* expected;
     } cases[] = {
-        {"line, Yes stops",
-         DxfWithEntities(line + "|" + utmLine + "|" + line),
-         {IDYES},
-         6001,
-         1,
-         "generic/2"},
-        {"line, No asks again",
-         DxfWithEntities(utmLine + "|" + utmLine + "|" + line),
-         {IDNO, IDNO},
-         0,
-         2,
-         "generic/2"},
-        {"lightweight vertex, Yes",
-         DxfWithEntities(LwPolylineGroups("A41", {{10.5, 45.2}, {500000, 5000000}})),
-         {IDYES},
-         6001,
-         1,
-         ""},
+        {"line, Yes stops", DxfWithEntities(kLine + "|" + utm + "|" + kLine), IDYES, 1, 6001, "generic/2"},
+        {"line, No asks again", DxfWithEntities(utm + "|" + utm + "|" + kLine), IDNO, 2, 0, "generic/2"},
         {"lightweight vertex, No keeps the rest",
-         DxfWithEntities(LwPolylineGroups("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})),
-         {IDNO},
-         0,
-         1,
-         "road/2"},
-        {"insert, Yes",
-         DxfWithEntities(InsertGroups({{"TGR_NAME", "x", "500000", "5000000"}})),
-         {IDYES},
-         6001,
-         1,
+         DxfWithEntities(Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})), IDNO, 1, 0, "road/2"},
+        {"insert, Yes", DxfWithEntities(Insert({{"TGR_NAME", "x", "500000", "5000000"}})), IDYES, 1, 6001,
          ""},
-        {"polyline vertices are never asked about",
-         DxfWithEntities(PolylineGroups("F30", {{500000, 5000000}})),
-         {},
-         0,
-         0,
-         ""},
-        {"out of range but small is skipped quietly",
-         DxfWithEntities(LineGroups("A41", {10, 95}, {10, 45})),
-         {},
-         0,
-         0,
-         ""},
-        // The load's result is that of its last line: here the code line after a skipped line.
-        {"a skipped line as the last entity",
-         DxfGroups("0 SECTION|2 ENTITIES|" + LineGroups("A41", {10, 95}, {10, 45})) + "  0\n",
-         {},
-         2,
-         0,
-         ""},
-        {"No on the last entity", DxfGroups("0 SECTION|2 ENTITIES|" + utmLine) + "  0\n", {IDNO}, 1, 1, ""},
-    };
+        {"polyline vertices are never asked about", DxfWithEntities(Poly("F30", {{500000, 5000000}})), 0, 0,
+         0, ""},
+        {"out of range but small is skipped quietly", DxfWithEntities(Line("A41", {10, 95}, {10, 45})), 0, 0,
+         0, ""},
+        // The load's result is that of its last line: here the code line after the answer.
+        {"No on the last entity", DxfGroups("0 SECTION|2 ENTITIES|" + utm) + "  0\n", IDNO, 1, 1, ""}};
     for (const auto& c : cases) {
-        TScriptedMessages messages(c.answers);
-        TMapLayer layer;
-        EXPECT_EQ(LoadDxfText(c.text, layer), c.result) << c.name;
-        std::size_t questions = 0;
-        for (const TMessageBoxRequest& r : messages.Shown()) questions += r.IsQuestion() && r.iTextId == 2039;
-        EXPECT_EQ(questions, c.questions) << c.name;
-        EXPECT_EQ(DescribeLayer(layer), c.expected) << c.name;
+        TScriptedMessages messages(std::vector<int>(c.questions, c.answer));
+        int result = -1;
+        EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
+        EXPECT_EQ(result, c.result) << c.name;
+        EXPECT_EQ(
+            std::count_if(messages.Shown().begin(), messages.Shown().end(),
+                          [](const TMessageBoxRequest& r) { return r.IsQuestion() && r.iTextId == 2039; }),
+            c.questions)
+            << c.name;
     }
 }
 
-TEST(DxfFileNames, ExtensionDecides) {
-    const struct {
-        const char* path;
-        bool valid;
-    } cases[] = {{"field.dxf", true}, {"FIELD.Dxf", true},      {"C:\\data.old\\x.DXF", true},
-                 {"field", false},    {"field.dxf.bak", false}, {"field.", false}};
-    for (const auto& c : cases) EXPECT_EQ(TGisFileDxf::IsValidFile(c.path), c.valid) << c.path;
+TEST(DxfReader, BinaryFilesNamedDxf) {
+    std::mt19937 rng(7);
+    std::string noise(1 << 20, '\0'), noLineEnds(3 << 20, '\0');
+    for (char& c : noise) c = static_cast<char>(rng() & 0xFF);
+    for (char& c : noLineEnds) c = static_cast<char>('\x80' + rng() % 64);
+    const std::string cases[] = {
+        noise, noLineEnds, DxfGroups("0 SECTION|2 ENTITIES|0 LWPOLYLINE|8 A41|90 3") + noise.substr(0, 65536),
+        std::string(1000, '\0'), std::string(5000, '\r') + "0\rSECTION\r"};
+    for (const std::string& bytes : cases) {
+        int result = -1;
+        Load(bytes, &result);
+        EXPECT_TRUE(result == 0 || result == 1 || result == 2 || result == 1001 || result == GISFILE_ERR_DATA)
+            << result << " for " << bytes.substr(0, 40);
+    }
 }
 
-TEST(DxfLoad, MissingFileAndLoadingAddsToTheLayer) {
-    TMapLayer layer;
-    TGisFileDxf reader;
-    EXPECT_EQ(reader.LoadFile("/nonexistent/field.dxf", &layer, nullptr), GISFILE_ERR_OPEN);
-    const std::string text = DxfWithEntities(LineGroups("A41", {10.5, 45.2}, {10.6, 45.3}));
-    ASSERT_EQ(LoadDxfText(text, layer), 0);
-    ASSERT_EQ(LoadDxfText(text, layer), 0);
-    EXPECT_EQ(DescribeLayer(layer), "generic/2 generic/2");
+TEST(DxfReader, TenMillionVerticesInOnePolyline) {
+    constexpr int kVertices = 10'000'000;
+    TTempDir dir;
+    const std::string path = dir.File("huge.dxf");
+    {
+        std::ofstream f(path, std::ios::binary);
+        f << DxfGroups("0 SECTION|2 ENTITIES|0 LWPOLYLINE|8 A41|90 " + std::to_string(kVertices));
+        std::string block;
+        for (int i = 0; i < 10000; ++i) block += "10\n10.5\n20\n45.5\n";
+        for (int i = 0; i < kVertices / 10000; ++i) f << block;
+        f << DxfGroups("0 ENDSEC|0 EOF");
+    }
+    int result = -1;
+    EXPECT_EQ(LoadPath(path, &result), "road/" + std::to_string(kVertices));
+    EXPECT_EQ(result, 0);
 }
 
-}  // namespace
+// Draws the same content in either release: R12 gives POLYLINE/VERTEX, R2000 LWPOLYLINE.
+const char* const kEzdxfScript = R"PY(
+import sys, ezdxf
+version, out = sys.argv[1], sys.argv[2]
+doc = ezdxf.new(version)
+msp = doc.modelspace()
+square = [(10.5, 45.2), (10.6, 45.2), (10.6, 45.3), (10.5, 45.3)]
+def poly(layer, close=False, vertex_flag=False, bulge_at=None):
+    pts = [(x, y, 1.0 if i == bulge_at else 0.0) for i, (x, y) in enumerate(square)]
+    if version == "R12":
+        p = msp.add_polyline2d([(x, y) for x, y, b in pts], dxfattribs={"layer": layer}, close=close)
+        for v, (x, y, b) in zip(p.vertices, pts): v.dxf.bulge = b
+        if vertex_flag: p.vertices[-1].dxf.flags = 1  # every vertex writes its flags: the last one decides
+    else:
+        msp.add_lwpolyline(pts, format="xyb", dxfattribs={"layer": layer}, close=close or vertex_flag)
+for layer in ["A41", "H12", "17"]: poly(layer)
+poly("F30", close=True)
+for layer in ["0", "TRACT1", "ZIP", "CONTOUR", "LEGEND2", "NAME", "PEAK"]: poly(layer)
+poly("H12", vertex_flag=True)
+poly("H12", vertex_flag=True, bulge_at=3)
+msp.add_line((10.5, 45.2), (10.6, 45.3), dxfattribs={"layer": "A41"})
+block = doc.blocks.new(name="SIGN")  # in drawing units near (0, 0)
+block.add_line((0, 0), (0.5, 0.5))
+ref = msp.add_blockref("SIGN", (10.55, 45.25))
+ref.add_attrib("ZIP", "55401", (10.56, 45.26))
+ref.add_attrib("TGR_NAME", "Main Street", (10.57, 45.27))
+doc.layout("Layout1").add_line((10.5, 45.2), (10.6, 45.3), dxfattribs={"layer": "A41"})
+doc.saveas(out)
+)PY";
 
-namespace {
-std::vector<int> g_Progress;
-void RecordProgress(int value) {
-    g_Progress.push_back(value);
-}
+// GDAL writes a line as LWPOLYLINE, a polygon as HATCH and a point as POINT, among tables and
+// objects this reader has no use for.
+const char* const kGeoJson = R"({"type":"FeatureCollection","features":[
+{"type":"Feature","properties":{},"geometry":{"type":"LineString","coordinates":[[10.5,45.2],[10.6,45.3],[10.7,45.25]]}},
+{"type":"Feature","properties":{},"geometry":{"type":"Polygon","coordinates":[[[10.5,45.2],[10.6,45.2],[10.6,45.3],[10.5,45.2]],
+ [[10.55,45.22],[10.58,45.22],[10.58,45.25],[10.55,45.22]]]}},
+{"type":"Feature","properties":{},"geometry":{"type":"Point","coordinates":[10.55,45.25]}},
+{"type":"Feature","properties":{},"geometry":{"type":"MultiLineString","coordinates":[[[11.5,46.2],[11.6,46.3]],[[11.7,46.4],[11.8,46.5]]]}}
+]})";
 
-TEST(DxfLoad, ProgressFollowsEveryLine) {
-    const std::string line = LineGroups("A41", {10.5, 45.2}, {10.6, 45.3});
+TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
+    TTempDir dir;
+    WriteFileBytes(dir.File("draw.py"), kEzdxfScript);
+    WriteFileBytes(dir.File("in.geojson"), kGeoJson);
+    const std::string python = std::string(TL_GIS_PYTHON) + " " + ShellQuote(dir.File("draw.py"));
+    const std::string out = ShellQuote(dir.File("out.dxf"));
+    const bool ezdxf = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import ezdxf'").iExit == 0;
+    const bool gdal = HaveProgram("ogr2ogr");
     const struct {
         const char* name;
-        std::string text;
-    } cases[] = {
-        {"under 100 bytes", DxfGroups("0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF")},
-        {"150 bytes or so", DxfWithEntities(line)},
-        {"several steps per line", DxfWithEntities(line, "\r\n")},
-        {"many lines per step",
-         DxfWithEntities(line + "|" + line + "|" + line + "|" + line + "|" + line + "|" + line + "|" + line +
-                         "|" + line + "|" + line + "|" + line)},
-    };
+        bool available;
+        std::string command;
+        const char* expected;
+    } cases[] = {// Release 12 closes a polyline by a vertex flag only, and a bulge above 0.9 opens it again.
+                 {"ezdxf R12", ezdxf, python + " R12 " + out,
+                  "road/4 water/4 water/4 boundary/4 boundary/4 water/5 water/4 generic/2 m56:Main "
+                  "Street@45.27,10.57"},
+                 {"ezdxf R2000", ezdxf, python + " R2000 " + out,
+                  "road/4 water/4 water/4 boundary/5 boundary/4 water/5 water/5 generic/2 m56:Main "
+                  "Street@45.27,10.57"},
+                 // GDAL puts everything on layer 0, which keeps the default class.
+                 {"GDAL", gdal, "ogr2ogr -f DXF " + out + " " + ShellQuote(dir.File("in.geojson")),
+                  "boundary/3 boundary/2 boundary/2"}};
     for (const auto& c : cases) {
-        // The values a report after each line gives: the position at each line end over the
-        // step of one hundredth of the file, whenever it changes.
-        const std::size_t size = c.text.size();
-        const std::size_t step = size / 100 ? size / 100 : 100000;
-        std::vector<int> expected;
-        int last = 0;
-        for (std::size_t i = 0; i < size; ++i) {
-            if (c.text[i] != '\n') continue;
-            const int value = static_cast<int>((i + 1) / step);
-            if (value != last) expected.push_back(value);
-            last = value;
-        }
-        TTempDir dir;
-        const std::string path = dir.File("p.dxf");
-        WriteFileBytes(path, c.text);
-        g_Progress.clear();
-        TMapLayer layer;
-        TGisFileDxf reader;
-        EXPECT_EQ(reader.LoadFile(path.c_str(), &layer, &RecordProgress), 0) << c.name;
-        EXPECT_EQ(g_Progress, expected) << c.name;
+        if (!c.available) continue;
+        std::filesystem::remove(dir.File("out.dxf"));
+        const TCommandResult made = RunCommand(c.command);
+        ASSERT_EQ(made.iExit, 0) << c.name << ": " << made.strErr;
+        int result = -1;
+        EXPECT_EQ(LoadPath(dir.File("out.dxf"), &result), c.expected) << c.name;
+        EXPECT_EQ(result, 0) << c.name;
     }
+    if (!ezdxf || !gdal) GTEST_SKIP() << "ezdxf for " << TL_GIS_PYTHON << " or GDAL's ogr2ogr is missing";
 }
+
 }  // namespace
