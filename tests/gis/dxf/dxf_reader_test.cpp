@@ -15,27 +15,25 @@
 
 #include "gis/dxf/dxf_tables.h"
 #include "gis/dxf/gis_file_dxf.h"
-#include "gis/gis_map.h"
 #include "test_support.h"
 
 namespace {
 
 // Expands "0 LINE|8 A41|10 10.5" into group lines: each code right-aligned in width columns on
 // its own line, then its value, each line ended by eol.
-std::string DxfGroups(const std::string& compact, const char* eol = "\n", int width = 3) {
+std::string DxfGroups(const std::string& compact, const char* eol = "\n", std::size_t width = 3) {
     std::string out;
     std::istringstream in(compact);
     for (std::string group; std::getline(in, group, '|');) {
         const std::size_t space = group.find(' ');
-        const std::string code = group.substr(0, space);
-        out += std::string(code.size() < std::size_t(width) ? width - code.size() : 0, ' ') + code + eol;
-        out += (space == std::string::npos ? "" : group.substr(space + 1)) + eol;
+        out += std::string(width > space ? width - space : 0, ' ') + group.substr(0, space) + eol;
+        out += group.substr(space + 1) + eol;
     }
     return out;
 }
 
 // A whole drawing whose ENTITIES section holds the compact groups.
-std::string DxfWithEntities(const std::string& compact, const char* eol = "\n", int width = 3) {
+std::string Drawing(const std::string& compact, const char* eol = "\n", std::size_t width = 3) {
     return DxfGroups(
         "0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|0 ENDSEC|0 SECTION|2 ENTITIES|" + compact + "|0 ENDSEC|0 EOF",
         eol, width);
@@ -43,8 +41,9 @@ std::string DxfWithEntities(const std::string& compact, const char* eol = "\n", 
 
 // Compact groups of entities, (x, y) = (longitude, latitude).
 using TXY = std::pair<double, double>;
-std::string XY(TXY p, const char* x = "10", const char* y = "20") {
-    return std::string("|") + x + " " + std::to_string(p.first) + "|" + y + " " + std::to_string(p.second);
+std::string XY(TXY p, const char* codes = "10 20") {
+    return "|" + std::string(codes, 2) + " " + std::to_string(p.first) + "|" + (codes + 3) + " " +
+           std::to_string(p.second);
 }
 std::string Lw(const std::string& layer, const std::vector<TXY>& points, int flags = 0) {
     std::string g =
@@ -52,41 +51,14 @@ std::string Lw(const std::string& layer, const std::vector<TXY>& points, int fla
     for (const TXY& p : points) g += XY(p);
     return g;
 }
-std::string Poly(const std::string& layer, const std::vector<TXY>& points, int flags = 0) {
-    std::string g = "0 POLYLINE|8 " + layer + "|66 1|70 " + std::to_string(flags);
+std::string Poly(const std::string& layer, const std::vector<TXY>& points) {
+    std::string g = "0 POLYLINE|8 " + layer + "|66 1";
     for (const TXY& p : points) g += "|0 VERTEX|8 " + layer + XY(p);
     return g + "|0 SEQEND|8 " + layer;
 }
 std::string Line(const std::string& layer, TXY from, TXY to) {
-    return "0 LINE|8 " + layer + XY(from) + XY(to, "11", "21");
+    return "0 LINE|8 " + layer + XY(from) + XY(to, "11 21");
 }
-
-// One word per element, in layer order: lines as "<class>/<points>" ("road/4", a closed
-// square "boundary/5"), markers as "m<symbol>:<name>@<lat>,<lon>".
-std::string DescribeLayer(const TMapLayer& layer) {
-    static const std::pair<std::uint32_t, const char*> kClasses[] = {
-        {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
-        {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
-    std::ostringstream out;
-    for (const TMapElement* e : layer.m_Elements) {
-        if (out.tellp() > 0) out << ' ';
-        if (const auto* m = dynamic_cast<const TFeatureMarker*>(e)) {
-            out << 'm' << e->GetLowBits() << ':' << m->m_strName << '@' << m->m_Loc.dLat << ','
-                << m->m_Loc.dLon;
-            continue;
-        }
-        const char* name = "other";
-        for (const auto& [kind, text] : kClasses)
-            if (e->GetKind() == kind) name = text;
-        out << name << '/' << static_cast<const TFeatureLine*>(e)->m_iNumPoints;
-    }
-    return out.str();
-}
-
-// Longitudes above 90 show a reader that swaps x and y: its latitudes would be out of range.
-const std::vector<TXY> kSquare = {{100.5, 45.2}, {100.6, 45.2}, {100.6, 45.3}, {100.5, 45.3}};
-const std::string kLine = Line("A41", {100.5, 45.2}, {100.6, 45.3});
-
 // An insert carrying attributes (tag, value, x, y) closed by a SEQEND on seqendLayer.
 std::string Insert(const std::vector<std::vector<std::string>>& attributes,
                    const std::string& seqendLayer = "0") {
@@ -96,12 +68,26 @@ std::string Insert(const std::vector<std::vector<std::string>>& attributes,
     return g + "|0 SEQEND|8 " + seqendLayer;
 }
 
-// Loads a drawing; the layer it leaves, described by DescribeLayer.
+// Loads a drawing and describes the layer it leaves, one word per element: lines as
+// "<class>/<points>" ("road/4", a closed square "boundary/5"), markers as
+// "m<symbol>:<name>@<lat>,<lon>".
 std::string LoadPath(const std::string& path, int* result = nullptr) {
+    static const std::pair<std::uint32_t, const char*> kClasses[] = {
+        {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
+        {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
     TMapLayer layer;
     const int r = TGisFileDxf().LoadFile(path.c_str(), &layer, nullptr);
     if (result) *result = r;
-    return DescribeLayer(layer);
+    std::ostringstream out;
+    for (const TMapElement* e : layer.m_Elements) {
+        out << (out.tellp() > 0 ? " " : "");
+        if (const auto* m = dynamic_cast<const TFeatureMarker*>(e))
+            out << 'm' << e->GetLowBits() << ':' << m->m_strName << '@' << m->m_Loc.dLat << ','
+                << m->m_Loc.dLon;
+        for (const auto& [kind, name] : kClasses)
+            if (e->GetKind() == kind) out << name << '/' << static_cast<const TFeatureLine*>(e)->m_iNumPoints;
+    }
+    return out.str();
 }
 
 std::string Load(const std::string& text, int* result = nullptr) {
@@ -109,6 +95,10 @@ std::string Load(const std::string& text, int* result = nullptr) {
     WriteFileBytes(dir.File("drawing.dxf"), text);
     return LoadPath(dir.File("drawing.dxf"), result);
 }
+
+// Longitudes above 90 show a reader that swaps x and y: its latitudes would be out of range.
+const std::vector<TXY> kSquare = {{100.5, 45.2}, {100.6, 45.2}, {100.6, 45.3}, {100.5, 45.3}};
+const std::string kLine = Line("A41", {100.5, 45.2}, {100.6, 45.3});
 
 TEST(DxfReader, LayersClassifyPolylines) {
     // "layers=layer read", one square on each layer in order. Layers named by a number keep the
@@ -123,20 +113,18 @@ TEST(DxfReader, LayersClassifyPolylines) {
             std::istringstream names(c.substr(0, c.find('=')));
             for (std::string name; names >> name;)
                 body += (body.empty() ? "" : "|") + (lightweight ? Lw(name, kSquare) : Poly(name, kSquare));
-            EXPECT_EQ(Load(DxfWithEntities(body)), c.substr(c.find('=') + 1))
-                << c << (lightweight ? " LW" : "");
+            EXPECT_EQ(Load(Drawing(body)), c.substr(c.find('=') + 1)) << c << (lightweight ? " LW" : "");
         }
     }
     // An earlier table row that is a prefix of a later one would hide it.
     for (int i = 0; i < s_iLayerClassCount; ++i)
-        EXPECT_EQ(FindDxfLayerClass(s_aLayerClasses[i].szPrefix), &s_aLayerClasses[i])
-            << s_aLayerClasses[i].szPrefix;
+        EXPECT_EQ(FindDxfLayerClass(s_aLayerClasses[i].szPrefix), &s_aLayerClasses[i]) << i;
     for (int i = 0; i < s_iTagClassCount; ++i)
-        EXPECT_EQ(FindDxfTagClass(s_aTagClasses[i].szPrefix), &s_aTagClasses[i]) << s_aTagClasses[i].szPrefix;
+        EXPECT_EQ(FindDxfTagClass(s_aTagClasses[i].szPrefix), &s_aTagClasses[i]) << i;
 }
 
 TEST(DxfReader, EntitiesSectionsAndDamage) {
-    const std::string head = "0 SECTION|2 ENTITIES|";
+    constexpr int kAnyResult = -1;
     const std::string street = Insert({{"TGR_NAME", "Main Street", "10.8", "45.5"}});
     const std::string mixed = Lw("A41", kSquare, 1) + "|" + Poly("H12", kSquare) + "|" + street + "|" + kLine;
     const char* const mixedLayer = "road/5 water/4 m56:Main Street@45.5,10.8 generic/2";
@@ -145,49 +133,51 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
     // A polyline on F30 through the corners of the square, each vertex with its extra groups.
     const auto vertices = [](const std::vector<std::string>& extras) {
         std::string g = "0 POLYLINE|8 F30|66 1";
-        for (std::size_t i = 0; i < extras.size(); ++i)
-            g += "|0 VERTEX|8 F30" + (extras[i].empty() ? "" : "|" + extras[i]) + XY(kSquare[i]);
-        return DxfWithEntities(g + "|0 SEQEND|8 F30");
+        for (std::size_t i = 0; i < extras.size(); ++i) g += "|0 VERTEX|8 F30|" + extras[i] + XY(kSquare[i]);
+        return Drawing(g + "|0 SEQEND|8 F30");
     };
-    const auto e = [](const std::string& body) { return DxfWithEntities(body); };
-    const auto h = [&head](const std::string& body) { return DxfGroups(head + body); };
+    const auto h = [](const std::string& body) { return DxfGroups("0 SECTION|2 ENTITIES|" + body); };
     const std::string kLong(200000, 'v');
+    std::mt19937 rng(7);
+    std::string noise(1 << 20, '\0'), noLineEnds(3 << 20, '\0');
+    for (char& c : noise) c = static_cast<char>(rng() & 0xFF);
+    for (char& c : noLineEnds) c = static_cast<char>('\x80' + rng() % 64);
     const struct {
         const char* name;
         std::string text;
         std::string expected;
         int result = 0;
     } cases[] = {
-        {"line", e(kLine), "generic/2"},
-        {"line on a skipped layer", e(Line("ZIP", {100.5, 45.2}, {100.6, 45.3})), ""},
-        {"line ignores the layer's class", e(Line("NAME", {100.5, 45.2}, {100.6, 45.3})), "generic/2"},
-        {"line near (0, 0)", e(Line("A41", {0.5, 0.5}, {100.6, 45.3})), ""},
-        {"vertex near (0, 0) dropped", e(Poly("F30", {{100.5, 45.2}, {0.5, 0.5}, {100.6, 45.3}})),
+        {"line", Drawing(kLine), "generic/2"},
+        {"line on a skipped layer", Drawing(Line("ZIP", {100.5, 45.2}, {100.6, 45.3})), ""},
+        {"line ignores the layer's class", Drawing(Line("NAME", {100.5, 45.2}, {100.6, 45.3})), "generic/2"},
+        {"line near (0, 0)", Drawing(Line("A41", {0.5, 0.5}, {100.6, 45.3})), ""},
+        {"vertex near (0, 0) dropped", Drawing(Poly("F30", {{100.5, 45.2}, {0.5, 0.5}, {100.6, 45.3}})),
          "boundary/2"},
-        {"vertex flag closes", vertices({"70 1", "", ""}), "boundary/4"},
-        {"bulge above 0.9 reopens", vertices({"70 1", "", "42 0.95"}), "boundary/3"},
-        {"bulge of 0.9 keeps it closed", vertices({"70 1", "42 0.9", ""}), "boundary/4"},
-        {"bulge of the first vertex carries over", vertices({"42 1", "", "70 1"}), "boundary/3"},
+        {"vertex flag closes", vertices({"70 1", "5 a", "5 b"}), "boundary/4"},
+        {"bulge above 0.9 reopens", vertices({"70 1", "5 a", "42 0.95"}), "boundary/3"},
+        {"bulge of 0.9 keeps it closed", vertices({"70 1", "42 0.9", "5 b"}), "boundary/4"},
+        {"bulge of the first vertex carries over", vertices({"42 1", "5 a", "70 1"}), "boundary/3"},
         {"lightweight second vertex rejected",
-         e(Lw("A41", {{10.5, 45.2}, {0.5, 0.5}, {10.6, 45.3}, {10.5, 45.3}})), "road/3"},
+         Drawing(Lw("A41", {{10.5, 45.2}, {0.5, 0.5}, {10.6, 45.3}, {10.5, 45.3}})), "road/3"},
         {"lightweight count far above its vertices",
-         e("0 LWPOLYLINE|8 A41|90 10000000|10 10.5|20 45.2|10 10.6|20 45.3|10 10.5|20 45.3"), "road/3"},
+         Drawing("0 LWPOLYLINE|8 A41|90 10000000|10 10.5|20 45.2|10 10.6|20 45.3|10 10.5|20 45.3"), "road/3"},
         {"attributed insert takes the last attribute",
-         e(Insert({{"ZIP", "55401", "10.7", "45.4"}, {"TGR_NAME", "Main Street", "10.8", "45.5"}})),
+         Drawing(Insert({{"ZIP", "55401", "10.7", "45.4"}, {"TGR_NAME", "Main Street", "10.8", "45.5"}})),
          "m56:Main Street@45.5,10.8"},
-        {"attribute tag without a row", e(Insert({{"ZIP", "55401", "10.7", "45.4"}})), ""},
-        {"insert ending on a skipped layer", e(Insert({{"TGR_NAME", "x", "10.8", "45.5"}}, "ZIP")), ""},
-        {"attribute near (0, 0)", e(Insert({{"TGR_NAME", "x", "0.2", "0.3"}})), ""},
-        {"insert without attributes", e("0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|" + kLine), "generic/2"},
+        {"attribute tag without a row", Drawing(Insert({{"ZIP", "55401", "10.7", "45.4"}})), ""},
+        {"insert ending on a skipped layer", Drawing(Insert({{"TGR_NAME", "x", "10.8", "45.5"}}, "ZIP")), ""},
+        {"attribute near (0, 0)", Drawing(Insert({{"TGR_NAME", "x", "0.2", "0.3"}})), ""},
+        {"insert without attributes", Drawing("0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|" + kLine), "generic/2"},
         {"a skipped lightweight polyline takes no later vertices",
-         e("0 LWPOLYLINE|8 ZIP|90 2|10 10.5|20 45.2|10 10.6|20 45.3|" + kLine), "generic/2"},
-        {"an insert after a skipped polyline", e(Poly("ZIP", kSquare) + "|" + street),
+         Drawing("0 LWPOLYLINE|8 ZIP|90 2|10 10.5|20 45.2|10 10.6|20 45.3|" + kLine), "generic/2"},
+        {"an insert after a skipped polyline", Drawing(Poly("ZIP", kSquare) + "|" + street),
          "m56:Main Street@45.5,10.8"},
         {"header section", DxfGroups("0 SECTION|2 HEADER|" + kLine + "|0 ENDSEC|0 EOF"), ""},
         {"blocks", DxfGroups("0 SECTION|2 BLOCKS|" + kLine + "|0 ENDSEC|0 EOF"), "generic/2"},
         {"ENDSEC does not end a section", h("0 ENDSEC|" + kLine + "|0 EOF"), "generic/2"},
-        {"CR LF and codes in eight columns", DxfWithEntities(mixed, "\r\n", 8), mixedLayer},
-        {"codes without padding", DxfWithEntities(mixed, "\n", 0), mixedLayer},
+        {"CR LF and codes in eight columns", Drawing(mixed, "\r\n", 8), mixedLayer},
+        {"codes without padding", Drawing(mixed, "\n", 0), mixedLayer},
         {"lightweight polyline cut short", h("0 LWPOLYLINE|8 A41|90 4|10 10.5|20 45.2|10 10.6"), ""},
         {"polyline without SEQEND", h(unended), ""},
         {"code without value at the end", h(kLine) + "  0\n", "generic/2"},
@@ -198,21 +188,23 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
          h("0 LINE|8 A41|10 10.5|20 45.2|11 10.6|21 95") + "twenty-one\n45.3\n  0\nEOF\n", "generic/2"},
         {"codes out of the int range", h("99999999999999 x|-99999999999 y|" + kLine + "|0 EOF"), "generic/2"},
         {"numbers that are not numbers",
-         DxfGroups(head +
-                   "0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"),
-         "road/1"},
+         h("0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"), "road/1"},
         {"negative vertex count", h("0 LWPOLYLINE|8 A41|90 -5|10 10.5|20 45.2|10 10.6|20 45.3"), "road/1"},
-        // A line longer than 65,536 characters keeps its start.
-        {"10,000 characters", e(Insert({{"TGR_NAME", kLong.substr(0, 10000), "10.8", "45.5"}})),
-         "m56:" + kLong.substr(0, 10000) + "@45.5,10.8"},
-        {"200,000 characters", e(Insert({{"TGR_NAME", kLong, "10.8", "45.5"}})),
-         "m56:" + kLong.substr(0, 65536) + "@45.5,10.8"},
         {"SEQEND and ATTRIB without an insert",
-         h("0 SEQEND|8 0|0 ATTRIB|8 0|2 TGR_NAME|10 10.5|20 45.2|0 SEQEND|0 EOF"), ""}};
+         h("0 SEQEND|8 0|0 ATTRIB|8 0|2 TGR_NAME|10 10.5|20 45.2|0 SEQEND|0 EOF"), ""},
+        // A line longer than 65,536 characters keeps its start.
+        {"10,000 characters", Drawing(Insert({{"TGR_NAME", kLong.substr(0, 10000), "10.8", "45.5"}})),
+         "m56:" + kLong.substr(0, 10000) + "@45.5,10.8"},
+        {"200,000 characters", Drawing(Insert({{"TGR_NAME", kLong, "10.8", "45.5"}})),
+         "m56:" + kLong.substr(0, 65536) + "@45.5,10.8"},
+        {"random bytes", noise, "", kAnyResult},
+        {"random bytes without line ends", noLineEnds, "", kAnyResult},
+        {"NUL bytes", std::string(1000, '\0'), "", kAnyResult},
+        {"lone carriage returns", std::string(5000, '\r') + "0\rSECTION\r", "", kAnyResult}};
     for (const auto& c : cases) {
         int result = -1;
         EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
-        EXPECT_EQ(result, c.result) << c.name;
+        EXPECT_TRUE(c.result == kAnyResult || result == c.result) << c.name << ": " << result;
     }
 }
 
@@ -220,28 +212,21 @@ TEST(DxfReader, ProjectedQuestionStopsOrSkips) {
     const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100});
     const struct {
         const char* name;
-        std::string text;
+        std::string body;
         int answer;
-        std::size_t questions;
+        int questions;
         int result;
         const char* expected;
-    } cases[] = {
-        {"line, Yes stops", DxfWithEntities(kLine + "|" + utm + "|" + kLine), IDYES, 1, 6001, "generic/2"},
-        {"line, No asks again", DxfWithEntities(utm + "|" + utm + "|" + kLine), IDNO, 2, 0, "generic/2"},
-        {"lightweight vertex, No keeps the rest",
-         DxfWithEntities(Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})), IDNO, 1, 0, "road/2"},
-        {"insert, Yes", DxfWithEntities(Insert({{"TGR_NAME", "x", "500000", "5000000"}})), IDYES, 1, 6001,
-         ""},
-        {"polyline vertices are never asked about", DxfWithEntities(Poly("F30", {{500000, 5000000}})), 0, 0,
-         0, ""},
-        {"out of range but small is skipped quietly", DxfWithEntities(Line("A41", {10, 95}, {10, 45})), 0, 0,
-         0, ""},
-        // The load's result is that of its last line: here the code line after the answer.
-        {"No on the last entity", DxfGroups("0 SECTION|2 ENTITIES|" + utm) + "  0\n", IDNO, 1, 1, ""}};
+    } cases[] = {{"line, Yes stops", kLine + "|" + utm + "|" + kLine, IDYES, 1, 6001, "generic/2"},
+                 {"line, No asks again", utm + "|" + utm + "|" + kLine, IDNO, 2, 0, "generic/2"},
+                 {"lightweight vertex, No keeps the rest",
+                  Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}}), IDNO, 1, 0, "road/2"},
+                 {"insert, Yes", Insert({{"TGR_NAME", "x", "500000", "5000000"}}), IDYES, 1, 6001, ""},
+                 {"polyline vertices are never asked about", Poly("F30", {{500000, 5000000}}), 0, 0, 0, ""}};
     for (const auto& c : cases) {
         TScriptedMessages messages(std::vector<int>(c.questions, c.answer));
         int result = -1;
-        EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
+        EXPECT_EQ(Load(Drawing(c.body), &result), c.expected) << c.name;
         EXPECT_EQ(result, c.result) << c.name;
         EXPECT_EQ(
             std::count_if(messages.Shown().begin(), messages.Shown().end(),
@@ -251,36 +236,18 @@ TEST(DxfReader, ProjectedQuestionStopsOrSkips) {
     }
 }
 
-TEST(DxfReader, BinaryFilesNamedDxf) {
-    std::mt19937 rng(7);
-    std::string noise(1 << 20, '\0'), noLineEnds(3 << 20, '\0');
-    for (char& c : noise) c = static_cast<char>(rng() & 0xFF);
-    for (char& c : noLineEnds) c = static_cast<char>('\x80' + rng() % 64);
-    const std::string cases[] = {
-        noise, noLineEnds, DxfGroups("0 SECTION|2 ENTITIES|0 LWPOLYLINE|8 A41|90 3") + noise.substr(0, 65536),
-        std::string(1000, '\0'), std::string(5000, '\r') + "0\rSECTION\r"};
-    for (const std::string& bytes : cases) {
-        int result = -1;
-        Load(bytes, &result);
-        EXPECT_TRUE(result == 0 || result == 1 || result == 2 || result == 1001 || result == GISFILE_ERR_DATA)
-            << result << " for " << bytes.substr(0, 40);
-    }
-}
-
 TEST(DxfReader, TenMillionVerticesInOnePolyline) {
-    constexpr int kVertices = 10'000'000;
     TTempDir dir;
-    const std::string path = dir.File("huge.dxf");
     {
-        std::ofstream f(path, std::ios::binary);
-        f << DxfGroups("0 SECTION|2 ENTITIES|0 LWPOLYLINE|8 A41|90 " + std::to_string(kVertices));
+        std::ofstream f(dir.File("huge.dxf"), std::ios::binary);
+        f << DxfGroups("0 SECTION|2 ENTITIES|0 LWPOLYLINE|8 A41|90 10000000");
         std::string block;
         for (int i = 0; i < 10000; ++i) block += "10\n10.5\n20\n45.5\n";
-        for (int i = 0; i < kVertices / 10000; ++i) f << block;
+        for (int i = 0; i < 1000; ++i) f << block;
         f << DxfGroups("0 ENDSEC|0 EOF");
     }
     int result = -1;
-    EXPECT_EQ(LoadPath(path, &result), "road/" + std::to_string(kVertices));
+    EXPECT_EQ(LoadPath(dir.File("huge.dxf"), &result), "road/10000000");
     EXPECT_EQ(result, 0);
 }
 
