@@ -13,7 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include "gis/dxf/dxf_tables.h"
 #include "gis/dxf/gis_file_dxf.h"
 #include "test_support.h"
 
@@ -116,18 +115,14 @@ TEST(DxfReader, LayersClassifyPolylines) {
             EXPECT_EQ(Load(Drawing(body)), c.substr(c.find('=') + 1)) << c << (lightweight ? " LW" : "");
         }
     }
-    // An earlier table row that is a prefix of a later one would hide it.
-    for (int i = 0; i < s_iLayerClassCount; ++i)
-        EXPECT_EQ(FindDxfLayerClass(s_aLayerClasses[i].szPrefix), &s_aLayerClasses[i]) << i;
-    for (int i = 0; i < s_iTagClassCount; ++i)
-        EXPECT_EQ(FindDxfTagClass(s_aTagClasses[i].szPrefix), &s_aTagClasses[i]) << i;
 }
 
-TEST(DxfReader, EntitiesSectionsAndDamage) {
+TEST(DxfReader, EntitiesSectionsDamageAndQuestions) {
     constexpr int kAnyResult = -1;
     const std::string street = Insert({{"TGR_NAME", "Main Street", "10.8", "45.5"}});
     const std::string mixed = Lw("A41", kSquare, 1) + "|" + Poly("H12", kSquare) + "|" + street + "|" + kLine;
     const char* const mixedLayer = "road/5 water/4 m56:Main Street@45.5,10.8 generic/2";
+    const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100});
     std::string unended = Poly("F30", kSquare);
     unended.erase(unended.rfind("|0 SEQEND"));
     // A polyline on F30 through the corners of the square, each vertex with its extra groups.
@@ -147,10 +142,10 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
         std::string text;
         std::string expected;
         int result = 0;
+        int answer = 0;  // to each projected-coordinate question
+        int questions = 0;
     } cases[] = {
         {"line", Drawing(kLine), "generic/2"},
-        {"line on a skipped layer", Drawing(Line("ZIP", {100.5, 45.2}, {100.6, 45.3})), ""},
-        {"line ignores the layer's class", Drawing(Line("NAME", {100.5, 45.2}, {100.6, 45.3})), "generic/2"},
         {"line near (0, 0)", Drawing(Line("A41", {0.5, 0.5}, {100.6, 45.3})), ""},
         {"vertex near (0, 0) dropped", Drawing(Poly("F30", {{100.5, 45.2}, {0.5, 0.5}, {100.6, 45.3}})),
          "boundary/2"},
@@ -167,15 +162,9 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
          "m56:Main Street@45.5,10.8"},
         {"attribute tag without a row", Drawing(Insert({{"ZIP", "55401", "10.7", "45.4"}})), ""},
         {"insert ending on a skipped layer", Drawing(Insert({{"TGR_NAME", "x", "10.8", "45.5"}}, "ZIP")), ""},
-        {"attribute near (0, 0)", Drawing(Insert({{"TGR_NAME", "x", "0.2", "0.3"}})), ""},
-        {"insert without attributes", Drawing("0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|" + kLine), "generic/2"},
         {"a skipped lightweight polyline takes no later vertices",
          Drawing("0 LWPOLYLINE|8 ZIP|90 2|10 10.5|20 45.2|10 10.6|20 45.3|" + kLine), "generic/2"},
-        {"an insert after a skipped polyline", Drawing(Poly("ZIP", kSquare) + "|" + street),
-         "m56:Main Street@45.5,10.8"},
-        {"header section", DxfGroups("0 SECTION|2 HEADER|" + kLine + "|0 ENDSEC|0 EOF"), ""},
         {"blocks", DxfGroups("0 SECTION|2 BLOCKS|" + kLine + "|0 ENDSEC|0 EOF"), "generic/2"},
-        {"ENDSEC does not end a section", h("0 ENDSEC|" + kLine + "|0 EOF"), "generic/2"},
         {"CR LF and codes in eight columns", Drawing(mixed, "\r\n", 8), mixedLayer},
         {"codes without padding", Drawing(mixed, "\n", 0), mixedLayer},
         {"lightweight polyline cut short", h("0 LWPOLYLINE|8 A41|90 4|10 10.5|20 45.2|10 10.6"), ""},
@@ -186,9 +175,6 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
         // A code line without a number keeps the code before it: 45.3 replaces the latitude 95.
         {"non-numeric group code",
          h("0 LINE|8 A41|10 10.5|20 45.2|11 10.6|21 95") + "twenty-one\n45.3\n  0\nEOF\n", "generic/2"},
-        {"codes out of the int range", h("99999999999999 x|-99999999999 y|" + kLine + "|0 EOF"), "generic/2"},
-        {"numbers that are not numbers",
-         h("0 LWPOLYLINE|8 A41|90 x|70 y|10 nan|20 nan|10 -nan|20 1e-999|10 10.5|20 45.2|0 EOF"), "road/1"},
         {"negative vertex count", h("0 LWPOLYLINE|8 A41|90 -5|10 10.5|20 45.2|10 10.6|20 45.3"), "road/1"},
         {"SEQEND and ATTRIB without an insert",
          h("0 SEQEND|8 0|0 ATTRIB|8 0|2 TGR_NAME|10 10.5|20 45.2|0 SEQEND|0 EOF"), ""},
@@ -199,35 +185,17 @@ TEST(DxfReader, EntitiesSectionsAndDamage) {
          "m56:" + kLong.substr(0, 65536) + "@45.5,10.8"},
         {"random bytes", noise, "", kAnyResult},
         {"random bytes without line ends", noLineEnds, "", kAnyResult},
-        {"NUL bytes", std::string(1000, '\0'), "", kAnyResult},
-        {"lone carriage returns", std::string(5000, '\r') + "0\rSECTION\r", "", kAnyResult}};
-    for (const auto& c : cases) {
-        int result = -1;
-        EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
-        EXPECT_TRUE(c.result == kAnyResult || result == c.result) << c.name << ": " << result;
-    }
-}
-
-TEST(DxfReader, ProjectedQuestionStopsOrSkips) {
-    const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100});
-    const struct {
-        const char* name;
-        std::string body;
-        int answer;
-        int questions;
-        int result;
-        const char* expected;
-    } cases[] = {{"line, Yes stops", kLine + "|" + utm + "|" + kLine, IDYES, 1, 6001, "generic/2"},
-                 {"line, No asks again", utm + "|" + utm + "|" + kLine, IDNO, 2, 0, "generic/2"},
-                 {"lightweight vertex, No keeps the rest",
-                  Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}}), IDNO, 1, 0, "road/2"},
-                 {"insert, Yes", Insert({{"TGR_NAME", "x", "500000", "5000000"}}), IDYES, 1, 6001, ""},
-                 {"polyline vertices are never asked about", Poly("F30", {{500000, 5000000}}), 0, 0, 0, ""}};
+        {"line, Yes stops", Drawing(kLine + "|" + utm + "|" + kLine), "generic/2", 6001, IDYES, 1},
+        {"line, No asks again", Drawing(utm + "|" + utm + "|" + kLine), "generic/2", 0, IDNO, 2},
+        {"lightweight vertex, No keeps the rest",
+         Drawing(Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})), "road/2", 0, IDNO, 1},
+        {"insert, Yes", Drawing(Insert({{"TGR_NAME", "x", "500000", "5000000"}})), "", 6001, IDYES, 1},
+        {"polyline vertices are never asked about", Drawing(Poly("F30", {{500000, 5000000}})), ""}};
     for (const auto& c : cases) {
         TScriptedMessages messages(std::vector<int>(c.questions, c.answer));
         int result = -1;
-        EXPECT_EQ(Load(Drawing(c.body), &result), c.expected) << c.name;
-        EXPECT_EQ(result, c.result) << c.name;
+        EXPECT_EQ(Load(c.text, &result), c.expected) << c.name;
+        EXPECT_TRUE(c.result == kAnyResult || result == c.result) << c.name << ": " << result;
         EXPECT_EQ(
             std::count_if(messages.Shown().begin(), messages.Shown().end(),
                           [](const TMessageBoxRequest& r) { return r.IsQuestion() && r.iTextId == 2039; }),
@@ -284,12 +252,11 @@ doc.saveas(out)
 // GDAL writes a line as LWPOLYLINE, a polygon as HATCH and a point as POINT, among tables and
 // objects this reader has no use for.
 const char* const kGeoJson = R"({"type":"FeatureCollection","features":[
-{"type":"Feature","properties":{},"geometry":{"type":"LineString","coordinates":[[10.5,45.2],[10.6,45.3],[10.7,45.25]]}},
-{"type":"Feature","properties":{},"geometry":{"type":"Polygon","coordinates":[[[10.5,45.2],[10.6,45.2],[10.6,45.3],[10.5,45.2]],
+{"type":"Feature","geometry":{"type":"LineString","coordinates":[[10.5,45.2],[10.6,45.3],[10.7,45.25]]}},
+{"type":"Feature","geometry":{"type":"Polygon","coordinates":[[[10.5,45.2],[10.6,45.2],[10.6,45.3],[10.5,45.2]],
  [[10.55,45.22],[10.58,45.22],[10.58,45.25],[10.55,45.22]]]}},
-{"type":"Feature","properties":{},"geometry":{"type":"Point","coordinates":[10.55,45.25]}},
-{"type":"Feature","properties":{},"geometry":{"type":"MultiLineString","coordinates":[[[11.5,46.2],[11.6,46.3]],[[11.7,46.4],[11.8,46.5]]]}}
-]})";
+{"type":"Feature","geometry":{"type":"Point","coordinates":[10.55,45.25]}},
+{"type":"Feature","geometry":{"type":"MultiLineString","coordinates":[[[11.5,46.2],[11.6,46.3]],[[11.7,46.4],[11.8,46.5]]]}}]})";
 
 TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
     TTempDir dir;

@@ -138,13 +138,16 @@ TEST_F(DxfWriter, GoldenDrawings) {
 }
 
 // Polygons by kind and bound type (other lines and markers are not written); spray by the first
-// sample's flag and the mode, with the track outline gathering every sample of every run.
+// sample's flag and the mode, with the track outline gathering every sample of every run. An
+// unusable clock leaves the time stamp empty, and a coordinate too wide for a value line is
+// cut, never spilled.
 TEST_F(DxfWriter, PolylinesByMode) {
+    SetClockForTesting([] { return std::numeric_limits<std::time_t>::max(); });
     const auto polygons = [](TMapLayer& l) {
         const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
         AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
         AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
-        AddLine(l, ELEMENT_LINE_AREA, 0, {ring[0], ring[1]});
+        AddLine(l, ELEMENT_LINE_AREA, 0, {{45.1, 1e300}, {45.2, 10.1}});
         AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
         for (const std::uint32_t kind : {ELEMENT_LINE_ROAD, ELEMENT_LINE_WATER, ELEMENT_LINE_GENERIC})
             AddLine(l, kind, BOUNDARY_EXC, ring);
@@ -155,26 +158,14 @@ TEST_F(DxfWriter, PolylinesByMode) {
         AddSprayRun(l, 3, true)->m_dwType = ELEMENT_SPRAY_ALT | 5;
         AddSprayRun(l, 3, false);
     };
-    EXPECT_EQ(DescribePolylines(Write(polygons)), "3:4 3:4 3:2 1:4 6:0");
-    EXPECT_EQ(DescribePolylines(Write(runs, 0, 0)), "2:4 1:6 2:3 6:10");
-    EXPECT_EQ(DescribePolylines(Write(runs, 1, 1)), "1:4 1:4 6:10");
-    EXPECT_EQ(DescribePolylines(Write(runs, 1, 0)), "2:2 2:2 2:2 1:4 1:4 2:2 2:2 6:10");
-}
-
-// An unusable clock leaves the time stamp empty; a coordinate too wide for a value line is cut,
-// never spilled.
-TEST_F(DxfWriter, EdgesOfTheFile) {
-    SetClockForTesting([] { return std::numeric_limits<std::time_t>::max(); });
-    int result = -1;
-    const std::string text = Write(
-        [](TMapLayer& l) {
-            AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, {{45.1, 1e300}, {45.2, -93.1}});
-        },
-        0, 1, &result);
-    EXPECT_EQ(result, 0);
+    const std::string text = Write(polygons);
     EXPECT_EQ(text.rfind("999\r\nCreated by TOLVIX mapping software \r\n", 0), 0u) << text.substr(0, 80);
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 83u) << line;
+    EXPECT_EQ(DescribePolylines(text), "3:4 3:4 3:2 1:4 6:0");
+    EXPECT_EQ(DescribePolylines(Write(runs, 0, 0)), "2:4 1:6 2:3 6:10");
+    EXPECT_EQ(DescribePolylines(Write(runs, 1, 1)), "1:4 1:4 6:10");
+    EXPECT_EQ(DescribePolylines(Write(runs, 1, 0)), "2:2 2:2 2:2 1:4 1:4 2:2 2:2 6:10");
     TMapLayer layer;
     EXPECT_EQ(TGisFileDxf().WriteFile("/nonexistent-folder/out.dxf", &layer), 1);
 }

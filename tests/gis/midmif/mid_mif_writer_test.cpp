@@ -1,9 +1,10 @@
-// Writing MID/MIF pairs: golden files, paths and failures, recorded spray rows by setting, and
-// complete rows that GDAL reads.
+// Writing MID/MIF pairs: golden files, paths and failures, recorded spray rows by setting, the
+// padded row fields, and complete rows that GDAL reads.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <sstream>
@@ -14,6 +15,7 @@
 #include "gis/gis_map.h"
 #include "gis/line_assembly.h"
 #include "gis/midmif/gis_file_midmif.h"
+#include "gis/numbers.h"
 #include "test_support.h"
 
 namespace {
@@ -180,36 +182,23 @@ TEST_F(MidMifWriter, PathsDelimitersAndFailures) {
 // Rate units, channels and block modes, as "regions R points P: rate|rate|..." with the
 // flow-rate field (the seventh) of each .mid row.
 TEST_F(MidMifWriter, SprayRowsCarryTheExpectedRates) {
-    using Writer = TGisFileMidMif;
     const struct {
         const char* name;
-        std::function<void(TFeatureSpray&, Writer&)> change;
+        std::function<void(TFeatureSpray&, TGisFileMidMif&)> change;
         const char* expected;
-    } cases[] = {
-        {"metric as recorded", [](TFeatureSpray&, Writer& w) { w.m_bMetric = 1; },
-         "regions 1 points 0: 30.0000|6.0000|7.0000"},
-        {"mass in pounds", [](TFeatureSpray& s, Writer&) { s.m_iRateUnits = 6; },
-         "regions 1 points 0: 26.7654|5.3531|6.2453"},
-        {"no channels: rate 0", [](TFeatureSpray&, Writer&) { Writer::s_iMidSprayChans = 0; },
-         "regions 1 points 0: 0.0000|0.6414|0.7483"},
-        {"channels beyond ten stop at ten",
-         [](TFeatureSpray& s, Writer&) { Writer::s_iMidSprayChans = 40, s.m_pRecs[2].afActualRate[9] = 10; },
-         "regions 1 points 0: 1.0691|0.6414|0.7483"},
-        // Peaks are taken per block: the first pair peaks at 10, the second at 20.
-        {"pair blocks peak per block",
-         [](TFeatureSpray& s, Writer& w) { w.SetSingleBlockMode(1), s.m_pRecs[1].afActualRate[1] = 0; },
-         "regions 2 points 0: 1.0691|2.1381|0.6414|0.7483"},
-        {"the first sample's rate alone gives all rows",
-         [](TFeatureSpray& s, Writer&) { s.m_pRecs[1].afActualRate[0] = s.m_pRecs[2].afActualRate[0] = 0; },
-         "regions 1 points 0: 3.2072|0.0000|0.0000"},
-        // Complete rows: a row for every region, a point for every sample row.
-        {"complete rows give regions rows",
-         [](TFeatureSpray& s, Writer& w) {
-             Writer::s_bMidCompleteRows = true, w.SetSingleBlockMode(1), s.m_adChannel[0] = 0.5;
-         },
-         "regions 2 points 2: 0.0000|0.0000|0.6414|0.7483"}};
+    } cases[] = {// Peaks are taken per block: the first pair peaks at 10, the second at 20.
+                 {"metric as recorded, peaks per pair of samples",
+                  [](TFeatureSpray& s, TGisFileMidMif& w) {
+                      w.m_bMetric = 1, w.SetSingleBlockMode(1), s.m_pRecs[1].afActualRate[1] = 0;
+                  },
+                  "regions 2 points 0: 10.0000|20.0000|6.0000|7.0000"},
+                 {"mass in pounds, channels beyond ten stop at ten",
+                  [](TFeatureSpray& s, TGisFileMidMif&) {
+                      s.m_iRateUnits = 6, TGisFileMidMif::s_iMidSprayChans = 40,
+                      s.m_pRecs[2].afActualRate[9] = 10;
+                  },
+                  "regions 1 points 0: 8.9218|5.3531|6.2453"}};
     for (const auto& c : cases) {
-        Reset();
         TGisFileMidMif::s_iMidSprayChans = 2;
         TMapLayer layer;
         TFeatureSpray* spray = AddThreeSampleSpray(layer);
@@ -232,6 +221,31 @@ TEST_F(MidMifWriter, SprayRowsCarryTheExpectedRates) {
         EXPECT_EQ("regions " + std::to_string(regions) + " points " + std::to_string(points) + ": " + rates,
                   c.expected)
             << c.name;
+    }
+}
+
+// Rounding, signs and widths of the row fields, "%*.*f", "%0*lld" and "%*lld", as printf gives them.
+TEST(MidFields, PaddingMatchesPrintf) {
+    for (const double v :
+         {0.0, -0.0, 0.05, 0.25, -1.25, 2.5, 111.84681, 99999.95, -123456.789, 1e-7, 3.20719906}) {
+        for (const auto& [width, decimals] : {std::pair{5, 1}, std::pair{10, 4}, std::pair{3, 0}}) {
+            char expected[64];
+            std::snprintf(expected, sizeof expected, "%*.*f", width, decimals, v);
+            std::string got;
+            AppendFixedWidth(got, v, width, decimals);
+            EXPECT_EQ(got, expected) << v << " width " << width << " decimals " << decimals;
+        }
+    }
+    for (const long long v : {0LL, 7LL, -7LL, 328LL, -13LL, 12345LL, -12345LL, 2147483647LL}) {
+        for (const int width : {2, 3, 5}) {
+            char zero[32], space[32];
+            std::snprintf(zero, sizeof zero, "%0*lld", width, v);
+            std::snprintf(space, sizeof space, "%*lld", width, v);
+            std::string z, s;
+            AppendIntWidth(z, v, width, true);
+            AppendIntWidth(s, v, width, false);
+            EXPECT_EQ(z + "|" + s, std::string(zero) + "|" + space) << v << " width " << width;
+        }
     }
 }
 
