@@ -76,15 +76,17 @@ std::string Insert(const std::vector<std::vector<std::string>>& attributes,
     return g + "|0 SEQEND|8 " + seqendLayer;
 }
 
-// Loads a drawing and describes the layer it leaves, one word per element: lines as
+// Loads the text of a drawing and describes the layer it leaves, one word per element: lines as
 // "<class>/<points>" ("road/4", a closed square "boundary/5"), markers as
 // "m<symbol>:<name>@<lat>,<lon>".
-std::string LoadPath(const std::string& path, int* result = nullptr) {
+std::string Load(const std::string& text, int* result = nullptr) {
     static const std::pair<std::uint32_t, const char*> kClasses[] = {
         {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
         {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
+    TTempDir dir;
+    WriteFileBytes(dir.File("drawing.dxf"), text);
     TMapLayer layer;
-    const int r = TGisFileDxf().LoadFile(path.c_str(), &layer, nullptr);
+    const int r = TGisFileDxf().LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
     if (result) *result = r;
     std::ostringstream out;
     for (const TMapElement* e : layer.m_Elements) {
@@ -96,12 +98,6 @@ std::string LoadPath(const std::string& path, int* result = nullptr) {
             if (e->GetKind() == kind) out << name << '/' << static_cast<const TFeatureLine*>(e)->m_iNumPoints;
     }
     return out.str();
-}
-
-std::string Load(const std::string& text, int* result = nullptr) {
-    TTempDir dir;
-    WriteFileBytes(dir.File("drawing.dxf"), text);
-    return LoadPath(dir.File("drawing.dxf"), result);
 }
 
 // Longitudes above 90 show a reader that swaps x and y: its latitudes would be out of range.
@@ -284,7 +280,7 @@ TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
         const TCommandResult made = RunCommand(c.command);
         ASSERT_EQ(made.iExit, 0) << c.name << ": " << made.strErr;
         int result = -1;
-        EXPECT_EQ(LoadPath(dir.File("out.dxf"), &result), c.expected) << c.name;
+        EXPECT_EQ(Load(ReadFileBytes(dir.File("out.dxf")), &result), c.expected) << c.name;
         EXPECT_EQ(result, 0) << c.name;
     }
     if (!ezdxf || !gdal) GTEST_SKIP() << "ezdxf for " << TL_GIS_PYTHON << " or GDAL's ogr2ogr is missing";
@@ -459,15 +455,12 @@ TEST_F(DxfWriter, PeersAcceptWhatIsWrittenAndTheReaderReadsItBack) {
     for (const char* name : kGoldens) files += " " + ShellQuote(GoldenPath(name));
     const bool ezdxf = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import ezdxf'").iExit == 0;
     const bool gdal = HaveProgram("ogrinfo");
-    const TCommandResult audit = RunCommand(
-        std::string(TL_GIS_PYTHON) + " -c " +
-        ShellQuote(
-            "import sys, ezdxf\nbad = 0\nfor path in sys.argv[1:]:\n    auditor = "
-            "ezdxf.readfile(path).audit()\n"
-            "    for e in auditor.errors: print(path, e.code, e.message)\n    bad += auditor.has_errors\n"
-            "sys.exit(1 if bad else 0)\n") +
-        " " + files);
-    EXPECT_TRUE(!ezdxf || audit.iExit == 0) << audit.strOut << audit.strErr;
+    const char* const audit = R"PY(import sys, ezdxf
+errors = [(f, e.code, e.message) for f in sys.argv[1:] for e in ezdxf.readfile(f).audit().errors]
+sys.exit(str(errors) if errors else 0))PY";
+    const TCommandResult audited =
+        RunCommand(std::string(TL_GIS_PYTHON) + " -c " + ShellQuote(audit) + " " + files);
+    EXPECT_TRUE(!ezdxf || audited.iExit == 0) << audited.strOut << audited.strErr;
     // ogrinfo reports broken entities on stderr and still exits with 0.
     const TCommandResult info =
         RunCommand("for f in " + files + "; do ogrinfo -al \"$f\" || echo ERROR; done");

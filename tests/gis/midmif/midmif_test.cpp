@@ -17,8 +17,9 @@
 #include "test_support.h"
 
 namespace {
-// What a load left, as "id:lat lon,lat lon; ... @lat lon ?questions": the lines with their
-// points, the centroids that POINT lines added, the questions asked, and a result other than 0.
+// What a load left, as "id:lat lon,lat lon; ... @lat lon ?boxes": the lines with their points
+// (an id ending in '!' for a line that is no inclusion boundary), the centroids that POINT lines
+// added, the message boxes shown, and a result other than 0.
 std::string LoadMif(const std::string& path, int answer = IDNO) {
     TScriptedMessages messages({answer});
     TMapLayer layer;
@@ -27,9 +28,7 @@ std::string LoadMif(const std::string& path, int answer = IDNO) {
     std::vector<tagLOC> centroids = layer.m_Centroids;
     for (const TMapElement* e : layer.m_Elements) {
         const auto* line = dynamic_cast<const TFeatureLine*>(e);
-        if (line->m_dwType != (ELEMENT_LINE_BOUNDARY | BOUNDARY_INC))
-            out << "(type " << line->m_dwType << ")";
-        out << line->m_strId << ":";
+        out << line->m_strId << (line->m_dwType == (ELEMENT_LINE_BOUNDARY | BOUNDARY_INC) ? ":" : "!:");
         for (int i = 0; i < line->m_iNumPoints; ++i)
             out << (i ? "," : "") << line->m_pPoints[i].dLat << " " << line->m_pPoints[i].dLon;
         out << "; ";
@@ -39,9 +38,7 @@ std::string LoadMif(const std::string& path, int answer = IDNO) {
         }));
     }
     for (const tagLOC& c : centroids) out << "@" << c.dLat << " " << c.dLon << " ";
-    const auto questions = std::count_if(messages.Shown().begin(), messages.Shown().end(),
-                                         [](const TMessageBoxRequest& m) { return m.IsQuestion(); });
-    if (questions > 0) out << "?" << questions << " ";
+    if (!messages.Shown().empty()) out << "?" << messages.Shown().size() << " ";
     if (result != 0) out << "result " << result << " ";
     std::string s = out.str();
     return s.substr(0, s.find_last_not_of(' ') + 1);
@@ -130,12 +127,10 @@ TEST(MifRead, FilesWrittenByGdal) {
     }
 }
 
-// Restores the writer's class settings around each test.
+// Restores the writer's class settings after each test.
 class MidMifWriter : public testing::Test {
 protected:
-    void SetUp() override { Reset(); }
-    void TearDown() override { Reset(); }
-    static void Reset() {
+    void TearDown() override {
         TGisFileMidMif::s_eMidDelimiter = MID_DELIMITER_COMMA;
         TGisFileMidMif::s_iMidSprayChans = 0;
         TGisFileMidMif::s_bMidCompleteRows = false;
