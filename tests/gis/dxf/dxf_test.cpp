@@ -1,8 +1,7 @@
-// Drawings. Reading: layer classes, entity rules, sections, line ends, the projected-coordinate
-// question, drawings written by ezdxf and GDAL, and damaged or hostile files, which end with a
-// result code and nothing read out of bounds (the sanitizer build checks the latter). Writing:
-// byte-exact drawings, polylines by mode, and files that ezdxf and GDAL accept and this reader
-// reads back.
+// Drawings. Reading: layer classes, entity rules, line ends, the projected-coordinate question,
+// drawings of ezdxf and GDAL, and damaged files (a result code, nothing read out of bounds).
+// Writing: byte-exact drawings, polylines by mode, files that ezdxf and GDAL accept and this
+// reader reads back.
 
 #include <gtest/gtest.h>
 

@@ -17,9 +17,9 @@
 #include "test_support.h"
 
 namespace {
-// What a load left, as "id:lat lon,lat lon; ... @lat lon ?boxes": the lines with their points
-// (an id ending in '!' for a line that is no inclusion boundary), the centroids that POINT lines
-// added, the message boxes shown, and a result other than 0.
+// What a load left, as "id:lat lon,lat lon; ... @lat lon ?questions": the lines with their points
+// ('!' after the id of a line that is no inclusion boundary), the centroids that POINT lines
+// added, the questions asked, and a result other than 0.
 std::string LoadMif(const std::string& path, int answer = IDNO) {
     TScriptedMessages messages({answer});
     TMapLayer layer;
@@ -38,7 +38,9 @@ std::string LoadMif(const std::string& path, int answer = IDNO) {
         }));
     }
     for (const tagLOC& c : centroids) out << "@" << c.dLat << " " << c.dLon << " ";
-    if (!messages.Shown().empty()) out << "?" << messages.Shown().size() << " ";
+    if (const auto questions = std::count_if(messages.Shown().begin(), messages.Shown().end(),
+                                             [](const TMessageBoxRequest& m) { return m.IsQuestion(); }))
+        out << "?" << questions << " ";
     if (result != 0) out << "result " << result << " ";
     std::string s = out.str();
     return s.substr(0, s.find_last_not_of(' ') + 1);
