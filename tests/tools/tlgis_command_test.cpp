@@ -86,6 +86,10 @@ TEST(TlgisTool, FormatOptions) {
     TTempDir dir;
     WriteFileBytes(dir.File("12.job"), kJob);
     WriteFileBytes(dir.File("flight.csv"), kFlight);
+    WriteFileBytes(dir.File("track.csv"),
+                   "run,time,lat,lon,heading,speed,spray,swath,height,rate,target\n"
+                   "B,2024-06-01T14:04:00.00,45.6,-93.2,90,50,0,20,0,9,9\n"
+                   "B,2024-06-01T14:04:01.00,45.6,-93.199,90,50,0,20,0,9,9\n");
     WriteFileBytes(dir.File("in.mif"), "Version 300\nData\nPLINE 3\n-93 45\n-92.9 45\n-92.9 45.1\n");
     const std::vector<TToolCase> cases = {
         {"JOB version 3", "convert 12.job North.job --job-version 3", 0, "", "", "North.job",
@@ -98,6 +102,8 @@ TEST(TlgisTool, FormatOptions) {
         {"flight as paired swaths",
          "convert - s.mif --spray flight.csv --mid-spray-channels 2 --single-block", 0, "", "", "s.mid",
          ", ON,    3.2072, \r\n06:01:2024,14:03:11.00, 89.5,000,00164, ON,    0.6414, \r\n"},
+        {"DXF track flown without spraying", "convert - t.dxf --spray track.csv --spray-only 0", 0, "", "",
+         "t.dxf", "ENTITIES\r\n  0\r\nPOLYLINE\r\n  8\r\n1\r\n 62\r\n2\r\n"},
     };
     for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
 }
