@@ -111,6 +111,9 @@ private:
     int DoSprayRec_Spot_Type1(const TFeatureSpray& spray);
     int DoSprayPoints(const TFeatureSpray& spray, bool firstOnly);
     int DoSprayRec_Type3(const TFeatureSpray& spray);
+    // Encodes the samples' positions that are numbers as one polyline record numbered after the
+    // last; its length, or 0 when fewer than two positions are numbers or no block is to be had.
+    int EncodeSprayPath(const TFeatureSpray& spray, TShpPolyEncoder& encoder, unsigned char*& block);
     int DoSprayRec_Type5(TFeatureSpray& spray);
     int WriteShpRecord(const unsigned char* record, int length);
     // Reads the source file's date and cuts m_strSourceFile to its name.

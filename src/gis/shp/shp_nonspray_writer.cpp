@@ -31,9 +31,6 @@ int ForEachMarkedSpray(const TMap& map, TVisit visit) {
     return 0;
 }
 
-bool IsFinite(const tagLOC& loc) {
-    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
-}
 }  // namespace
 
 int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* layer) {
@@ -139,7 +136,7 @@ int TGisFileShp::WriteNonSprayRec_Type1() {
         for (int i = 0; i < count; ++i) {
             const tagSPRAYREC& s = spray.m_pRecs[i];
             // The last sample closes the path whether it sprays or not.
-            if ((s.bySpray != 0 && i != count - 1) || !IsFinite(s.locPos)) continue;
+            if ((s.bySpray != 0 && i != count - 1) || !IsFinitePosition(s.locPos)) continue;
             if (s.locPos.dLat == m_LastPoint.dLat || s.locPos.dLon == m_LastPoint.dLon) continue;
             EncodeShpPointRecord(block, ++m_iShapeRecords, s.locPos);
             const int result =
@@ -158,20 +155,15 @@ int TGisFileShp::WriteNonSprayRec_Type1() {
 
 int TGisFileShp::WriteNonSprayRec_Type3() {
     if (!HasNonSprayData()) return 0;
-    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     TShpPolyEncoder encoder;
     return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) {
         const int count = spray.m_iNumRecs;
         if (count < 2 || spray.m_pRecs[0].bySpray != 0) return 0;
-        const std::size_t bytes = ShpPolyRecordBytes(static_cast<std::size_t>(count));
-        unsigned char* block =
-            bytes < 0x7FFFFFFFu ? buffer.GetBuffer(static_cast<unsigned>(bytes) + 50) : nullptr;
+        unsigned char* block = nullptr;
+        const int length = EncodeSprayPath(spray, encoder, block);
         if (block == nullptr) return -1;
-        encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, count);
-        for (int i = 0; i < count; ++i) encoder.Add(spray.m_pRecs[i].locPos);
-        const int length = encoder.Finish();
-        // A path with a position that is no number is left out, row and all, so that the
-        // table keeps one row per shape.
+        // A path with fewer than two positions that are numbers is left out, row and all, so
+        // that the table keeps one row per shape.
         if (length == 0) return 0;
         ++m_iShapeRecords;
         WriteESRINonSprayRecord(block, length, encoder.GetBox());

@@ -3,6 +3,7 @@
 // block, and the three output files with the record writer (record plus index entry) and the
 // header writer that every export pass uses. Knows nothing of maps or attributes.
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,6 +14,11 @@
 
 constexpr std::size_t SHP_POINT_RECORD_BYTES = 28;
 constexpr std::size_t SHP_INDEX_ENTRY_BYTES = 8;
+
+// Whether both coordinates are numbers; only such positions go into a shape.
+inline bool IsFinitePosition(const tagLOC& loc) {
+    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
+}
 
 // Bytes of a one-part polyline or polygon record of n points, record header included.
 constexpr std::size_t ShpPolyRecordBytes(std::size_t points) {

@@ -20,10 +20,6 @@ bool SamePlace(const tagLOC& a, const tagLOC& b) {
     return a.dLat == b.dLat && a.dLon == b.dLon;
 }
 
-bool IsFinite(const tagLOC& loc) {
-    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
-}
-
 const std::string& OrNotAvailable(const std::string& text) {
     static const std::string kNotAvailable = "N/A";
     return text.empty() ? kNotAvailable : text;
@@ -133,7 +129,7 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
         // The sample that ends a spraying stretch marks where spraying stopped.
         const bool candidate =
             s.bySpray != 0 || (i == count - 1 && i > 0 && spray.m_pRecs[i - 1].bySpray != 0);
-        if (!candidate || !IsFinite(s.locPos)) continue;
+        if (!candidate || !IsFinitePosition(s.locPos)) continue;
         if (s.locPos.dLat == m_LastPoint.dLat || s.locPos.dLon == m_LastPoint.dLon) continue;
         EncodeShpPointRecord(block, ++m_iShapeRecords, s.locPos);
         result = WriteShpRecord(block, SHP_POINT_RECORD_BYTES);
@@ -148,16 +144,28 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
     return result;
 }
 
+int TGisFileShp::EncodeSprayPath(const TFeatureSpray& spray, TShpPolyEncoder& encoder,
+                                 unsigned char*& block) {
+    const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
+    block = RecordBlock(m_RecordBuffer, ShpPolyRecordBytes(static_cast<std::size_t>(count > 0 ? count : 0)));
+    if (block == nullptr) return 0;
+    // A position that is no number is passed over; the rest of the path still goes out.
+    int finite = 0;
+    for (int i = 0; i < count; ++i) finite += IsFinitePosition(spray.m_pRecs[i].locPos) ? 1 : 0;
+    if (finite < 2) return 0;
+    encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, finite);
+    for (int i = 0; i < count; ++i)
+        if (IsFinitePosition(spray.m_pRecs[i].locPos)) encoder.Add(spray.m_pRecs[i].locPos);
+    return encoder.Finish();
+}
+
 int TGisFileShp::DoSprayRec_Type3(const TFeatureSpray& spray) {
     const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
     if (count < 2 || spray.m_pRecs[0].bySpray != 1) return 0;
-    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
-    unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(count)));
-    if (block == nullptr) return 1;
     TShpPolyEncoder encoder;
-    encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, count);
-    for (int i = 0; i < count; ++i) encoder.Add(spray.m_pRecs[i].locPos);
-    const int length = encoder.Finish();
+    unsigned char* block = nullptr;
+    const int length = EncodeSprayPath(spray, encoder, block);
+    if (block == nullptr) return 1;
     if (length == 0) return 0;
     ++m_iShapeRecords;
     const tagSPRAYREC& first = spray.m_pRecs[0];

@@ -62,7 +62,7 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
         {"no elements", {}, {}, {}},
         {"no samples", {kPL}, {{}}, {}},
         {"NaN positions: swath", {}, {nan}, {}},
-        {"NaN positions: polyline", {kPL}, {nan}, {}},
+        {"NaN positions: polyline", {kPL}, {nan}, {4}},
         {"NaN positions: points", {kPts}, {nan}, {1, 1, 1, 1}},
         {"non-spray points with NaN positions", {kPts, 1}, {nanOff}, {1, 1, 1, 1}},
     };
