@@ -4,7 +4,8 @@
 # keeps what it learns in build-fuzz/corpus/<name>/ for the next run. A crash, leak, sanitizer
 # report, timeout or oversized allocation is a finding: the input is saved in
 # build-fuzz/findings/ and named in the output, and the script exits with 1 after the rest of
-# the targets have run. Installs clang and its fuzzer runtime with apt when they are missing.
+# the targets have run. An input counts as a hang after 30 s: on a machine busy with builds a
+# 10 s limit once stopped a run on an input that takes half a second. Installs clang and its fuzzer runtime with apt when they are missing.
 #
 #   scripts/fuzz.sh [SECONDS]          TL_GIS_FUZZ_TARGETS="job shp" limits the targets run.
 set -euo pipefail
@@ -61,7 +62,7 @@ for line in "${targets[@]}"; do
   echo "fuzz: $name for ${seconds}s (max_len $max_len)"
   set +e
   "$build/fuzz/fuzz_$name" "$corpus" "$root/fuzz/corpus/$name" "${dict[@]}" \
-    -max_len="$max_len" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+    -max_len="$max_len" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
     -artifact_prefix="$build/findings/$name-" -print_final_stats=1 >"$log" 2>&1
   status=$?
   set -e
