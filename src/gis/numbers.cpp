@@ -103,6 +103,44 @@ int ParseInt(std::string_view text, bool* ok) {
     return static_cast<int>(v);
 }
 
+namespace {
+// Coordinates and rates with a few decimals, most of what the writers print: |value| x 10^d is
+// computed within half a unit in its last place of the exact product, so unless its fraction is
+// that close to one half, rounding it to the nearest integer rounds the exact value the same way,
+// and the digits come from that integer. False (nothing appended) for anything else.
+bool AppendFixedShort(std::string& out, double value, int decimals) {
+    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (decimals < 0 || decimals > 15) return false;
+    const double scaled = std::fabs(value) * kPowersOfTen[decimals];
+    if (!(scaled < 4e15)) return false;
+    const double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) <= scaled * 0x1p-52 + 0x1p-60) return false;
+    char digits[24];
+    auto [end, ec] = std::to_chars(digits, digits + sizeof digits,
+                                   static_cast<std::uint64_t>(whole) + (fraction > 0.5 ? 1u : 0u));
+    if (ec != std::errc()) return false;
+    auto count = static_cast<std::size_t>(end - digits);
+    const auto places = static_cast<std::size_t>(decimals);
+    if (std::signbit(value)) out += '-';
+    if (count <= places) {
+        // 0.000123: a zero before the point and zeros after it
+        out += '0';
+        if (places > 0) out += '.';
+        out.append(places - count, '0');
+        out.append(digits, count);
+        return true;
+    }
+    out.append(digits, count - places);
+    if (places > 0) {
+        out += '.';
+        out.append(end - places, places);
+    }
+    return true;
+}
+}  // namespace
+
 void AppendFixed(std::string& out, double value, int decimals) {
     if (std::isnan(value)) {
         out += std::signbit(value) ? "-nan" : "nan";
@@ -112,6 +150,7 @@ void AppendFixed(std::string& out, double value, int decimals) {
         out += value < 0 ? "-inf" : "inf";
         return;
     }
+    if (AppendFixedShort(out, value, decimals)) return;
     char buf[400];  // the largest double has 309 integer digits
     const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
     if (ec == std::errc()) out.append(buf, end);

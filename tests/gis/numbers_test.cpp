@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -52,6 +53,24 @@ TEST(ParseDouble, PlainDecimalsMatchTheFullConversion) {
         const double got = ParseDouble(text, &ok);
         EXPECT_EQ(ok, expectedOk) << text;
         EXPECT_EQ(std::memcmp(&got, &expected, sizeof got), 0) << text << ": " << got << " vs " << expected;
+    }
+}
+
+TEST(AppendFixed, ShortFormsMatchPrintf) {
+    const struct {
+        double value;
+        int decimals;
+    } cases[] = {
+        {0.5, 0},     {1.5, 0},    {2.5, 0},      {0.125, 2},      {0.375, 2},  // exact halves: to even
+        {-0.0, 6},    {-1e-9, 6},  {-93.4992, 6}, {45.0000005, 6}, {1e-7, 6},  {4e9, 6},
+        {3.99e15, 0}, {4.5e15, 0}, {0.1, 15},     {123.456, 1},    {1e300, 2}, {-7.0, 0},
+    };
+    for (const auto& c : cases) {
+        char expected[400];
+        std::snprintf(expected, sizeof expected, "%.*f", c.decimals, c.value);
+        std::string got;
+        AppendFixed(got, c.value, c.decimals);
+        EXPECT_EQ(got, expected) << c.value << " with " << c.decimals << " decimals";
     }
 }
 
