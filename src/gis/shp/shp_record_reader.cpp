@@ -61,33 +61,40 @@ bool TShpRecordReader::ReadHeader(TShpHeader& header, std::string& problem) {
 }
 
 TShpRecordReader::TStatus TShpRecordReader::Next(TShpRecord& record, std::string& problem) {
+    m_strEndNote.clear();
     const std::int64_t left = Remaining();
     if (left <= 0) return READ_END;
+    // A record header that the file cannot complete ends the data; zero padding after the last
+    // record is common and harmless, anything else is noted.
     if (left < static_cast<std::int64_t>(SHP_RECORD_HEADER_BYTES)) {
         if (!Ensure(static_cast<std::size_t>(left))) return READ_END;
         const unsigned char* p = m_pBlock.get() + m_nPos;
-        // Padding of zero bytes after the last record is common and harmless.
-        if (std::all_of(p, p + left, [](unsigned char c) { return c == 0; })) return READ_END;
-        problem = "the file ends " + Int(left) + " bytes into the header of the record after record " +
-                  Int(m_iLastNumber);
-        return READ_DAMAGED;
+        if (!std::all_of(p, p + left, [](unsigned char c) { return c == 0; }))
+            m_strEndNote = "the file ends " + Int(left) +
+                           " bytes into the header of the record after record " + Int(m_iLastNumber);
+        return READ_END;
     }
     if (!Ensure(SHP_RECORD_HEADER_BYTES)) {
-        problem = "the file could not be read after record " + Int(m_iLastNumber);
-        return READ_DAMAGED;
+        m_strEndNote = "the file could not be read after record " + Int(m_iLastNumber);
+        return READ_END;
     }
     const unsigned char* head = m_pBlock.get() + m_nPos;
     if (head[0] == 0 && head[1] == 0 && head[2] == 0 && head[3] == 0) return READ_END;
     if (m_eOrder == SHP_ORDER_UNKNOWN) m_eOrder = DetectShpRecordOrder(head);
     const TShpRecordHeader rh = DecodeShpRecordHeader(head, m_eOrder);
-    // Before setting memory aside, check that the file holds what the header promises.
     const std::int64_t length = 2 * static_cast<std::int64_t>(rh.iContentWords);
-    const std::int64_t available = left - static_cast<std::int64_t>(SHP_RECORD_HEADER_BYTES);
-    if (rh.iContentWords < 0 || length > available) {
-        problem = "record " + Int(rh.iNumber) + " gives its content as " + Int(length) + " bytes, but " +
-                  (rh.iContentWords < 0 ? std::string("a length cannot be negative")
-                                        : "only " + Int(available) + " bytes of the file follow its header");
+    if (rh.iContentWords < 0) {
+        problem = "record " + Int(rh.iNumber) + " gives its content as " + Int(length) +
+                  " bytes, but a length cannot be negative";
         return READ_DAMAGED;
+    }
+    // A record whose content the file cannot hold ends the data like a short read, and no memory
+    // is set aside for more than the file holds.
+    const std::int64_t available = left - static_cast<std::int64_t>(SHP_RECORD_HEADER_BYTES);
+    if (length > available) {
+        m_strEndNote = "record " + Int(rh.iNumber) + " gives its content as " + Int(length) +
+                       " bytes, but only " + Int(available) + " bytes of the file follow its header";
+        return READ_END;
     }
     if (length < 4) {
         problem = "record " + Int(rh.iNumber) + " has " + Int(length) +
@@ -100,8 +107,8 @@ TShpRecordReader::TStatus TShpRecordReader::Next(TShpRecord& record, std::string
             problem = "no memory for the " + Int(length) + " bytes of record " + Int(rh.iNumber);
             return READ_NO_MEMORY;
         }
-        problem = "the file could not be read inside record " + Int(rh.iNumber);
-        return READ_DAMAGED;
+        m_strEndNote = "the file could not be read inside record " + Int(rh.iNumber);
+        return READ_END;
     }
     record.iNumber = rh.iNumber;
     record.pContent = m_pBlock.get() + m_nPos + SHP_RECORD_HEADER_BYTES;

@@ -23,7 +23,8 @@ class TShpRecordReader {
 public:
     enum TStatus {
         READ_RECORD,     // a record came
-        READ_END,        // no further record: end of file, or a record number of zero
+        READ_END,        // no further record: end of file, a record number of zero, or a record
+                         // header or content that the file cannot complete (GetEndNote says which)
         READ_DAMAGED,    // the file cannot go on; the problem says why
         READ_NO_MEMORY,  // a block for a record that the file can hold could not be had
     };
@@ -41,6 +42,9 @@ public:
     // Bytes handed out so far, for progress.
     std::int64_t GetPosition() const { return m_iConsumed; }
     TShpByteOrder GetByteOrder() const { return m_eOrder; }
+    // Why the last READ_END came before the file's end: a cut or unreadable record, or bytes
+    // after the last record that are not zero padding. Empty for a clean end.
+    const std::string& GetEndNote() const { return m_strEndNote; }
 
 private:
     // Makes n bytes from the current position available in the block; false when memory fails
@@ -58,4 +62,5 @@ private:
     std::size_t m_nEnd = 0;  // end of the bytes read into the block
     TShpByteOrder m_eOrder = SHP_ORDER_UNKNOWN;
     std::int32_t m_iLastNumber = 0;
+    std::string m_strEndNote;
 };

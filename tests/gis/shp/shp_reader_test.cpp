@@ -43,6 +43,12 @@ TEST(ShpReader, LoadsOrRejectsEachFile) {
                                     .Record(4, point)
                                     .Raw(std::string(20, '\0'))
                                     .Bytes();
+    TShpBytes tenPoints;
+    std::string tenNames;
+    for (int i = 1; i <= 10; ++i) {
+        tenPoints.Record(i, point);
+        tenNames += (i > 1 ? " Point " : "Point ") + std::to_string(i);
+    }
     const std::tuple<const char*, std::string, int, const char*, const char*, const char*> cases[] = {
         {"big-endian record headers", mixed(false).Bytes(), 0, "Point 12 7.1/18 7.2/18 8.1/16", nullptr, ""},
         {"little-endian record headers", mixed(true).Bytes(), 0, "Point 12 7.1/18 7.2/18 8.1/16", nullptr,
@@ -63,12 +69,15 @@ TEST(ShpReader, LoadsOrRejectsEachFile) {
          "1 parts and 2147483647 points need", ""},
         {"part count 2^31-16", afterPoint(Poly(3, four, {0}, 0x7FFFFFF0)), 6003, "Point 1",
          "2147483632 parts and 4 points need", ""},
-        {"record length past the end", afterPoint(Poly(3, four), 1000), 6003, "Point 1",
-         "record 2 gives its content as 2000 bytes, but only 112 bytes", ""},
-        {"record length 2^31-1 words", afterPoint(Poly(3, four), 0x7FFFFFFF), 6003, "Point 1",
-         "4294967294 bytes", ""},
-        {"file cut inside a record header", afterPoint("").substr(0, 133), 6003, "Point 1",
-         "ends 5 bytes into", ""},
+        // A record header or content that the file cannot complete ends the data.
+        {"record length past the end", afterPoint(Poly(3, four), 1000), 0, "Point 1", nullptr, ""},
+        {"record length 2^31-1 words", afterPoint(Poly(3, four), 0x7FFFFFFF), 0, "Point 1", nullptr, ""},
+        {"file cut inside a record header", afterPoint("").substr(0, 133), 0, "Point 1", nullptr, ""},
+        {"last record cut short", afterPoint(Poly(3, four)).substr(0, 200), 0, "Point 1", nullptr, ""},
+        {"junk after ten records", tenPoints.Raw("\x01junk").Bytes(), 0, tenNames.c_str(), nullptr, ""},
+        {"negative record length", afterPoint(Poly(3, four), 0xFFFFFFFF), 6003, "Point 1",
+         "a length cannot be negative", ""},
+        {"record of no content", afterPoint(""), 6003, "Point 1", "0 bytes of content", ""},
         {"file cut inside the header", TShpBytes().Bytes().substr(0, 60), 6002, "", "fewer than the 100", ""},
     };
     for (const auto& [name, bytes, result, elements, message, answers] : cases) {
