@@ -191,14 +191,12 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
         const int points = 2 * (e - s) + 3;
         unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(points)));
         if (block == nullptr) return 1;
-        // Out along one edge of the strip and back along the other.
+        // Out along the A ends of the strip and back along its B ends, in that order whichever
+        // way the ring then turns: programs reading these files expect the A edge first.
         encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYGON, points);
         for (int k = s; k <= e; ++k) encoder.Add(recs[k].locSwathA);
         for (int k = e; k >= s; --k) encoder.Add(recs[k].locSwathB);
         encoder.Add(recs[s].locSwathA);
-        // An outer ring runs clockwise; which edge comes first depends on the side of the track
-        // the recorder put each end on.
-        if (!encoder.IsClockwise()) encoder.ReversePoints();
         const int length = encoder.Finish();
         if (length > 0) {
             ++m_iShapeRecords;

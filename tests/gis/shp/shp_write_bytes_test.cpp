@@ -108,3 +108,31 @@ TEST(ShpWriteBytes, PointsWithTheirTablesInBothUnits) {
         EXPECT_EQ(out.NonSpray.strDbf.substr(0, 289 + 86), DbfHeader(nonSprayFields, 2) + nonSprayRow);
     }
 }
+
+// A straight run of three samples is one polygon of seven points: the A ends of samples 0..2,
+// the B ends of samples 2..0 and the first point again, whichever way that ring turns.
+TEST(ShpWriteBytes, SwathPolygonOfAStraightRun) {
+    for (const double heading : {30.0, 210.0}) {
+        SCOPED_TRACE(heading);
+        TMapLayer layer;
+        const TFeatureSpray* spray = AddSpray(layer, Straight(3, heading));
+        const TExport out = Export(layer, {});
+        const tagSPRAYREC* r = spray->m_pRecs;
+        std::vector<TXY> ring;
+        for (const tagLOC* p : {&r[0].locSwathA, &r[1].locSwathA, &r[2].locSwathA, &r[2].locSwathB,
+                                &r[1].locSwathB, &r[0].locSwathB, &r[0].locSwathA})
+            ring.emplace_back(p->dLon, p->dLat);
+        std::string content = PolyContent(5, {0}, ring);
+        TLocRect box;
+        box.InitExtents();
+        for (const auto& [x, y] : ring) box.ExpandExtents(tagLOC{y, x});
+        std::string boxBytes;
+        for (double v : {box.dWest, box.dSouth, box.dEast, box.dNorth}) PutLEDouble(boxBytes, v);
+        content.replace(4, 32, boxBytes);
+        std::string record;
+        PutBE32(record, 1);
+        PutBE32(record, 80);
+        ASSERT_EQ(content.size(), 160u);
+        EXPECT_EQ(out.Spray.strShp.substr(100), record + content);
+    }
+}
