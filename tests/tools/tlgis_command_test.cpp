@@ -102,6 +102,12 @@ TEST(TlgisTool, FormatOptions) {
         {"flight as paired swaths",
          "convert - s.mif --spray flight.csv --mid-spray-channels 2 --single-block", 0, "", "", "s.mid",
          ", ON,    3.2072, \r\n06:01:2024,14:03:11.00, 89.5,000,00164, ON,    0.6414, \r\n"},
+        {"dotted target name", "convert - two.dots.shp --spray flight.csv", 0, "",
+         "the target two.dots.shp holds a '.' in its name or folder, where the shapefile naming rule cuts: "
+         "writing two.shp, two.shx and two.dbf",
+         "two.shp", ""},
+        {"target in ./", "convert - ./field.shp --spray flight.csv", 0, "", "/field_Spray_Polys.shx",
+         "field_Spray_Polys.shp", ""},
         {"DXF track flown without spraying", "convert - t.dxf --spray track.csv --spray-only 0", 0, "", "",
          "t.dxf", "ENTITIES\r\n  0\r\nPOLYLINE\r\n  8\r\n1\r\n 62\r\n2\r\n"},
     };

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "extensions.h"
 #include "gis/gis_map.h"
@@ -63,17 +64,62 @@ bool HasSpray(const TMapLayer& layer) {
     return false;
 }
 
-// The source path as the writer needs it: with its folder, so that its name and date are found.
+namespace fs = std::filesystem;
+
+std::string Absolute(const std::string& path) {
+    std::error_code ec;
+    const fs::path absolute = fs::absolute(path, ec);
+    return ec ? path : absolute.lexically_normal().string();
+}
+
+// The files of a triple as the writer will name them: the main file's path, and its index and
+// table beside it.
+using TTripleNamer = std::string (*)(const std::string&, const char*);
+
+// Where a user expects a triple named from path: beside it, its name without extension, then
+// the suffix. The writer cuts at the path's last '.' and again at the stem's, so a '.' in a
+// folder name, in the name before its extension, or in "./" and "../" moves or shortens it.
+bool NamesAsExpected(const std::string& path, const std::string& suffix, TTripleNamer namer) {
+    const fs::path given(path);
+    const fs::path expected =
+        fs::path(Absolute(path)).parent_path() / (given.stem().string() + suffix + ".shp");
+    return Absolute(namer(path, "shp")) == expected.lexically_normal().string();
+}
+
+// The spelling of a path that the writer names as the user expects: as given, or else absolute
+// (which drops "./" and "../"); the one given when neither does, with a note naming the files
+// that will be written.
+std::string ChoosePathSpelling(const std::vector<std::string>& spellings, const std::string& suffix,
+                               TTripleNamer namer, const char* what) {
+    for (const std::string& spelling : spellings)
+        if (NamesAsExpected(spelling, suffix, namer)) return spelling;
+    const std::string& chosen = spellings.front();
+    PrintNote(std::string("the ") + what + " " + chosen +
+              " holds a '.' in its name or folder, where the shapefile naming rule cuts: writing " +
+              namer(chosen, "shp") + ", " + namer(chosen, "shx") + " and " + namer(chosen, "dbf"));
+    return chosen;
+}
+
+std::string SpraySuffix() {
+    const std::string stem = TGisFileShp::GetSprayOutputStem("x.shp");
+    return stem.substr(1);
+}
+
+std::string NonSpraySuffix() {
+    const std::string stem = TGisFileShp::GetNonSprayOutputStem("x.csv");
+    return stem.substr(1);
+}
+
+// The source path as the writer needs it: with a folder, so that its name and date are found.
 std::string SourcePath(const TToolOptions& options) {
     const std::string given = options.Get("source", options.Get("spray"));
     if (given.empty()) return given;
-    std::error_code ec;
-    const std::filesystem::path absolute = std::filesystem::absolute(given, ec);
-    return ec ? given : absolute.string();
+    return ChoosePathSpelling({Absolute(given), given}, NonSpraySuffix(), &TGisFileShp::GetNonSprayOutputFile,
+                              "recorded data file");
 }
 
-void NoteTriple(const std::string& stem) {
-    for (const char* extension : {".shp", ".shx", ".dbf"}) PrintNote("wrote " + stem + extension);
+void NoteTriple(const std::string& path, TTripleNamer namer) {
+    for (const char* extension : {"shp", "shx", "dbf"}) PrintNote("wrote " + namer(path, extension));
 }
 
 bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions& options, int& result) {
@@ -82,18 +128,21 @@ bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions
     const bool boundaries = options.Has("boundaries") || !HasSpray(layer);
     if (!options.Has("boundaries") && boundaries)
         PrintNote("the layer holds no recorded spray: writing its boundary lines");
-    const std::string source = SourcePath(options);
+    const std::string target =
+        ChoosePathSpelling({out, Absolute(out)}, SpraySuffix(), &TGisFileShp::GetSprayOutputFile, "target");
+    // The source names the non-spray triple, written only for a layer with recorded spray.
+    const std::string source = HasSpray(layer) ? SourcePath(options) : std::string();
     TGisFileShp writer;
     writer.m_iWriteMode = boundaries ? 0 : 1;
     writer.SetMetric(options.Has("metric") ? 1 : 0);
     writer.SetCompanyName(options.Get("company"));
     writer.SetSourceFile(source);
     writer.SetSingleBlockMode(options.Has("single-block") ? 1 : 0);
-    result = writer.WriteFile(out.c_str(), &layer);
+    result = writer.WriteFile(target.c_str(), &layer);
     if (result != 0) return true;
-    NoteTriple(TGisFileShp::GetSprayOutputStem(out));
+    NoteTriple(target, &TGisFileShp::GetSprayOutputFile);
     // The non-spray path follows whenever the layer holds recorded spray, in boundary mode too.
-    if (HasSpray(layer)) NoteTriple(TGisFileShp::GetNonSprayOutputStem(source));
+    if (HasSpray(layer)) NoteTriple(source, &TGisFileShp::GetNonSprayOutputFile);
     return true;
 }
 

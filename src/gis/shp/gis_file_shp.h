@@ -61,12 +61,17 @@ public:
     // True for names whose extension is SHP in any case.
     static bool IsValidFile(const char* path);
 
-    // The output names without extension: the spray (or boundary) triple for a target path and
-    // the non-spray triple for a source data path, by the current format settings.
+    // The output names before their extensions are set: the spray (or boundary) triple's for a
+    // target path and the non-spray triple's for a source data path, by the current format
+    // settings. Each is the path cut at its last '.' (in a folder name too) and the suffix.
     static std::string GetSprayOutputStem(const std::string& target);
     static std::string GetNonSprayOutputStem(const std::string& sourcePath);
-    // The name a FILE_NAME attribute shows for a path: the last component up to its first '.',
-    // "N/A" for a path without any folder or drive part.
+    // The file of a triple with the extension ("shp", "shx" or "dbf") set by ChangeExtension,
+    // which cuts the stem at its last '.' again: target two.dots.shp gives two.shp.
+    static std::string GetSprayOutputFile(const std::string& target, const char* extension);
+    static std::string GetNonSprayOutputFile(const std::string& sourcePath, const char* extension);
+    // The name a FILE_NAME attribute shows for a path: the path cut at its first '.', then what
+    // follows its last '\' or '/', or else its last ':'; "N/A" when it has none of them.
     static std::string FileutilGetName(const std::string& path);
 
     // Export settings.

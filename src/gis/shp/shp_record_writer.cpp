@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "gis/byte_order.h"
+#include "gis/gis_file.h"
 #include "platform/message_box.h"
 
 void EncodeShpPointRecord(unsigned char* block, std::int32_t recordNumber, const tagLOC& loc) {
@@ -74,17 +75,21 @@ int TShpPolyEncoder::Finish() {
 
 namespace {
 bool CreateOne(TByteFile& file, std::string& path, const std::string& stem, const char* extension) {
-    path = stem + extension;
+    path = ShpTriplePath(stem, extension);
     if (file.Open(path.c_str(), TByteFile::modeCreate)) return true;
     ReportFileError(path, file.GetOpenError(), true);
     return false;
 }
 }  // namespace
 
+std::string ShpTriplePath(const std::string& stem, const char* extension) {
+    std::string path = stem;
+    return ChangeExtension(path, extension);
+}
+
 bool TShpOutputFiles::Create(const std::string& stem) {
-    return CreateOne(m_Main, m_strMainPath, stem, ".shp") &&
-           CreateOne(m_Index, m_strIndexPath, stem, ".shx") &&
-           CreateOne(m_Table, m_strTablePath, stem, ".dbf");
+    return CreateOne(m_Main, m_strMainPath, stem, "shp") && CreateOne(m_Index, m_strIndexPath, stem, "shx") &&
+           CreateOne(m_Table, m_strTablePath, stem, "dbf");
 }
 
 bool TShpOutputFiles::Close() {

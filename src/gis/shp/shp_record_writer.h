@@ -56,10 +56,14 @@ private:
     double m_dTwiceArea = 0.0;  // shoelace sum, relative to the first point for precision
 };
 
+// The file of a triple: the stem with its extension set by ChangeExtension, which cuts the stem
+// at its last '.' first, so a stem with a '.' in it loses what follows.
+std::string ShpTriplePath(const std::string& stem, const char* extension);
+
 // The main, index and table files of one export pass.
 class TShpOutputFiles {
 public:
-    // Creates (or truncates) stem.shp, stem.shx and stem.dbf. On a failure the standard
+    // Creates (or truncates) the shp, shx and dbf files of the stem. On a failure the standard
     // file-error report is shown and false returned; files already created stay.
     bool Create(const std::string& stem);
     // Closes all three; false when a write failed.

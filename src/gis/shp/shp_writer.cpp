@@ -35,18 +35,14 @@ const char* NonSpraySuffix(int format) {
     }
 }
 
-bool IsSeparator(char c) {
-    return c == '\\' || c == '/' || c == ':';
+bool IsFolderSeparator(char c) {
+    return c == '\\' || c == '/';
 }
 
-// The path without the extension of its last component.
+// Everything from the last '.' of the whole path removed, a '.' in a folder name included: the
+// system's programs name their outputs this way, and files beside them are found by it.
 std::string WithoutExtension(const std::string& path) {
-    const auto dot = path.rfind('.');
-    if (dot == std::string::npos) return path;
-    for (std::size_t i = dot + 1; i < path.size(); ++i)
-        if (IsSeparator(path[i])) return path;
-    if (dot == 0 || IsSeparator(path[dot - 1])) return path;  // ".hidden", "../x": no extension
-    return path.substr(0, dot);
+    return path.substr(0, path.rfind('.'));
 }
 
 int SprayShapeType(int format) {
@@ -75,18 +71,29 @@ std::string TGisFileShp::GetNonSprayOutputStem(const std::string& sourcePath) {
     return WithoutExtension(sourcePath) + NonSpraySuffix(s_eESRINonSprayFormat);
 }
 
+std::string TGisFileShp::GetSprayOutputFile(const std::string& target, const char* extension) {
+    return ShpTriplePath(GetSprayOutputStem(target), extension);
+}
+
+std::string TGisFileShp::GetNonSprayOutputFile(const std::string& sourcePath, const char* extension) {
+    return ShpTriplePath(GetNonSprayOutputStem(sourcePath), extension);
+}
+
 std::string TGisFileShp::FileutilGetName(const std::string& path) {
-    // Recorded data paths come from either kind of system, so both slashes separate folders.
-    std::size_t start = std::string::npos;
-    for (std::size_t i = path.size(); i-- > 0;) {
-        if (IsSeparator(path[i])) {
-            start = i + 1;
+    // Cut at the first '.' of the whole path, then keep the last component; recorded data paths
+    // come from either kind of system, so both slashes separate folders, and a drive's ':' does
+    // when no slash is left.
+    const std::string cut = path.substr(0, path.find('.'));
+    std::size_t separator = std::string::npos;
+    for (std::size_t i = cut.size(); i-- > 0;) {
+        if (IsFolderSeparator(cut[i])) {
+            separator = i;
             break;
         }
     }
-    if (start == std::string::npos) return "N/A";
-    const auto dot = path.find('.', start);
-    return path.substr(start, dot == std::string::npos ? std::string::npos : dot - start);
+    if (separator == std::string::npos) separator = cut.rfind(':');
+    if (separator == std::string::npos) return "N/A";
+    return cut.substr(separator + 1);
 }
 
 void TGisFileShp::ReadSourceFacts() {

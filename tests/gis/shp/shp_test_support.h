@@ -89,7 +89,8 @@ inline std::size_t Word16(const std::string& b, std::size_t at) {
 // rows and the headers' lengths agree. A table without fields keeps its count but no rows; one
 // without records may lack its end byte.
 inline TTriple ReadTriple(const std::string& stem) {
-    TTriple t{stem, ReadFileBytes(stem + ".shp"), ReadFileBytes(stem + ".shx"), ReadFileBytes(stem + ".dbf")};
+    TTriple t{stem, ReadFileBytes(ShpTriplePath(stem, "shp")), ReadFileBytes(ShpTriplePath(stem, "shx")),
+              ReadFileBytes(ShpTriplePath(stem, "dbf"))};
     if (t.strShp.size() < 100 || t.strShx.size() < 100 || t.strDbf.size() < 32) return {};
     const auto* p = reinterpret_cast<const unsigned char*>(t.strShp.data());
     for (std::size_t at = SHP_HEADER_BYTES, length = 0; at + 8 <= t.strShp.size(); at += 8 + length) {
@@ -173,8 +174,8 @@ inline TExport Export(TMapLayer& layer, const TWriteOptions& o, const TTempDir& 
                 ReadTriple(nonSprayStem)};
     TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
     TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
-    for (const char* ext : {".shp", ".shx", ".dbf"})
-        if (source.empty()) std::filesystem::remove(nonSprayStem + ext);
+    for (const char* ext : {"shp", "shx", "dbf"})
+        if (source.empty()) std::filesystem::remove(ShpTriplePath(nonSprayStem, ext));
     return out;
 }
 inline TExport Export(TMapLayer& layer, const TWriteOptions& o) {
