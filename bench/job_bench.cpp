@@ -47,7 +47,7 @@ void BM_WriteReducedToTheTotal(benchmark::State& state) {
         AddImportedLine(&layer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_OPEN, vertices, line.data(),
                         "", false, COLOR_NONE, false, false, false);
     }
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDOK); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_OK); });
     TGisFile::s_iCompatible = REDUCE_ALL_LIMITS;
     const std::string path = TempPath("1.job");
     int written = 0;

@@ -67,7 +67,7 @@ void BM_ReadRateMap(benchmark::State& state) {
             return;
         }
     }
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDNO); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_NO); });
     for (auto _ : state) {
         TMapLayer layer;
         TGisFilePmh pmh;

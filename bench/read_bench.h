@@ -23,7 +23,7 @@ inline double PeakRssMB() {
 template <class TReader>
 void RunReadBenchmark(benchmark::State& state, const std::string& path, const char* elementCounter) {
     const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path));
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDOK); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_OK); });
     std::size_t elements = 0;
     for (auto _ : state) {
         TMapLayer layer;

@@ -66,7 +66,7 @@ const std::string& ShapefilePath() {
 void BM_LoadPolygonShapefile(benchmark::State& state) {
     const std::string& path = ShapefilePath();
     EnsureLibraryStarted();
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDNO); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_NO); });
     long peakKb = 0, baseKb = 0;
     for (auto _ : state) {
         state.PauseTiming();

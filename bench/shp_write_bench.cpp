@@ -82,7 +82,7 @@ std::unique_ptr<TMapLayer> MakeSprayLayer() {
 
 void BM_ExportSwathPolygons(benchmark::State& state) {
     EnsureLibraryStarted();
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDOK); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_OK); });
     const std::unique_ptr<TMapLayer> layer = MakeSprayLayer();
     const std::string target = WorkDir() + "/spray.shp";
     const std::string source = WorkDir() + "/flight.csv";
@@ -148,7 +148,7 @@ double Ogr2OgrSeconds(const std::string& input) {
 
 void BM_ShpRoundTrip100kPolygons(benchmark::State& state) {
     EnsureLibraryStarted();
-    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(IDNO); });
+    TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_NO); });
     const std::string& input = PolygonInput();
     const std::string target = WorkDir() + "/copy.shp";
     double ours = 0.0;

@@ -14,7 +14,7 @@
 namespace tl_fuzz {
 namespace {
 
-int g_iAnswer = IDNO;
+int g_iAnswer = ANSWER_NO;
 
 void RemoveScratchFolder();
 
@@ -33,13 +33,13 @@ void RemoveScratchFolder() {
 void PrepareInput(std::size_t size) {
     static const bool prepared = [] {
         SetMessageBoxHandler(
-            [](const TMessageBoxRequest& request) { return request.IsQuestion() ? g_iAnswer : IDOK; });
+            [](const TMessageBoxRequest& request) { return request.IsQuestion() ? g_iAnswer : ANSWER_OK; });
         TLanguageTable::SetConfigFolder(TL_GIS_SOURCE_DIR "/Config");
         GetTlGisApp().InitInstance();
         return true;
     }();
     (void)prepared;
-    g_iAnswer = (size % 2) ? IDYES : IDNO;
+    g_iAnswer = (size % 2) ? ANSWER_YES : ANSWER_NO;
 }
 
 const std::string& ScratchFolder() {

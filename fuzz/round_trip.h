@@ -7,8 +7,8 @@
 #include <string>
 
 #include "fuzz_support.h"
-#include "gis/result_codes.h"
 #include "hostmap/map_layer.h"
+#include "platform/result_codes.h"
 
 namespace tl_fuzz {
 

@@ -16,9 +16,9 @@
 #include "gis/gis_map.h"
 #include "gis/line_assembly.h"
 #include "gis/midmif/gis_file_midmif.h"
-#include "gis/numbers.h"
 #include "gis/shp/dbf_table.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr int kCorners = 10;

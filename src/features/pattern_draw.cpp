@@ -6,13 +6,13 @@
 
 #include "features/pattern.h"
 
-const TPen g_penPatternAbLine{PS_SOLID, 7, 0x969696};
-const TPen g_penPatternSwath{PS_SOLID, 0, 0xC8C8C8};
+const TPen g_penPatternAbLine{PEN_SOLID, 7, 0x969696};
+const TPen g_penPatternSwath{PEN_SOLID, 0, 0xC8C8C8};
 
 namespace {
-const TPen kOffsetPen{PS_SOLID, 7, 0x0000FF};
-const TPen kHighlightPen{PS_SOLID, 0, 0x8C8C8C};
-const TBrush kHighlightBrush{BS_SOLID, 0xD2D2D2};
+const TPen kOffsetPen{PEN_SOLID, 7, 0x0000FF};
+const TPen kHighlightPen{PEN_SOLID, 0, 0x8C8C8C};
+const TBrush kHighlightBrush{BRUSH_SOLID, 0xD2D2D2};
 
 // p moved by a vector, each component truncated toward zero and kept within the int range.
 TPointLP Moved(const TPointLP& p, double dx, double dy) {
@@ -41,7 +41,7 @@ void TFeaturePattern::Draw(TMapImage& image) const {
         rect.bottom -= 100;
         const TPen oldPen = dc.SelectPen(kHighlightPen);
         const TBrush oldBrush = dc.SelectBrush(kHighlightBrush);
-        const int oldRop = dc.SetROP2(R2_MASKPEN);
+        const int oldRop = dc.SetROP2(ROP_MASKPEN);
         dc.Rectangle(rect);
         dc.SetROP2(oldRop);
         dc.SelectBrush(oldBrush);

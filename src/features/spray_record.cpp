@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 void PackSprayTime(const TSprayTime& time, tagSPRAYREC& rec) {
     const auto year = static_cast<std::uint32_t>(time.iYear - SPRAY_BASE_YEAR) & 0x7Fu;

@@ -20,8 +20,8 @@ int PromptProjectedCoordinate(const char* source, double first, double second) {
     format += '\n';
     format += GetText(2041);
     const std::string text = FormatText(format, {source ? source : "", first, second});
-    const int answer = ShowMessageBox(text, GetText(5054), MB_YESNO | MB_ICONEXCLAMATION, 2039);
-    return answer == IDYES ? IDYES : IDNO;
+    const int answer = ShowMessageBox(text, GetText(5054), MSGBOX_YESNO | MSGBOX_ICONEXCLAMATION, 2039);
+    return answer == ANSWER_YES ? ANSWER_YES : ANSWER_NO;
 }
 
 std::string DescribeSourceForPrompt(const char* formatPart) {

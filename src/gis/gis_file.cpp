@@ -12,9 +12,13 @@ double TGisFile::s_dDecimationLimitM = 0.0;
 int TGisFile::s_iCompatible = REDUCE_BY_TOLERANCE;
 int TGisFile::s_iGisFileFormat = GISFILE_JOB_V1;
 
-TGisFile::~TGisFile() { ReleaseLocArray(); }
+TGisFile::~TGisFile() {
+    ReleaseLocArray();
+}
 
-TGisFile::TGisFile(const TGisFile& other) { *this = other; }
+TGisFile::TGisFile(const TGisFile& other) {
+    *this = other;
+}
 
 TGisFile& TGisFile::operator=(const TGisFile& other) {
     if (this == &other) return *this;
@@ -41,7 +45,9 @@ TGisFile& TGisFile::operator=(const TGisFile& other) {
     return *this;
 }
 
-int TGisFile::WriteFile(const char*, TMapLayer*) { return GISFILE_OK; }
+int TGisFile::WriteFile(const char*, TMapLayer*) {
+    return GISFILE_OK;
+}
 
 int TGisFile::LoadFile(const char* path, TMapLayer*, GisProgressCallback progress) {
     m_pfnProgress = progress;
@@ -55,9 +61,13 @@ int TGisFile::LoadFile(const char* path, TMapLayer*, GisProgressCallback progres
     return GISFILE_OK;
 }
 
-bool TGisFile::IsValidFile(const char*) { return false; }
+bool TGisFile::IsValidFile(const char*) {
+    return false;
+}
 
-void TGisFile::UpdateProgressControl(const TFileBase& file) { UpdateProgressControl(file.GetPosition()); }
+void TGisFile::UpdateProgressControl(const TFileBase& file) {
+    UpdateProgressControl(file.GetPosition());
+}
 
 void TGisFile::UpdateProgressControl(std::int64_t position) {
     if (m_iProgressStep <= 0) return;
@@ -71,7 +81,8 @@ bool TGisFile::AllocateLocArray(int count) {
     ReleaseLocArray();
     tagLOC* array = count >= 0 ? new (std::nothrow) tagLOC[static_cast<std::size_t>(count) + 1] : nullptr;
     if (array == nullptr) {
-        ShowMessageBox("ERROR: could not allocate memory for imported polygon!", "", MB_OK | MB_ICONEXCLAMATION);
+        ShowMessageBox("ERROR: could not allocate memory for imported polygon!", "",
+                       MSGBOX_OK | MSGBOX_ICONEXCLAMATION);
         return false;
     }
     m_pLocs = array;
@@ -99,7 +110,9 @@ bool TGisFile::AddVertex(double lat, double lon) {
     return true;
 }
 
-bool TGisFile::AddVertex(const tagLOC* loc) { return loc != nullptr && AddVertex(loc->dLat, loc->dLon); }
+bool TGisFile::AddVertex(const tagLOC* loc) {
+    return loc != nullptr && AddVertex(loc->dLat, loc->dLon);
+}
 
 bool TGisFile::ReleaseLocArray() {
     delete[] m_pLocs;

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "gis/result_codes.h"
 #include "hostmap/map_layer.h"
+#include "platform/result_codes.h"
 
 class TFileBase;
 
@@ -15,10 +15,10 @@ typedef void (*GisProgressCallback)(int);
 // How the JOB writer fits lines into its limits (500 lines, fewer than 999 vertices per line,
 // 98,901 vertices in all).
 enum REDUCTION_OPTIONS {
-    REDUCE_ALL_LIMITS = 0,      // decimate long lines, drop lines past 500, stop at the total
-    REDUCE_LINE_LIMITS = 1,     // as 0 without the total limit
-    REDUCE_BY_TOLERANCE = 2,    // decimate by the user's tolerance and warn about the limits
-    REDUCE_NONE = 3,            // write everything
+    REDUCE_ALL_LIMITS = 0,    // decimate long lines, drop lines past 500, stop at the total
+    REDUCE_LINE_LIMITS = 1,   // as 0 without the total limit
+    REDUCE_BY_TOLERANCE = 2,  // decimate by the user's tolerance and warn about the limits
+    REDUCE_NONE = 3,          // write everything
 };
 
 // JOB header version written: 0, 1, 2 give versions 1, 2, 3.

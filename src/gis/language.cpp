@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "gis/numbers.h"
 #include "gis/text_format.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 #include "platform/text_file.h"
 
 #ifndef TL_GIS_INSTALLED_CONFIG_DIR
@@ -31,9 +31,13 @@ const char* const kLanguageFiles[] = {"lang_english.ini", "lang_french.ini",    
                                       "lang_italian.ini", "lang_portuguese.ini", "lang_spanish.ini"};
 }  // namespace
 
-TLanguageTable::TLanguageTable() { m_Entries.reserve(kMaxEntries); }
+TLanguageTable::TLanguageTable() {
+    m_Entries.reserve(kMaxEntries);
+}
 
-TLanguageTable::~TLanguageTable() { Clear(); }
+TLanguageTable::~TLanguageTable() {
+    Clear();
+}
 
 void TLanguageTable::Clear() {
     m_Entries.clear();
@@ -41,15 +45,22 @@ void TLanguageTable::Clear() {
 }
 
 const std::vector<std::string>& TLanguageTable::GetLanguageNames() {
-    static const std::vector<std::string> names = {"ENGLISH", "FRENCH", "GERMAN", "ITALIAN", "PORTUGUESE", "SPANISH"};
+    static const std::vector<std::string> names = {"ENGLISH", "FRENCH",     "GERMAN",
+                                                   "ITALIAN", "PORTUGUESE", "SPANISH"};
     return names;
 }
 
-void TLanguageTable::SetConfigFolder(const std::string& folder) { ConfigFolder() = folder; }
+void TLanguageTable::SetConfigFolder(const std::string& folder) {
+    ConfigFolder() = folder;
+}
 
-const std::string& TLanguageTable::GetConfigFolder() { return ConfigFolder(); }
+const std::string& TLanguageTable::GetConfigFolder() {
+    return ConfigFolder();
+}
 
-const char* TLanguageTable::GetInstalledConfigFolder() { return TL_GIS_INSTALLED_CONFIG_DIR; }
+const char* TLanguageTable::GetInstalledConfigFolder() {
+    return TL_GIS_INSTALLED_CONFIG_DIR;
+}
 
 std::string TLanguageTable::LoadLanguage() {
     // Start-up begins from an empty table, also when a host runs it again: a value that names
@@ -69,7 +80,8 @@ std::string TLanguageTable::LoadLanguage() {
             file.ReadLine(line, 80);
             const std::string_view text(line);
             const auto split = text.find_first_of("=\n");
-            if (split == std::string_view::npos || text[split] != '=' || text.substr(0, split) != "Language") continue;
+            if (split == std::string_view::npos || text[split] != '=' || text.substr(0, split) != "Language")
+                continue;
             const std::string_view rest = text.substr(split + 1);
             value = std::string(rest.substr(0, rest.find_first_of("=\n")));
             found = true;
@@ -100,7 +112,7 @@ void TLanguageTable::LoadTextFile(const char* path) {
     if (!file.Open(path, TTextFile::modeRead)) {
         std::string text = FormatText(GetText(17008), {path ? path : ""});
         if (text.size() > 299) text.resize(299);
-        ShowMessageBox(text, GetText(12002), MB_OK | MB_ICONERROR, 17008);
+        ShowMessageBox(text, GetText(12002), MSGBOX_OK | MSGBOX_ICONERROR, 17008);
         return;
     }
     Clear();
@@ -112,13 +124,14 @@ void TLanguageTable::LoadTextFile(const char* path) {
         atLineStart = file.LastLineComplete();
         if (!lineStart || line.empty()) continue;
         const char first = line[0];
-        if (first == '[' || first == ' ' || first == '\t' || first == '\v' || first == '\f' || first == '\r') continue;
+        if (first == '[' || first == ' ' || first == '\t' || first == '\v' || first == '\f' || first == '\r')
+            continue;
         bool ok = false;
         const int id = ParseInt(line, &ok);
         if (!ok || first < '0' || first > '9') continue;  // not an entry
         const auto tab = line.find('\t');
         if (tab == std::string_view::npos || tab >= 80) continue;  // an id without its TAB is not an entry
-        if (m_iCount >= kMaxEntries) break;                          // the table is full; the rest is ignored
+        if (m_iCount >= kMaxEntries) break;                        // the table is full; the rest is ignored
         std::string_view text = line.substr(tab + 1);
         if (text.size() > static_cast<std::size_t>(kMaxTextLength)) text = text.substr(0, kMaxTextLength);
         m_Entries.push_back({id, std::string(text)});

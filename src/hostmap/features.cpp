@@ -6,9 +6,13 @@
 
 #include "hostmap/map_image.h"
 
-TFeatureLine::~TFeatureLine() { delete[] m_pPoints; }
+TFeatureLine::~TFeatureLine() {
+    delete[] m_pPoints;
+}
 
-TFeatureLine::TFeatureLine(const TFeatureLine& other) : TFeatureVector(other) { *this = other; }
+TFeatureLine::TFeatureLine(const TFeatureLine& other) : TFeatureVector(other) {
+    *this = other;
+}
 
 TFeatureLine& TFeatureLine::operator=(const TFeatureLine& other) {
     if (this == &other) return *this;
@@ -53,14 +57,19 @@ struct TLineStyle {
 TLineStyle StyleFor(std::uint32_t kind, int boundType) {
     switch (kind) {
         case ELEMENT_LINE_BOUNDARY:
-            if (boundType == BOUNDARY_EXC) return {{PS_SOLID, 0, 0x0000C0}, {BS_HATCHED, 0x0000D0}};
-            if (boundType == BOUNDARY_OPEN) return {{PS_SOLID, 0, 0x006000}, {BS_NULL, 0}};
-            return {{PS_SOLID, 0, 0x008000}, {BS_SOLID, 0xC8F0C8}};
-        case ELEMENT_LINE_AREA: return {{PS_SOLID, 0, 0x4080A0}, {BS_SOLID, 0xB4DCF0}};
-        case ELEMENT_LINE_ROAD: return {{PS_SOLID, 0, 0x13458B}, {BS_NULL, 0}};
-        case ELEMENT_LINE_WATER: return {{PS_SOLID, 0, 0xC06000}, {BS_NULL, 0}};
-        case ELEMENT_LINE_MISC: return {{PS_DASH, 0, 0x808080}, {BS_NULL, 0}};
-        default: return {{PS_SOLID, 0, 0x202020}, {BS_NULL, 0}};
+            if (boundType == BOUNDARY_EXC) return {{PEN_SOLID, 0, 0x0000C0}, {BRUSH_HATCHED, 0x0000D0}};
+            if (boundType == BOUNDARY_OPEN) return {{PEN_SOLID, 0, 0x006000}, {BRUSH_NULL, 0}};
+            return {{PEN_SOLID, 0, 0x008000}, {BRUSH_SOLID, 0xC8F0C8}};
+        case ELEMENT_LINE_AREA:
+            return {{PEN_SOLID, 0, 0x4080A0}, {BRUSH_SOLID, 0xB4DCF0}};
+        case ELEMENT_LINE_ROAD:
+            return {{PEN_SOLID, 0, 0x13458B}, {BRUSH_NULL, 0}};
+        case ELEMENT_LINE_WATER:
+            return {{PEN_SOLID, 0, 0xC06000}, {BRUSH_NULL, 0}};
+        case ELEMENT_LINE_MISC:
+            return {{PEN_DASH, 0, 0x808080}, {BRUSH_NULL, 0}};
+        default:
+            return {{PEN_SOLID, 0, 0x202020}, {BRUSH_NULL, 0}};
     }
 }
 }  // namespace
@@ -71,11 +80,12 @@ void TFeatureLine::Draw(TMapImage& image) const {
     std::uint32_t color = 0;
     if (GetColor(color)) style.pen.dwColor = color;
     std::vector<TPointLP> points(static_cast<std::size_t>(m_iNumPoints));
-    for (int i = 0; i < m_iNumPoints; ++i) points[static_cast<std::size_t>(i)] = image.Loc2LP(m_pPoints[i], false);
+    for (int i = 0; i < m_iNumPoints; ++i)
+        points[static_cast<std::size_t>(i)] = image.Loc2LP(m_pPoints[i], false);
     TDeviceContext& dc = image.GetDC();
     const TPen oldPen = dc.SelectPen(style.pen);
     const TBrush oldBrush = dc.SelectBrush(style.brush);
-    if (style.brush.iStyle != BS_NULL && m_iNumPoints >= 3)
+    if (style.brush.iStyle != BRUSH_NULL && m_iNumPoints >= 3)
         dc.Polygon(points.data(), m_iNumPoints);
     else
         dc.Polyline(points.data(), m_iNumPoints);
@@ -91,12 +101,13 @@ void TFeatureMarker::CalculateGeoExtents() {
 void TFeatureMarker::Draw(TMapImage& image) const {
     const TPointLP p = image.Loc2LP(m_Loc, false);
     // A marker keeps its size on screen: about 5 pixels across whatever the zoom.
-    const int r = std::max(1, (image.GetVisibleRect().right - image.GetVisibleRect().left) / std::max(1, image.GetWidthPx()) * 5);
+    const int r = std::max(1, (image.GetVisibleRect().right - image.GetVisibleRect().left) /
+                                  std::max(1, image.GetWidthPx()) * 5);
     TDeviceContext& dc = image.GetDC();
-    const TPen oldPen = dc.SelectPen({PS_SOLID, 0, 0x800080});
-    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0xFF00FF});
+    const TPen oldPen = dc.SelectPen({PEN_SOLID, 0, 0x800080});
+    const TBrush oldBrush = dc.SelectBrush({BRUSH_SOLID, 0xFF00FF});
     dc.Ellipse({p.x - r, p.y + r, p.x + r, p.y - r});
-    if (!m_strName.empty()) dc.TextOut({p.x + r * 2, p.y}, m_strName);
+    if (!m_strName.empty()) dc.DrawLabel({p.x + r * 2, p.y}, m_strName);
     dc.SelectBrush(oldBrush);
     dc.SelectPen(oldPen);
 }
@@ -108,10 +119,11 @@ void TFeaturePoint::CalculateGeoExtents() {
 
 void TFeaturePoint::Draw(TMapImage& image) const {
     const TPointLP p = image.Loc2LP(m_Loc, false);
-    const int r = std::max(1, (image.GetVisibleRect().right - image.GetVisibleRect().left) / std::max(1, image.GetWidthPx()) * 2);
+    const int r = std::max(1, (image.GetVisibleRect().right - image.GetVisibleRect().left) /
+                                  std::max(1, image.GetWidthPx()) * 2);
     TDeviceContext& dc = image.GetDC();
-    const TPen oldPen = dc.SelectPen({PS_SOLID, 0, 0x000000});
-    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0x000000});
+    const TPen oldPen = dc.SelectPen({PEN_SOLID, 0, 0x000000});
+    const TBrush oldBrush = dc.SelectBrush({BRUSH_SOLID, 0x000000});
     dc.Ellipse({p.x - r, p.y + r, p.x + r, p.y - r});
     dc.SelectBrush(oldBrush);
     dc.SelectPen(oldPen);

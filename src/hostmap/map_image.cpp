@@ -68,7 +68,7 @@ void TDeviceContext::Ellipse(const TRectLP& rect) {
     m_commands.push_back(std::move(cmd));
 }
 
-void TDeviceContext::TextOut(TPointLP at, const std::string& text) {
+void TDeviceContext::DrawLabel(TPointLP at, const std::string& text) {
     TDrawCommand cmd = Begin(TDrawCommand::Text);
     cmd.points = {at};
     cmd.strText = text;
@@ -87,8 +87,10 @@ TMapImage::TMapImage(const tagLOCRECT& view, int widthPx) : m_iWidthPx(std::max(
         v = TLocRect(-0.001, 0.001, 0.001, -0.001);
     }
     m_center = {(v.dNorth + v.dSouth) * 0.5, (v.dWest + v.dEast) * 0.5};
-    const double metresPerDegLat = GeoDistance(m_center.dLat - 0.5, m_center.dLon, m_center.dLat + 0.5, m_center.dLon);
-    const double metresPerDegLon = GeoDistance(m_center.dLat, m_center.dLon - 0.5, m_center.dLat, m_center.dLon + 0.5);
+    const double metresPerDegLat =
+        GeoDistance(m_center.dLat - 0.5, m_center.dLon, m_center.dLat + 0.5, m_center.dLon);
+    const double metresPerDegLon =
+        GeoDistance(m_center.dLat, m_center.dLon - 0.5, m_center.dLat, m_center.dLon + 0.5);
     double widthM = std::max((v.dEast - v.dWest) * metresPerDegLon, 1.0);
     double heightM = std::max((v.dNorth - v.dSouth) * metresPerDegLat, 1.0);
     // A view along a meridian or a parallel is widened to at most 20:1, so that the picture's
@@ -144,15 +146,26 @@ std::string XmlEscape(const std::string& s) {
     std::string out;
     for (unsigned char c : s) {
         switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
             default:
                 // Control bytes are not allowed in XML; bytes above 127 are not valid UTF-8 alone.
-                if (c < 0x20 && c != '\t') out += ' ';
-                else if (c >= 0x80) out += '?';
-                else out += static_cast<char>(c);
+                if (c < 0x20 && c != '\t')
+                    out += ' ';
+                else if (c >= 0x80)
+                    out += '?';
+                else
+                    out += static_cast<char>(c);
         }
     }
     return out;
@@ -166,28 +179,30 @@ std::string TMapImage::ToSvg(const std::string& title) const {
         return Fixed1((p.x - m_visible.left) * sx) + "," + Fixed1((m_visible.top - p.y) * sy);
     };
     auto stroke = [&](const TDrawCommand& c) {
-        if (c.pen.iStyle == PS_NULL) return std::string(" stroke=\"none\"");
+        if (c.pen.iStyle == PEN_NULL) return std::string(" stroke=\"none\"");
         const double w = std::max(1.0, c.pen.iWidth * sx);
         return " stroke=\"" + SvgColor(c.pen.dwColor) + "\" stroke-width=\"" + Fixed1(w) + "\"" +
-               (c.pen.iStyle == PS_DASH ? " stroke-dasharray=\"6,4\"" : (c.pen.iStyle == PS_DOT ? " stroke-dasharray=\"2,3\"" : ""));
+               (c.pen.iStyle == PEN_DASH ? " stroke-dasharray=\"6,4\""
+                                         : (c.pen.iStyle == PEN_DOT ? " stroke-dasharray=\"2,3\"" : ""));
     };
     auto fill = [&](const TDrawCommand& c) {
-        if (c.brush.iStyle == BS_NULL) return std::string(" fill=\"none\"");
+        if (c.brush.iStyle == BRUSH_NULL) return std::string(" fill=\"none\"");
         std::string f = " fill=\"" + SvgColor(c.brush.dwColor) + "\"";
-        if (c.brush.iStyle == BS_HATCHED) f = " fill=\"url(#hatch)\"";
+        if (c.brush.iStyle == BRUSH_HATCHED) f = " fill=\"url(#hatch)\"";
         return f;
     };
     auto blend = [&](const TDrawCommand& c) {
-        return c.iRop == R2_MASKPEN ? std::string(" style=\"mix-blend-mode:multiply\"") : std::string();
+        return c.iRop == ROP_MASKPEN ? std::string(" style=\"mix-blend-mode:multiply\"") : std::string();
     };
 
     std::string out;
     out.reserve(256 + m_dc.Commands().size() * 96);
     char head[512];
-    std::snprintf(head, sizeof head,
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                  "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n",
-                  m_iWidthPx, m_iHeightPx, m_iWidthPx, m_iHeightPx);
+    std::snprintf(
+        head, sizeof head,
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n",
+        m_iWidthPx, m_iHeightPx, m_iWidthPx, m_iHeightPx);
     out += head;
     if (!title.empty()) out += "<title>" + XmlEscape(title) + "</title>\n";
     out +=
@@ -217,19 +232,20 @@ std::string TMapImage::ToSvg(const std::string& title) const {
                 const double y0 = (m_visible.top - std::max(c.points[0].y, c.points[1].y)) * sy;
                 const double y1 = (m_visible.top - std::min(c.points[0].y, c.points[1].y)) * sy;
                 if (c.eKind == TDrawCommand::Rectangle)
-                    out += "<rect x=\"" + Fixed1(x0) + "\" y=\"" + Fixed1(y0) + "\" width=\"" + Fixed1(x1 - x0) +
-                           "\" height=\"" + Fixed1(y1 - y0) + "\"";
+                    out += "<rect x=\"" + Fixed1(x0) + "\" y=\"" + Fixed1(y0) + "\" width=\"" +
+                           Fixed1(x1 - x0) + "\" height=\"" + Fixed1(y1 - y0) + "\"";
                 else
-                    out += "<ellipse cx=\"" + Fixed1((x0 + x1) / 2) + "\" cy=\"" + Fixed1((y0 + y1) / 2) + "\" rx=\"" +
-                           Fixed1((x1 - x0) / 2) + "\" ry=\"" + Fixed1((y1 - y0) / 2) + "\"";
+                    out += "<ellipse cx=\"" + Fixed1((x0 + x1) / 2) + "\" cy=\"" + Fixed1((y0 + y1) / 2) +
+                           "\" rx=\"" + Fixed1((x1 - x0) / 2) + "\" ry=\"" + Fixed1((y1 - y0) / 2) + "\"";
                 out += fill(c) + stroke(c) + blend(c) + "/>\n";
                 break;
             }
             case TDrawCommand::Text: {
                 const TPointLP at = c.points[0];
-                out += "<text x=\"" + Fixed1((at.x - m_visible.left) * sx) + "\" y=\"" + Fixed1((m_visible.top - at.y) * sy) +
-                       "\" font-family=\"sans-serif\" font-size=\"12\" fill=\"" + SvgColor(c.pen.dwColor) + "\">" +
-                       XmlEscape(c.strText) + "</text>\n";
+                out += "<text x=\"" + Fixed1((at.x - m_visible.left) * sx) + "\" y=\"" +
+                       Fixed1((m_visible.top - at.y) * sy) +
+                       "\" font-family=\"sans-serif\" font-size=\"12\" fill=\"" + SvgColor(c.pen.dwColor) +
+                       "\">" + XmlEscape(c.strText) + "</text>\n";
                 break;
             }
         }

@@ -24,20 +24,20 @@ struct TRectLP {
     int bottom = 0;
 };
 
-enum TPenStyle { PS_SOLID = 0, PS_DASH = 1, PS_DOT = 2, PS_NULL = 5 };
-enum TBrushStyle { BS_SOLID = 0, BS_NULL = 1, BS_HATCHED = 2 };
+enum TPenStyle { PEN_SOLID = 0, PEN_DASH = 1, PEN_DOT = 2, PEN_NULL = 5 };
+enum TBrushStyle { BRUSH_SOLID = 0, BRUSH_NULL = 1, BRUSH_HATCHED = 2 };
 // Raster operations that the elements use.
-enum TRasterOp { R2_COPYPEN = 13, R2_MASKPEN = 9 };
+enum TRasterOp { ROP_COPYPEN = 13, ROP_MASKPEN = 9 };
 
 struct TPen {
-    int iStyle = PS_SOLID;
-    int iWidth = 0;                // logical units; 0 is the thinnest line the surface can draw
-    std::uint32_t dwColor = 0;     // 0x00BBGGRR
+    int iStyle = PEN_SOLID;
+    int iWidth = 0;             // logical units; 0 is the thinnest line the surface can draw
+    std::uint32_t dwColor = 0;  // 0x00BBGGRR
     bool operator==(const TPen&) const = default;
 };
 
 struct TBrush {
-    int iStyle = BS_NULL;
+    int iStyle = BRUSH_NULL;
     std::uint32_t dwColor = 0;  // 0x00BBGGRR
     bool operator==(const TBrush&) const = default;
 };
@@ -50,7 +50,7 @@ struct TDrawCommand {
     std::string strText;
     TPen pen;
     TBrush brush;
-    int iRop = R2_COPYPEN;
+    int iRop = ROP_COPYPEN;
 };
 
 class TDeviceContext {
@@ -67,7 +67,7 @@ public:
     void Polygon(const TPointLP* points, int count);
     void Rectangle(const TRectLP& rect);
     void Ellipse(const TRectLP& rect);
-    void TextOut(TPointLP at, const std::string& text);
+    void DrawLabel(TPointLP at, const std::string& text);
 
     const std::vector<TDrawCommand>& Commands() const { return m_commands; }
     void ClearCommands() { m_commands.clear(); }
@@ -77,7 +77,7 @@ private:
 
     TPen m_pen;
     TBrush m_brush;
-    int m_iRop = R2_COPYPEN;
+    int m_iRop = ROP_COPYPEN;
     TPointLP m_current;
     std::vector<TDrawCommand> m_commands;
 };

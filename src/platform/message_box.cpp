@@ -24,7 +24,7 @@ int DefaultMessageBoxHandler(const TMessageBoxRequest& request) {
     for (char& c : line)
         if (c == '\n' || c == '\r') c = ' ';
     std::fprintf(stderr, "%s\n", line.c_str());
-    return request.IsQuestion() ? IDYES : IDOK;
+    return request.IsQuestion() ? ANSWER_YES : ANSWER_OK;
 }
 
 int ShowMessageBox(const std::string& text, const std::string& caption, unsigned flags, int textId) {
@@ -46,5 +46,5 @@ void ReportFileError(const std::string& path, int errorNumber, bool forWriting) 
         text += std::strerror(errorNumber);
     }
     text += ".";
-    ShowMessageBox(text, "File error", MB_OK | MB_ICONEXCLAMATION);
+    ShowMessageBox(text, "File error", MSGBOX_OK | MSGBOX_ICONEXCLAMATION);
 }

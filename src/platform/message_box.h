@@ -11,26 +11,26 @@
 
 // Buttons (low nibble) and icons, as the system's message boxes take them.
 enum : unsigned {
-    MB_OK = 0x00,
-    MB_OKCANCEL = 0x01,
-    MB_YESNO = 0x04,
-    MB_ICONERROR = 0x10,
-    MB_ICONQUESTION = 0x20,
-    MB_ICONEXCLAMATION = 0x30,
-    MB_ICONINFORMATION = 0x40,
+    MSGBOX_OK = 0x00,
+    MSGBOX_OKCANCEL = 0x01,
+    MSGBOX_YESNO = 0x04,
+    MSGBOX_ICONERROR = 0x10,
+    MSGBOX_ICONQUESTION = 0x20,
+    MSGBOX_ICONEXCLAMATION = 0x30,
+    MSGBOX_ICONINFORMATION = 0x40,
 };
 // Answers.
-enum : int { IDOK = 1, IDCANCEL = 2, IDYES = 6, IDNO = 7 };
+enum : int { ANSWER_OK = 1, ANSWER_CANCEL = 2, ANSWER_YES = 6, ANSWER_NO = 7 };
 
 struct TMessageBoxRequest {
     std::string strText;
     std::string strCaption;
-    unsigned uFlags = MB_OK;
+    unsigned uFlags = MSGBOX_OK;
     // Language-table id of the message body when it came from one (0 otherwise), so that a
     // handler can still say which message it was when the table has no words for it.
     int iTextId = 0;
 
-    bool IsQuestion() const { return (uFlags & 0x0F) == MB_YESNO; }
+    bool IsQuestion() const { return (uFlags & 0x0F) == MSGBOX_YESNO; }
 };
 
 using TMessageBoxHandler = std::function<int(const TMessageBoxRequest&)>;

@@ -45,7 +45,7 @@ public:
         // files call this once for every few bytes.
         if (m_iPos < m_iEnd && maxLen - 1 < kBufferSize / 2) {
             const char* base = m_pBuf.get() + m_iPos;
-            const std::size_t window = std::min(m_iEnd - m_iPos, maxLen + 2);
+            const std::size_t window = (std::min)(m_iEnd - m_iPos, maxLen + 2);
             if (const char* nl = static_cast<const char*>(std::memchr(base, '\n', window))) {
                 const char* end = nl;
                 while (end > base && end[-1] == '\r') --end;

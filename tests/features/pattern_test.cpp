@@ -42,7 +42,7 @@ TDrawn Draw(const TFeaturePattern& p, const TLocRect& view) {
         if (c.eKind != TDrawCommand::Line) continue;
         d.abPen += c.pen == g_penPatternAbLine;
         d.swathPen += c.pen == g_penPatternSwath;
-        d.offsetPen += c.pen == TPen{PS_SOLID, 7, 0x0000FF};
+        d.offsetPen += c.pen == TPen{PEN_SOLID, 7, 0x0000FF};
         d.indexes.insert(
             static_cast<int>(std::lround((ax - c.points[0].x - offset) / (p.m_dSwathWidth * unit))));
         for (const TPointLP& pt : c.points)

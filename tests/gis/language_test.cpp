@@ -123,14 +123,14 @@ TEST_F(LanguageTableTest, ProjectedCoordinatePromptAnsweredYesAndNo) {
     StartWithEnglish(
         "1010\tThis\n1011\tfile\n2039\t%s looks projected\n2040\t (%.1f, %.3f)\n2041\tStop?\n5054\tImport\n");
     const std::string source = DescribeSourceForPrompt(" DXF ");
-    for (const int answer : {IDNO, IDYES}) {
+    for (const int answer : {ANSWER_NO, ANSWER_YES}) {
         TScriptedMessages messages({answer});
         EXPECT_EQ(PromptProjectedCoordinate(source.c_str(), 5000000.5, 450000.125), answer);
         ASSERT_EQ(messages.Shown().size(), 1u);
         EXPECT_EQ(messages.Shown()[0].strText,
                   "This DXF file looks projected (5000000.5, 450000.125)\nStop?");
         EXPECT_EQ(messages.Shown()[0].strCaption, "Import");
-        EXPECT_EQ(messages.Shown()[0].uFlags, MB_YESNO | MB_ICONEXCLAMATION);
+        EXPECT_EQ(messages.Shown()[0].uFlags, MSGBOX_YESNO | MSGBOX_ICONEXCLAMATION);
     }
 }
 

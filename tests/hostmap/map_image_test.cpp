@@ -60,7 +60,7 @@ TEST(MapImage, RecordsDrawingAndWritesSvg) {
 
     const auto& cmds = image.GetDC().Commands();
     ASSERT_EQ(cmds.size(), 4u);
-    EXPECT_TRUE(cmds[0].eKind == TDrawCommand::Polygon && cmds[0].brush.iStyle == BS_HATCHED)
+    EXPECT_TRUE(cmds[0].eKind == TDrawCommand::Polygon && cmds[0].brush.iStyle == BRUSH_HATCHED)
         << "an excluded area";
     EXPECT_TRUE(cmds[1].eKind == TDrawCommand::Polyline && cmds[1].pen.dwColor == 0x00FF8000u)
         << "own colour";

@@ -53,10 +53,10 @@ TEST(FileOpen, FailuresSayWhy) {
 TEST(MessageBox, DefaultAnswersWithoutAPerson) {
     const TMessageBoxHandler previous = SetMessageBoxHandler({});
     ::testing::internal::CaptureStderr();
-    EXPECT_EQ(ShowMessageBox("text\nsecond line", "caption", MB_YESNO | MB_ICONQUESTION), IDYES);
-    EXPECT_EQ(ShowMessageBox("notice", "", MB_OKCANCEL), IDOK);
-    DefaultMessageBoxHandler({"", "", MB_OK, 2039});
-    DefaultMessageBoxHandler({"", "", MB_OK, 0});
+    EXPECT_EQ(ShowMessageBox("text\nsecond line", "caption", MSGBOX_YESNO | MSGBOX_ICONQUESTION), ANSWER_YES);
+    EXPECT_EQ(ShowMessageBox("notice", "", MSGBOX_OKCANCEL), ANSWER_OK);
+    DefaultMessageBoxHandler({"", "", MSGBOX_OK, 2039});
+    DefaultMessageBoxHandler({"", "", MSGBOX_OK, 0});
     const std::string logged = ::testing::internal::GetCapturedStderr();
     SetMessageBoxHandler(previous);
     EXPECT_EQ(logged,

@@ -35,8 +35,8 @@ std::string ReadFileBytes(const std::string& path) {
 TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::move(answers)) {
     m_previous = SetMessageBoxHandler([this](const TMessageBoxRequest& request) {
         m_shown.push_back(request);
-        if (!request.IsQuestion()) return static_cast<int>(IDOK);
-        if (m_answers.empty()) return static_cast<int>(IDYES);
+        if (!request.IsQuestion()) return static_cast<int>(ANSWER_OK);
+        if (m_answers.empty()) return static_cast<int>(ANSWER_YES);
         const int answer = m_answers.front();
         m_answers.erase(m_answers.begin());
         return answer;

@@ -7,9 +7,9 @@
 #include "extensions.h"
 #include "features/pattern.h"
 #include "gis/gis_file.h"
-#include "gis/numbers.h"
 #include "json_writer.h"
 #include "layer_report.h"
+#include "platform/numbers.h"
 
 namespace {
 bool ParseWhole(const std::string& text, int low, int high, int& out) {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 void TJsonWriter::BeforeValue() {
     if (m_afterKey) {

@@ -5,8 +5,8 @@
 
 #include "extensions.h"
 #include "gis/gis_map.h"
-#include "gis/numbers.h"
 #include "json_writer.h"
+#include "platform/numbers.h"
 
 const char* ElementKindName(const TMapElement& element) {
     switch (element.GetKind()) {

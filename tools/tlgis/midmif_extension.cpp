@@ -4,7 +4,7 @@
 
 #include "extensions.h"
 #include "gis/midmif/gis_file_midmif.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 struct TDelimiterName {

@@ -6,10 +6,10 @@
 
 #include "extensions.h"
 #include "gis/gis_map.h"
-#include "gis/numbers.h"
 #include "gis/pmh/pmh_header.h"
 #include "json_writer.h"
 #include "layer_report.h"
+#include "platform/numbers.h"
 #include "session.h"
 
 namespace {

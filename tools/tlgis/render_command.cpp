@@ -5,10 +5,10 @@
 
 #include "commands.h"
 #include "features/feature_spray.h"
-#include "gis/numbers.h"
 #include "hostmap/map_image.h"
 #include "layer_loading.h"
 #include "layer_render.h"
+#include "platform/numbers.h"
 #include "session.h"
 
 namespace {
@@ -42,8 +42,8 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     const TPointLP start{v.left + margin, v.bottom + margin};
     const TPointLP end{start.x + barUnits, start.y};
 
-    const TPen oldPen = dc.SelectPen({PS_SOLID, 0, 0x000000});
-    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0x000000});
+    const TPen oldPen = dc.SelectPen({PEN_SOLID, 0, 0x000000});
+    const TBrush oldBrush = dc.SelectBrush({BRUSH_SOLID, 0x000000});
     dc.MoveTo(start);
     dc.LineTo(end);
     dc.MoveTo({start.x, start.y - tick});
@@ -52,14 +52,14 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
     dc.LineTo({end.x, end.y + tick});
     const std::string label =
         barM >= 1000.0 ? FormatRoundTrip(barM / 1000.0) + " km" : FormatRoundTrip(barM) + " m";
-    dc.TextOut({start.x, start.y + tick * 2}, label);
+    dc.DrawLabel({start.x, start.y + tick * 2}, label);
 
     // North arrow in the top right corner.
     const int size = (v.top - v.bottom) / 12 + 1;
     const TPointLP tip{v.right - margin - size / 2, v.top - margin};
     const TPointLP arrow[3] = {tip, {tip.x - size / 3, tip.y - size}, {tip.x + size / 3, tip.y - size}};
     dc.Polygon(arrow, 3);
-    dc.TextOut({tip.x - size / 6, tip.y - size - size / 2}, "N");
+    dc.DrawLabel({tip.x - size / 6, tip.y - size - size / 2}, "N");
     dc.SelectBrush(oldBrush);
     dc.SelectPen(oldPen);
 }
@@ -68,17 +68,17 @@ void DrawScaleBarAndNorthArrow(TMapImage& image) {
 void DrawSpray(TMapImage& image, const TFeatureSpray& spray) {
     if (spray.m_pRecs == nullptr || spray.m_iNumRecs < 1) return;
     TDeviceContext& dc = image.GetDC();
-    const TPen oldPen = dc.SelectPen({PS_NULL, 0, 0});
-    const TBrush oldBrush = dc.SelectBrush({BS_SOLID, 0});
+    const TPen oldPen = dc.SelectPen({PEN_NULL, 0, 0});
+    const TBrush oldBrush = dc.SelectBrush({BRUSH_SOLID, 0});
     for (int i = 1; i < spray.m_iNumRecs; ++i) {
         const tagSPRAYREC& a = spray.m_pRecs[i - 1];
         const tagSPRAYREC& b = spray.m_pRecs[i];
-        dc.SelectBrush({BS_SOLID, b.bySpray != 0 ? 0x60D060u : 0xD8D8D8u});
+        dc.SelectBrush({BRUSH_SOLID, b.bySpray != 0 ? 0x60D060u : 0xD8D8D8u});
         const TPointLP strip[4] = {image.Loc2LP(a.locSwathA), image.Loc2LP(b.locSwathA),
                                    image.Loc2LP(b.locSwathB), image.Loc2LP(a.locSwathB)};
         dc.Polygon(strip, 4);
     }
-    dc.SelectPen({PS_SOLID, 0, 0x404040});
+    dc.SelectPen({PEN_SOLID, 0, 0x404040});
     dc.MoveTo(image.Loc2LP(spray.m_pRecs[0].locPos));
     for (int i = 1; i < spray.m_iNumRecs; ++i) dc.LineTo(image.Loc2LP(spray.m_pRecs[i].locPos));
     dc.SelectBrush(oldBrush);

@@ -34,8 +34,8 @@ int AskOnTerminal(const TMessageBoxRequest& request) {
     std::fprintf(stderr, "%s [y/n] ", request.strCaption.empty() ? "Question" : request.strCaption.c_str());
     std::fflush(stderr);
     std::string answer;
-    if (!std::getline(std::cin, answer)) return IDYES;
-    return (!answer.empty() && (answer[0] == 'n' || answer[0] == 'N')) ? IDNO : IDYES;
+    if (!std::getline(std::cin, answer)) return ANSWER_YES;
+    return (!answer.empty() && (answer[0] == 'n' || answer[0] == 'N')) ? ANSWER_NO : ANSWER_YES;
 }
 }  // namespace
 
@@ -73,7 +73,7 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         std::string prefix = request.strCaption.empty() ? "tlgis" : request.strCaption;
         if (text.empty() && request.iTextId != 0) text = "message " + std::to_string(request.iTextId);
         const bool question = request.IsQuestion();
-        if (!question && g_bQuiet && (request.uFlags & 0xF0) == MB_ICONINFORMATION) return IDOK;
+        if (!question && g_bQuiet && (request.uFlags & 0xF0) == MSGBOX_ICONINFORMATION) return ANSWER_OK;
         std::size_t start = 0;
         while (start <= text.size()) {
             const auto nl = text.find('\n', start);
@@ -83,11 +83,11 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
             if (nl == std::string::npos) break;
             start = nl + 1;
         }
-        if (!question) return IDOK;
+        if (!question) return ANSWER_OK;
         if (projected == "ask") return AskOnTerminal(request);
-        const int answer = projected == "skip" ? IDNO : IDYES;
+        const int answer = projected == "skip" ? ANSWER_NO : ANSWER_YES;
         std::fprintf(stderr, "%s: answered %s (--projected %s)\n", prefix.c_str(),
-                     answer == IDYES ? "Yes" : "No", projected.c_str());
+                     answer == ANSWER_YES ? "Yes" : "No", projected.c_str());
         return answer;
     });
     return true;

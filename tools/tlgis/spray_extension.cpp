@@ -5,10 +5,10 @@
 
 #include "extensions.h"
 #include "features/feature_spray.h"
-#include "features/flight_csv.h"
-#include "gis/numbers.h"
+#include "gis/flight/flight_csv.h"
 #include "json_writer.h"
 #include "layer_report.h"
+#include "platform/numbers.h"
 
 namespace {
 struct TSprayFacts {

@@ -11,8 +11,8 @@
 #include "gis/dxf/dxf_tables.h"
 #include "gis/dxf/gis_file_dxf.h"
 #include "gis/line_assembly.h"
-#include "gis/numbers.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 #include "platform/text_file.h"
 
 namespace {
@@ -371,7 +371,7 @@ int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {
     const int kind = ClassifyCoordinate(lat, lon);
     if (kind != COORD_PROJECTED) return kind;
     const std::string source = DescribeSourceForPrompt(" DXF ");
-    return PromptProjectedCoordinate(source.c_str(), lat, lon) == IDYES ? GISFILE_ERR_CANCELLED : 1;
+    return PromptProjectedCoordinate(source.c_str(), lat, lon) == ANSWER_YES ? GISFILE_ERR_CANCELLED : 1;
 }
 
 void TGisFileDxf::ClearFields() {

@@ -8,7 +8,7 @@
 #include "features/feature_spray.h"
 #include "gis/dxf/dxf_group_writer.h"
 #include "gis/dxf/gis_file_dxf.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 #include "platform/system_services.h"
 #include "platform/text_file.h"
 

@@ -10,9 +10,9 @@
 #include "gis/job/job_vertex_buffer.h"
 #include "gis/language.h"
 #include "gis/line_assembly.h"
-#include "gis/numbers.h"
 #include "gis/text_format.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 
 namespace {
 // The result a body reader returns when its first vertex buffer cannot be had.
@@ -59,7 +59,7 @@ void ShowMemoryExhausted(int firstTextId, const char* id) {
     std::string format = GetText(firstTextId);
     format += '\n';
     format += GetText(JOB_TEXT_MEMORY_DETAIL);
-    ShowMessageBox(FormatText(format, {id}), "", MB_OK | MB_ICONEXCLAMATION, firstTextId);
+    ShowMessageBox(FormatText(format, {id}), "", MSGBOX_OK | MSGBOX_ICONEXCLAMATION, firstTextId);
 }
 
 int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary) {
@@ -98,7 +98,7 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         }
         result = ClassifyCoordinate(lat, lon);
         if (result == COORD_PROJECTED &&
-            PromptProjectedCoordinate(file.GetFilePath().c_str(), lat, lon) == IDYES) {
+            PromptProjectedCoordinate(file.GetFilePath().c_str(), lat, lon) == ANSWER_YES) {
             cancelled = true;
             return false;
         }

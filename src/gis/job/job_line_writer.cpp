@@ -6,7 +6,7 @@
 #include "gis/geometry.h"
 #include "gis/job/job_file.h"
 #include "gis/job/job_records.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 #include "platform/text_file.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "gis/job/job_texts.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr std::size_t kMaxJobName = 20;

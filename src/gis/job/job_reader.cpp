@@ -8,7 +8,7 @@
 #include "features/pattern.h"
 #include "gis/job/job_body.h"
 #include "gis/job/job_file.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr double kFeetToMetres = 0.3048;

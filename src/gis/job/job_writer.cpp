@@ -13,9 +13,9 @@
 #include "gis/job/job_records.h"
 #include "gis/job/job_texts.h"
 #include "gis/language.h"
-#include "gis/numbers.h"
 #include "gis/text_format.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 #include "platform/system_services.h"
 #include "platform/text_file.h"
 
@@ -137,7 +137,7 @@ void ShowNameError(const TJobFileName& name) {
     format += '\n';
     format += GetText(name.iErrorText);
     ShowMessageBox(FormatText(format, {name.strBase, name.strRest}), GetText(JOB_TEXT_CAPTION),
-                   MB_OK | MB_ICONEXCLAMATION, name.iErrorText);
+                   MSGBOX_OK | MSGBOX_ICONEXCLAMATION, name.iErrorText);
 }
 
 tagLOC* CopyVertices(const TFeatureLine& line) {
@@ -264,7 +264,7 @@ int TGisFileJob::WriteFile(const char* path, TMapLayer* layer) {
                     if (const auto* line = dynamic_cast<const TFeatureLine*>(element)) {
                         if (!fitter.Write(*line, element->GetKind() == ELEMENT_LINE_GENERIC)) {
                             ShowMessageBox(GetText(JOB_TEXT_COPY_MEMORY), GetText(JOB_TEXT_CAPTION),
-                                           MB_OK | MB_ICONEXCLAMATION, JOB_TEXT_COPY_MEMORY);
+                                           MSGBOX_OK | MSGBOX_ICONEXCLAMATION, JOB_TEXT_COPY_MEMORY);
                             return GISFILE_ERR_DATA;
                         }
                     }
@@ -282,11 +282,12 @@ int TGisFileJob::WriteFile(const char* path, TMapLayer* layer) {
             if (m_abJobWarnings[0] || m_abJobWarnings[1]) {
                 const int first =
                     s_iCompatible == REDUCE_ALL_LIMITS ? JOB_TEXT_SUMMARY_A : JOB_TEXT_SUMMARY_B;
-                ShowMessageBox(SummaryText(first), GetText(JOB_TEXT_CAPTION), MB_OK, first);
+                ShowMessageBox(SummaryText(first), GetText(JOB_TEXT_CAPTION), MSGBOX_OK, first);
             }
             if (m_bJobReduced)
                 ShowMessageBox(FormatText(GetText(JOB_TEXT_REDUCED), {m_iJobPolygons, m_iJobVertices}),
-                               GetText(JOB_TEXT_CAPTION), MB_OK | MB_ICONINFORMATION, JOB_TEXT_REDUCED);
+                               GetText(JOB_TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONINFORMATION,
+                               JOB_TEXT_REDUCED);
             break;
         case REDUCE_BY_TOLERANCE: {
             // Warnings in the order total, lines, vertices, then the three again.
@@ -297,7 +298,7 @@ int TGisFileJob::WriteFile(const char* path, TMapLayer* layer) {
                 std::string text = GetText(JOB_TEXT_LIMIT_WARNING);
                 text += '\n';
                 text += GetText(textId);
-                ShowMessageBox(text, GetText(JOB_TEXT_CAPTION), MB_OK | MB_ICONEXCLAMATION, textId);
+                ShowMessageBox(text, GetText(JOB_TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONEXCLAMATION, textId);
             }
             break;
         }

@@ -5,7 +5,7 @@
 #include "gis/midmif/gis_file_midmif.h"
 #include "gis/midmif/mid_fields.h"
 #include "gis/midmif/mif_style.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 // Everything before the delimiter line, and everything after it up to the first object.

@@ -6,7 +6,7 @@
 #include "gis/coordinates.h"
 #include "gis/line_assembly.h"
 #include "gis/midmif/gis_file_midmif.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 // Where the reader is within an object. Shared by every reader in the process and kept from

@@ -2,9 +2,9 @@
 // blocks, which share their syntax with the boundary bodies of JOB files.
 
 #include "gis/job/job_file.h"
-#include "gis/numbers.h"
 #include "gis/pmh/gis_file_pmh.h"
 #include "gis/pmh/pmh_header.h"
+#include "platform/numbers.h"
 
 namespace {
 // No header value needs more; the rest of a longer line is skipped, so a damaged file cannot

@@ -2,10 +2,10 @@
 // features as INC polygons with their rates.
 
 #include "gis/language.h"
-#include "gis/numbers.h"
 #include "gis/pmh/gis_file_pmh.h"
 #include "gis/pmh/pmh_header.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr int PMH_TEXT_WRITE_FAILED = 3091;
@@ -66,7 +66,7 @@ int TGisFilePmh::WriteFile(const char* path, TMapLayer* layer) {
     const bool written = writePMHeader(source) && writePMHPolygons(source);
     // Closing writes what is still buffered, so a full disk may only show here.
     if (!m_File.Close() || !written) {
-        ShowMessageBox(GetText(PMH_TEXT_WRITE_FAILED), "", MB_OK, PMH_TEXT_WRITE_FAILED);
+        ShowMessageBox(GetText(PMH_TEXT_WRITE_FAILED), "", MSGBOX_OK, PMH_TEXT_WRITE_FAILED);
         return PMHFILE_ERR_WRITE;
     }
     return GISFILE_OK;

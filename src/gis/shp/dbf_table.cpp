@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "gis/byte_order.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 #include "platform/system_services.h"
 
 namespace {

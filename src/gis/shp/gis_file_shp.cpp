@@ -6,9 +6,9 @@
 #include "gis/geometry.h"
 #include "gis/language.h"
 #include "gis/line_assembly.h"
-#include "gis/numbers.h"
 #include "gis/shp/shp_record_reader.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 
 ESRISPRAYFORMAT TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
 ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
@@ -50,7 +50,7 @@ int TGisFileShp::ReportDamage(const std::string& problem, int result) {
     text += problem;
     text += result == GISFILE_ERR_OPEN ? ". The file is not loaded."
                                        : ". Loading stopped there; the shapes before it were loaded.";
-    ShowMessageBox(text, GetText(5054), MB_OK | MB_ICONEXCLAMATION);
+    ShowMessageBox(text, GetText(5054), MSGBOX_OK | MSGBOX_ICONEXCLAMATION);
     return result;
 }
 
@@ -162,7 +162,7 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
             lastClass = ClassifyCoordinate(loc.dLat, loc.dLon);
             if (lastClass == COORD_PROJECTED &&
                 PromptProjectedCoordinate(polygon ? kPolygonSource : m_strLineSource.c_str(), loc.dLat,
-                                          loc.dLon) == IDYES) {
+                                          loc.dLon) == ANSWER_YES) {
                 return GISFILE_ERR_CANCELLED;
             }
         }

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "gis/byte_order.h"
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr std::size_t kPolyFixedBytes = 44;  // shape type, box, part count, point count

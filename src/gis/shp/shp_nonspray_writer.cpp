@@ -6,10 +6,10 @@
 #include "features/buffer.h"
 #include "features/feature_spray.h"
 #include "gis/language.h"
-#include "gis/numbers.h"
 #include "gis/shp/gis_file_shp.h"
 #include "gis/text_format.h"
 #include "platform/message_box.h"
+#include "platform/numbers.h"
 
 namespace {
 constexpr double kNoPosition = 1e-10;
@@ -45,7 +45,8 @@ int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* la
     if (layer == nullptr) {
         const std::string table = m_Out.m_strTablePath;
         m_Out.Close();
-        ShowMessageBox(FormatText(GetText(5084), {table}), GetText(5054), MB_OK | MB_ICONEXCLAMATION, 5084);
+        ShowMessageBox(FormatText(GetText(5084), {table}), GetText(5054), MSGBOX_OK | MSGBOX_ICONEXCLAMATION,
+                       5084);
         return -1;
     }
     if (layer->GetElementCount() > 0) {

@@ -5,8 +5,8 @@
 #include <new>
 
 #include "gis/byte_order.h"
-#include "gis/numbers.h"
 #include "platform/byte_file.h"
+#include "platform/numbers.h"
 
 namespace {
 std::string Int(long long v) {

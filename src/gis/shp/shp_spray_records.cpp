@@ -8,9 +8,9 @@
 #include "features/buffer.h"
 #include "features/feature_spray.h"
 #include "gis/geometry.h"
-#include "gis/numbers.h"
 #include "gis/shp/gis_file_shp.h"
 #include "gis/shp/swath_runs.h"
+#include "platform/numbers.h"
 
 namespace {
 // Scratch room beyond a record's own size, so that slightly longer records reuse the block.

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "features/feature_spray.h"
-#include "gis/numbers.h"
 #include "gis/shp/gis_file_shp.h"
+#include "platform/numbers.h"
 #include "platform/system_services.h"
 
 namespace {

@@ -192,11 +192,11 @@ TEST(DxfReader, EntitiesSectionsDamageAndQuestions) {
         {"ten million vertices in one polyline", std::move(tenMillion), "road/10000000"},
         {"random bytes", noise, "", kAnyResult},
         {"random bytes without line ends", noLineEnds, "", kAnyResult},
-        {"line, Yes stops", Drawing(kLine + "|" + utm + "|" + kLine), "generic/2", 6001, IDYES, 1},
-        {"line, No asks again", Drawing(utm + "|" + utm + "|" + kLine), "generic/2", 0, IDNO, 2},
+        {"line, Yes stops", Drawing(kLine + "|" + utm + "|" + kLine), "generic/2", 6001, ANSWER_YES, 1},
+        {"line, No asks again", Drawing(utm + "|" + utm + "|" + kLine), "generic/2", 0, ANSWER_NO, 2},
         {"lightweight vertex, No keeps the rest",
-         Drawing(Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})), "road/2", 0, IDNO, 1},
-        {"insert, Yes", Drawing(Insert({{"TGR_NAME", "x", "500000", "5000000"}})), "", 6001, IDYES, 1},
+         Drawing(Lw("A41", {{10.5, 45.2}, {500000, 5000000}, {10.6, 45.3}})), "road/2", 0, ANSWER_NO, 1},
+        {"insert, Yes", Drawing(Insert({{"TGR_NAME", "x", "500000", "5000000"}})), "", 6001, ANSWER_YES, 1},
         {"polyline vertices are never asked about", Drawing(Poly("F30", {{500000, 5000000}})), ""}};
     for (const auto& c : cases) {
         TScriptedMessages messages(std::vector<int>(c.questions, c.answer));

@@ -5,8 +5,8 @@
 #include <tuple>
 
 #include "gis/job/job_vertex_buffer.h"
-#include "gis/numbers.h"
 #include "job_test_support.h"
+#include "platform/numbers.h"
 
 namespace {
 // The fields the reader fills in, one element after the other.
@@ -112,9 +112,9 @@ TEST(JobReader, RecordBodies) {
         {"RGB two numbers", ".POL 5 N\n\trgb: ,10,,20\n", "5 POL INC n=0 v=0 rgb=none 0 0"},
         {"refused pairs dropped", ".POL 5 N\n\t45.5 200\n\t0.5 0.5\n\tx y\n\t45.5 -93.3\n", "5 POL INC n=1"},
         {"polyline: no INC, no RGB", ".GPL 5 N\n\tINC 4\n\tRGB: 1,2,3, 1, 0\n" + ring, "5 GPL OPEN n=3 v=0"},
-        {"projected pair, No drops it", ".POL 5 N\n" + projected, "5 POL INC n=3 v=0", IDNO},
+        {"projected pair, No drops it", ".POL 5 N\n" + projected, "5 POL INC n=3 v=0", ANSWER_NO},
         {"projected pair, Yes abandons the boundary", ".POL 5 N\n" + projected + ".POL 6 N\n" + ring,
-         "6 POL INC n=4 v=0", IDYES},
+         "6 POL INC n=4 v=0", ANSWER_YES},
         {"NUL bytes", std::string(".MAR 1 M\n\t45.5\0 -93\n\0\0\0\n.POL 2\n\t45\0.5 -93.5\n", 44),
          "1 MAR M 0 45.5 0|2 POL INC n=1 v=0|"},
         {"a line of 1 MB", ".POL 5 N\n" + longLine + "\n", "5 POL INC n=11112 "},

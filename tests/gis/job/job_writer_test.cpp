@@ -3,8 +3,8 @@
 #include <cstring>
 #include <tuple>
 
-#include "gis/numbers.h"
 #include "job_test_support.h"
+#include "platform/numbers.h"
 
 namespace {
 const tagLOC kA{45.5, -93.2}, kB{45.51, -93.2}, kC{45.5, -93.19}, kD{45.51, -93.19};
@@ -68,7 +68,7 @@ TEST(JobWriter, HandWrittenFilesAndNameRules) {
         EXPECT_EQ(WriteJob(fileName, layer, bytes), result) << fileName;
         for (const TMessageBoxRequest& shown : messages.Shown()) {
             seen += shown.strText + "|" + shown.strCaption;
-            EXPECT_EQ(shown.uFlags, MB_OK | MB_ICONEXCLAMATION) << fileName;
+            EXPECT_EQ(shown.uFlags, MSGBOX_OK | MSGBOX_ICONEXCLAMATION) << fileName;
         }
         seen += bytes;
         if (expected[0] == '@') {

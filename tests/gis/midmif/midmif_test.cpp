@@ -20,7 +20,7 @@ namespace {
 // What a load left, as "id:lat lon,lat lon; ... @lat lon ?questions": the lines with their points
 // ('!' after the id of a line that is no inclusion boundary), the centroids that POINT lines
 // added, the questions asked, and a result other than 0.
-std::string LoadMif(const std::string& path, int answer = IDNO) {
+std::string LoadMif(const std::string& path, int answer = ANSWER_NO) {
     TScriptedMessages messages({answer});
     TMapLayer layer;
     const int result = TGisMap().LoadFile(path.c_str(), &layer, nullptr);
@@ -56,7 +56,7 @@ TEST(MifRead, LinesLeaveTheExpectedLayer) {
         const char* name;
         std::string text;
         const char* expected;
-        int answer = IDNO;
+        int answer = ANSWER_NO;
     } cases[] = {
         {"two polylines",
          kHeader + "PLINE 3\r\n10 45\r\n11 46\r\n12 47\r\n  SMOOTH\r\nPLINE 2\r\n1 2\r\n3 4\r\n",
@@ -80,7 +80,8 @@ TEST(MifRead, LinesLeaveTheExpectedLayer) {
         {"negative count", kHeader + "PLINE -5\n1 2\nPOINT 1 1\n", ""},
         // A bad point ends the reading; the object keeps the points before it.
         {"point out of range", kHeader + "PLINE 3\n1 2\n500 2\n3 4\nPOINT 1 1\n", "1:2 1;"},
-        {"projected, Yes", kHeader + "PLINE 3\n1 2\n500000 5000000\n3 4\nPOINT 1 1\n", "1:2 1; ?1", IDYES},
+        {"projected, Yes", kHeader + "PLINE 3\n1 2\n500000 5000000\n3 4\nPOINT 1 1\n", "1:2 1; ?1",
+         ANSWER_YES},
         {"projected, No", kHeader + "PLINE 2\n500000 5000000\n1 2\nPLINE 2\n1 2\n3 4\n", "1:; ?1"},
         {"points missing at the end", kHeader + "PLINE 5\n1 2\n3 4", "1:2 1,4 3;"},
         {"10,000 characters", kHeader + longLine + "\nPLINE 2\n1 2 " + longLine + "\n3 4\n", "1:2 1,4 3;"},

@@ -7,8 +7,8 @@
 
 #include "../config_folder_guard.h"
 #include "gis/line_assembly.h"
-#include "gis/numbers.h"
 #include "gis/pmh/gis_file_pmh.h"
+#include "platform/numbers.h"
 #include "test_support.h"
 
 namespace {

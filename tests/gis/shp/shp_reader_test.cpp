@@ -85,7 +85,7 @@ TEST(ShpReader, LoadsOrRejectsEachFile) {
         WriteFileBytes(dir.File("test.shp"), bytes);
         EnsureLibraryStarted();  // its notices are not the reader's
         std::vector<int> script;
-        for (const char* a = answers; *a != '\0'; ++a) script.push_back(*a == 'y' ? IDYES : IDNO);
+        for (const char* a = answers; *a != '\0'; ++a) script.push_back(*a == 'y' ? ANSWER_YES : ANSWER_NO);
         TScriptedMessages messages(script);
         TMapLayer layer;
         EXPECT_EQ(TGisMap().LoadFile(dir.File("test.shp").c_str(), &layer, nullptr), result) << name;

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "features/flight_csv.h"
+#include "gis/flight/flight_csv.h"
 
 #include <charconv>
 #include <cmath>
 #include <map>
 
-#include "gis/numbers.h"
-#include "gis/result_codes.h"
+#include "platform/numbers.h"
+#include "platform/result_codes.h"
 #include "platform/text_file.h"
 
 namespace {

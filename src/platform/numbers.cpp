@@ -1,4 +1,4 @@
-#include "gis/numbers.h"
+#include "platform/numbers.h"
 
 #include <charconv>
 #include <climits>

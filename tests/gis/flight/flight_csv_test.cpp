@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "features/flight_csv.h"
-#include "gis/result_codes.h"
+#include "gis/flight/flight_csv.h"
 #include "hostmap/geodesy.h"
+#include "platform/result_codes.h"
 #include "platform/text_file.h"
 #include "test_support.h"
 
