@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "gis/dxf/gis_file_dxf.h"
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
 #include "read_bench.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "gis/dxf/gis_file_dxf.h"
-#include "gis/line_assembly.h"
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
+#include <tl_gis/gis/line_assembly.h>
 
 namespace {
 constexpr int kPolygons = 100000;

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/platform/message_box.h>
 #include "gis/job/job_decimation.h"
-#include "gis/job/job_file.h"
-#include "gis/line_assembly.h"
-#include "platform/message_box.h"
 
 namespace {
 // A file in a folder of this run (the writer takes the job number from the file name).

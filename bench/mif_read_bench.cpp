@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "gis/gis_map.h"
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include "read_bench.h"
 
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "gis/line_assembly.h"
-#include "gis/pmh/gis_file_pmh.h"
-#include "platform/message_box.h"
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
+#include <tl_gis/platform/message_box.h>
 
 namespace {
 constexpr int kPolygons = 100000;

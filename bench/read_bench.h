@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <string>
 
-#include "hostmap/map_layer.h"
-#include "platform/message_box.h"
+#include <tl_gis/hostmap/map_layer.h>
+#include <tl_gis/platform/message_box.h>
 
 inline double PeakRssMB() {
     rusage usage{};

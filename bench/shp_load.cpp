@@ -16,11 +16,11 @@
 #include <fstream>
 #include <string>
 
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/platform/message_box.h>
 #include "bench_memory.h"
 #include "gis/byte_order.h"
-#include "gis/gis_map.h"
-#include "gis/language.h"
-#include "platform/message_box.h"
 
 namespace {
 constexpr int kPolygons = 100000;

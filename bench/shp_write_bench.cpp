@@ -22,12 +22,12 @@
 #include <memory>
 #include <string>
 
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/message_box.h>
 #include "bench_memory.h"
-#include "features/feature_spray.h"
-#include "gis/gis_map.h"
-#include "gis/language.h"
-#include "gis/shp/gis_file_shp.h"
-#include "platform/message_box.h"
 
 namespace {
 constexpr int kRuns = 100;

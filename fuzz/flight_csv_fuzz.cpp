@@ -1,9 +1,9 @@
 // Flight-data CSV files: the input is one file. Every run read has its spray statistics
 // computed, as the spray exports do.
 
+#include <tl_gis/gis/flight/flight_csv.h>
+#include <tl_gis/platform/text_file.h>
 #include "fuzz_support.h"
-#include "gis/flight/flight_csv.h"
-#include "platform/text_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     tl_fuzz::PrepareInput(size);

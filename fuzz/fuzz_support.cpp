@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "gis/language.h"
-#include "platform/message_box.h"
+#include <tl_gis/gis/language.h>
+#include <tl_gis/platform/message_box.h>
 
 #ifndef TL_GIS_SOURCE_DIR
 #define TL_GIS_SOURCE_DIR "."

@@ -2,7 +2,7 @@
 // again, as a job-to-job conversion would; the writer takes the job number from the name, and
 // the default header version wants 1 to 999.
 
-#include "gis/job/job_file.h"
+#include <tl_gis/gis/job/gis_file_job.h>
 #include "round_trip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

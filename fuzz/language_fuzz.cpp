@@ -4,9 +4,9 @@
 
 #include <filesystem>
 
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/language.h>
 #include "fuzz_support.h"
-#include "gis/coordinates.h"
-#include "gis/language.h"
 #include "gis/text_format.h"
 
 namespace {

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/hostmap/map_layer.h>
 #include "fuzz_support.h"
-#include "gis/gis_file.h"
-#include "gis/job/job_file.h"
-#include "hostmap/map_layer.h"
 #include "shp_test_files.h"
 
 namespace fs = std::filesystem;

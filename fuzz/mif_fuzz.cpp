@@ -1,6 +1,6 @@
 // MapInfo .mif graphics: the input is one file, loaded, written back and loaded again.
 
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include "round_trip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

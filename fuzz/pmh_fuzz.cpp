@@ -1,6 +1,6 @@
 // PMH rate maps: the input is one file, loaded, written back and loaded again.
 
-#include "gis/pmh/gis_file_pmh.h"
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include "round_trip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

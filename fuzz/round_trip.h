@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <string>
 
+#include <tl_gis/hostmap/map_layer.h>
+#include <tl_gis/platform/result_codes.h>
 #include "fuzz_support.h"
-#include "hostmap/map_layer.h"
-#include "platform/result_codes.h"
 
 namespace tl_fuzz {
 

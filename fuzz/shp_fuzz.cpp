@@ -1,9 +1,9 @@
 // Shapefiles: the input packs the main file, the index and the attribute table (in that
 // order) as tl_fuzz::PackInput does; they are written side by side and the main file loaded.
 
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/hostmap/map_layer.h>
 #include "fuzz_support.h"
-#include "gis/shp/gis_file_shp.h"
-#include "hostmap/map_layer.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     tl_fuzz::PrepareInput(size);

@@ -13,12 +13,12 @@
 #include <string>
 #include <vector>
 
-#include "gis/gis_map.h"
-#include "gis/line_assembly.h"
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/shp/dbf_table.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr int kCorners = 10;

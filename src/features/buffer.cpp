@@ -1,4 +1,4 @@
-#include "features/buffer.h"
+#include <tl_gis/features/buffer.h>
 
 #include <cstring>
 #include <new>

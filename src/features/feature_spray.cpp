@@ -1,10 +1,10 @@
-#include "features/feature_spray.h"
+#include <tl_gis/features/feature_spray.h>
 
 #include <algorithm>
 #include <cmath>
 #include <new>
 
-#include "hostmap/geodesy.h"
+#include <tl_gis/hostmap/geodesy.h>
 
 namespace {
 constexpr int kInitialSteps = 1000;

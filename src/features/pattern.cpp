@@ -1,4 +1,4 @@
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
 
 #include <cmath>
 #include <new>

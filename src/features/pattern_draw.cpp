@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
 
 const TPen g_penPatternAbLine{PEN_SOLID, 7, 0x969696};
 const TPen g_penPatternSwath{PEN_SOLID, 0, 0xC8C8C8};

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
 
 namespace {
 // Integer point wide enough for the products of the line function.

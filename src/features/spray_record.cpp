@@ -1,8 +1,8 @@
-#include "features/spray_record.h"
+#include <tl_gis/features/spray_record.h>
 
 #include <cstring>
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 void PackSprayTime(const TSprayTime& time, tagSPRAYREC& rec) {
     const auto year = static_cast<std::uint32_t>(time.iYear - SPRAY_BASE_YEAR) & 0x7Fu;

@@ -1,10 +1,10 @@
-#include "gis/coordinates.h"
+#include <tl_gis/gis/coordinates.h>
 
 #include <cmath>
 
-#include "gis/language.h"
+#include <tl_gis/gis/language.h>
+#include <tl_gis/platform/message_box.h>
 #include "gis/text_format.h"
-#include "platform/message_box.h"
 
 int ClassifyCoordinate(double first, double second) {
     const double a = std::fabs(first);

@@ -3,11 +3,11 @@
 #include <iterator>
 #include <new>
 
-#include "gis/dxf/gis_file_dxf.h"
-#include "gis/job/job_file.h"
-#include "gis/midmif/gis_file_midmif.h"
-#include "gis/pmh/gis_file_pmh.h"
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
 
 namespace {
 template <class T>
@@ -25,7 +25,8 @@ const TGisFormat kFormats[] = {
     {GIS_FILE_JOB, "JOB", "JOB", &CreateFormat<TGisFileJob>, &CreateFormat<TGisFileJob>, nullptr},
     {GIS_FILE_PMH, "PMH", "PMH", &CreateFormat<TGisFilePmh>, &CreateFormat<TGisFilePmh>, nullptr},
     {GIS_FILE_DXF, "DXF", "DXF", &CreateFormat<TGisFileDxf>, &CreateFormat<TGisFileDxf>, nullptr},
-    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>, nullptr},
+    {GIS_FILE_MIDMIF, "MIF", "MID/MIF", &CreateFormat<TGisFileMidMif>, &CreateFormat<TGisFileMidMif>,
+     nullptr},
     {GIS_FILE_SHP, "SHP", "SHP", &CreateFormat<TGisFileShp>, &CreateFormat<TGisFileShp>, &PrepareShpWriter},
 };
 }  // namespace

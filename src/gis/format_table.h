@@ -1,7 +1,7 @@
 #pragma once
 // The table of the five formats: one row each, the only place that knows them all.
 
-#include "gis/gis_map.h"
+#include <tl_gis/gis/gis_map.h>
 
 struct TGisFormat {
     TLGIS_FILE_TYPE eType;

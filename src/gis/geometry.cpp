@@ -1,9 +1,9 @@
-#include "gis/geometry.h"
+#include <tl_gis/gis/geometry.h>
 
 #include <cmath>
 #include <memory>
 
-#include "gis/utm.h"
+#include <tl_gis/gis/utm.h>
 
 tagLOC ComputeCentroid(const tagLOC* points, int count) {
     if (points == nullptr || count < 3) return {0.0, 0.0};
@@ -12,7 +12,8 @@ tagLOC ComputeCentroid(const tagLOC* points, int count) {
     for (int i = 1; i <= count - 2; ++i) {
         const tagLOC& a = points[i];
         const tagLOC& b = points[i + 1];
-        const double area = ((b.dLat - p0.dLat) * (a.dLon - p0.dLon) - (a.dLat - p0.dLat) * (b.dLon - p0.dLon)) / 2.0;
+        const double area =
+            ((b.dLat - p0.dLat) * (a.dLon - p0.dLon) - (a.dLat - p0.dLat) * (b.dLon - p0.dLon)) / 2.0;
         if (area == 0.0) continue;
         total += area;
         sumLat += area * (p0.dLat + a.dLat + b.dLat) / 3.0;
@@ -28,7 +29,8 @@ double ComputePolygonArea(const tagLOC* points, int count) {
     // Zone of the second vertex; a longitude that is no number or far out of range must not
     // reach the integer conversion (the area is meaningless then anyway).
     const double zoneValue = (points[1].dLon + 180.0) / 6.0 + 1.0;
-    const int zone = std::isfinite(zoneValue) && std::fabs(zoneValue) < 1.0e6 ? static_cast<int>(zoneValue) : 31;
+    const int zone =
+        std::isfinite(zoneValue) && std::fabs(zoneValue) < 1.0e6 ? static_cast<int>(zoneValue) : 31;
     utm.m_dCentralMeridian = zone * 6.0 - 183.0;
     utm.m_bSouth = points[1].dLat < 0.0;
     utm.LatLonToUtm(points[0]);

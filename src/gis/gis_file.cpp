@@ -1,12 +1,12 @@
-#include "gis/gis_file.h"
+#include <tl_gis/gis/gis_file.h>
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
+#include <tl_gis/platform/file_base.h>
+#include <tl_gis/platform/message_box.h>
 #include "platform/byte_file.h"
-#include "platform/file_base.h"
-#include "platform/message_box.h"
 
 double TGisFile::s_dDecimationLimitM = 0.0;
 int TGisFile::s_iCompatible = REDUCE_BY_TOLERANCE;

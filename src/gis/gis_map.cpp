@@ -1,9 +1,9 @@
-#include "gis/gis_map.h"
+#include <tl_gis/gis/gis_map.h>
 
 #include <memory>
 
+#include <tl_gis/gis/language.h>
 #include "gis/format_table.h"
-#include "gis/language.h"
 #include "platform/system_services.h"
 
 TLGIS_FILE_TYPE TGisMap::GetGisFileType(const char* path) {
@@ -16,7 +16,8 @@ int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback pr
     TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
-    if (format == nullptr || format->pfnCreateReader == nullptr || layer == nullptr) return GISFILE_ERR_UNAVAILABLE;
+    if (format == nullptr || format->pfnCreateReader == nullptr || layer == nullptr)
+        return GISFILE_ERR_UNAVAILABLE;
     std::unique_ptr<TGisFile> reader(format->pfnCreateReader());
     if (!reader) return GISFILE_ERR_UNAVAILABLE;
     return reader->LoadFile(path, layer, progress);
@@ -50,14 +51,23 @@ const char* TGisMap::GetTypeName(TLGIS_FILE_TYPE type) {
 
 const char* GetResultCodeText(int code) {
     switch (code) {
-        case GISFILE_OK: return "done";
-        case GISFILE_ERR_UNAVAILABLE: return "no format handles this file, or the file has no status";
-        case GISFILE_ERR_OPEN: return "cannot open or create the file, or it does not start as its format requires";
-        case GISFILE_ERR_DATA: return "the data could not be processed (memory for a record or vertex array)";
-        case GISFILE_ERR_CANCELLED: return "import stopped at the projected-coordinate question";
-        case 1: return "the output could not be created or completed, or coordinates were not geographic";
-        case 2: return "coordinates out of the degree range were skipped";
-        case JOBFILE_ERR_NAME: return "the file name is not a valid job name";
-        default: return "unknown result";
+        case GISFILE_OK:
+            return "done";
+        case GISFILE_ERR_UNAVAILABLE:
+            return "no format handles this file, or the file has no status";
+        case GISFILE_ERR_OPEN:
+            return "cannot open or create the file, or it does not start as its format requires";
+        case GISFILE_ERR_DATA:
+            return "the data could not be processed (memory for a record or vertex array)";
+        case GISFILE_ERR_CANCELLED:
+            return "import stopped at the projected-coordinate question";
+        case 1:
+            return "the output could not be created or completed, or coordinates were not geographic";
+        case 2:
+            return "coordinates out of the degree range were skipped";
+        case JOBFILE_ERR_NAME:
+            return "the file name is not a valid job name";
+        default:
+            return "unknown result";
     }
 }

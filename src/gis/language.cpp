@@ -1,11 +1,11 @@
-#include "gis/language.h"
+#include <tl_gis/gis/language.h>
 
 #include <cstring>
 
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/text_format.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
-#include "platform/text_file.h"
 
 #ifndef TL_GIS_INSTALLED_CONFIG_DIR
 #define TL_GIS_INSTALLED_CONFIG_DIR ""

@@ -1,21 +1,28 @@
-#include "gis/line_assembly.h"
+#include <tl_gis/gis/line_assembly.h>
 
 #include <algorithm>
 #include <climits>
 #include <memory>
 #include <new>
 
-#include "gis/geometry.h"
+#include <tl_gis/gis/geometry.h>
 
 TFeatureLine* CreateLineForKind(int kind) {
     switch (static_cast<std::uint32_t>(kind)) {
-        case ELEMENT_MARKER: return nullptr;
-        case ELEMENT_LINE_AREA: return new (std::nothrow) TFeatureLineArea;
-        case ELEMENT_LINE_ROAD: return new (std::nothrow) TFeatureLineRoad;
-        case ELEMENT_LINE_WATER: return new (std::nothrow) TFeatureLineWater;
-        case ELEMENT_LINE_MISC: return new (std::nothrow) TFeatureLineMisc;
-        case ELEMENT_LINE_GENERIC: return new (std::nothrow) TFeatureLineGeneric;
-        default: return new (std::nothrow) TFeatureLineBoundary;
+        case ELEMENT_MARKER:
+            return nullptr;
+        case ELEMENT_LINE_AREA:
+            return new (std::nothrow) TFeatureLineArea;
+        case ELEMENT_LINE_ROAD:
+            return new (std::nothrow) TFeatureLineRoad;
+        case ELEMENT_LINE_WATER:
+            return new (std::nothrow) TFeatureLineWater;
+        case ELEMENT_LINE_MISC:
+            return new (std::nothrow) TFeatureLineMisc;
+        case ELEMENT_LINE_GENERIC:
+            return new (std::nothrow) TFeatureLineGeneric;
+        default:
+            return new (std::nothrow) TFeatureLineBoundary;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "gis/utm.h"
+#include <tl_gis/gis/utm.h>
 
 #include <cmath>
 

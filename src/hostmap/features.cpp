@@ -1,10 +1,10 @@
-#include "hostmap/features.h"
+#include <tl_gis/hostmap/features.h>
 
 #include <algorithm>
 #include <cstring>
 #include <vector>
 
-#include "hostmap/map_image.h"
+#include <tl_gis/hostmap/map_image.h>
 
 TFeatureLine::~TFeatureLine() {
     delete[] m_pPoints;

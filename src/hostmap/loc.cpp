@@ -1,9 +1,9 @@
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "hostmap/geodesy.h"
+#include <tl_gis/hostmap/geodesy.h>
 
 namespace {
 constexpr double kDegToRad = 0.017453292519943334;

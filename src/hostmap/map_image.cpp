@@ -1,4 +1,4 @@
-#include "hostmap/map_image.h"
+#include <tl_gis/hostmap/map_image.h>
 
 #include <algorithm>
 #include <charconv>
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "hostmap/geodesy.h"
+#include <tl_gis/hostmap/geodesy.h>
 
 TPen TDeviceContext::SelectPen(const TPen& pen) {
     TPen old = m_pen;

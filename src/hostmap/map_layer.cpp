@@ -1,10 +1,14 @@
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 
-#include "hostmap/map_image.h"
+#include <tl_gis/hostmap/map_image.h>
 
-TMapLayer::TMapLayer() { m_rcExtents.InitExtents(); }
+TMapLayer::TMapLayer() {
+    m_rcExtents.InitExtents();
+}
 
-TMapLayer::~TMapLayer() { RemoveAllElements(); }
+TMapLayer::~TMapLayer() {
+    RemoveAllElements();
+}
 
 void TMapLayer::AddElement(TMapElement* element, int mode) {
     if (element == nullptr) return;

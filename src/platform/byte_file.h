@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/file_base.h"
+#include <tl_gis/platform/file_base.h>
 
 class TByteFile : public TFileBase {
 public:

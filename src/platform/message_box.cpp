@@ -1,4 +1,4 @@
-#include "platform/message_box.h"
+#include <tl_gis/platform/message_box.h>
 
 #include <cstdio>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 #include <charconv>
 #include <climits>

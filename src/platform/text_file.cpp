@@ -1,4 +1,4 @@
-#include "platform/text_file.h"
+#include <tl_gis/platform/text_file.h>
 
 #include <sys/stat.h>
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <set>
 
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
 
 namespace {
 

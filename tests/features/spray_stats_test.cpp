@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "features/buffer.h"
-#include "features/feature_spray.h"
-#include "hostmap/geodesy.h"
+#include <tl_gis/features/buffer.h>
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/hostmap/geodesy.h>
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "gis/language.h"
+#include <tl_gis/gis/language.h>
 #include "test_support.h"
 
 class TConfigFolderGuard {

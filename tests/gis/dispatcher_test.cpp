@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "gis/gis_map.h"
+#include <tl_gis/gis/gis_map.h>
 
 namespace {
 

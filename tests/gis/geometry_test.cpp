@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "gis/coordinates.h"
-#include "gis/geometry.h"
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/geometry.h>
 
 namespace {
 

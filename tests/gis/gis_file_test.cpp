@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "gis/gis_file.h"
-#include "platform/text_file.h"
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/platform/text_file.h>
 #include "test_support.h"
 
 namespace {

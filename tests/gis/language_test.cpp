@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/language.h>
 #include "config_folder_guard.h"
-#include "gis/coordinates.h"
-#include "gis/language.h"
 #include "test_support.h"
 
 using namespace std::string_literals;

@@ -8,7 +8,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "gis/line_assembly.h"
+#include <tl_gis/gis/line_assembly.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "gis/utm.h"
+#include <tl_gis/gis/utm.h>
 
 namespace {
 

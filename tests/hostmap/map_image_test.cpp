@@ -8,8 +8,8 @@
 #include <string>
 #include <tuple>
 
-#include "hostmap/map_image.h"
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_image.h>
+#include <tl_gis/hostmap/map_layer.h>
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "hostmap/geodesy.h"
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/geodesy.h>
+#include <tl_gis/hostmap/map_layer.h>
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <tuple>
 #include <vector>
 
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/text_file.h>
 #include "platform/byte_file.h"
-#include "platform/message_box.h"
-#include "platform/text_file.h"
 #include "test_support.h"
 
 namespace {

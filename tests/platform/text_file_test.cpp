@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/text_file.h"
+#include <tl_gis/platform/text_file.h>
 #include "test_support.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/message_box.h"
+#include <tl_gis/platform/message_box.h>
 
 // A fresh folder under the system's temporary folder, removed with the object.
 class TTempDir {

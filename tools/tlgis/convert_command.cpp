@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <string>
 
+#include <tl_gis/gis/gis_map.h>
 #include "commands.h"
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "layer_loading.h"
 #include "session.h"
 

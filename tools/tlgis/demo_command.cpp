@@ -12,9 +12,9 @@
 #include <string_view>
 #include <vector>
 
+#include <tl_gis/gis/gis_map.h>
 #include "commands.h"
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "layer_loading.h"
 #include "layer_render.h"
 #include "layer_report.h"

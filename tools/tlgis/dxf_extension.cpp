@@ -1,7 +1,7 @@
 // The drawing writer's options: how recorded spray becomes swath polygons.
 
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
 #include "extensions.h"
-#include "gis/dxf/gis_file_dxf.h"
 
 namespace {
 bool ApplyDxfOptions(const TToolOptions& options, std::string& error) {

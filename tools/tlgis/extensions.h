@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 #include "options.h"
 
 class TJsonWriter;

@@ -1,9 +1,9 @@
 #include <cstdio>
 #include <string>
 
+#include <tl_gis/gis/gis_map.h>
 #include "commands.h"
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "layer_loading.h"
 #include "layer_report.h"
 #include "session.h"

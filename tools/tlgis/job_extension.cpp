@@ -4,12 +4,12 @@
 #include <cmath>
 #include <string>
 
+#include <tl_gis/features/feature_pattern.h>
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "features/pattern.h"
-#include "gis/gis_file.h"
 #include "json_writer.h"
 #include "layer_report.h"
-#include "platform/numbers.h"
 
 namespace {
 bool ParseWhole(const std::string& text, int low, int high, int& out) {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 void TJsonWriter::BeforeValue() {
     if (m_afterKey) {

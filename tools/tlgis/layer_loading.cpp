@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include <tl_gis/gis/gis_map.h>
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "session.h"
 
 namespace {

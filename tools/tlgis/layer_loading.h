@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 #include "options.h"
 
 struct TLoadOutcome {

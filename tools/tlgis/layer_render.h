@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 
 // Draws the layer (its extents must be up to date) into an SVG file widthPx pixels wide.
 bool RenderLayerSvg(const TMapLayer& layer, const std::string& out, const std::string& title, int widthPx);

@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <map>
 
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "json_writer.h"
-#include "platform/numbers.h"
 
 const char* ElementKindName(const TMapElement& element) {
     switch (element.GetKind()) {

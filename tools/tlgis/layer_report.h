@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 
 struct TReportOptions {
     bool bPoints = false;  // include every vertex

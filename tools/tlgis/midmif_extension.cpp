@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "gis/midmif/gis_file_midmif.h"
-#include "platform/numbers.h"
 
 namespace {
 struct TDelimiterName {

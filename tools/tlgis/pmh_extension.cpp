@@ -4,12 +4,12 @@
 #include <map>
 #include <string>
 
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "gis/gis_map.h"
 #include "gis/pmh/pmh_header.h"
 #include "json_writer.h"
 #include "layer_report.h"
-#include "platform/numbers.h"
 #include "session.h"
 
 namespace {

@@ -3,12 +3,12 @@
 #include <cstdlib>
 #include <string>
 
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/hostmap/map_image.h>
+#include <tl_gis/platform/numbers.h>
 #include "commands.h"
-#include "features/feature_spray.h"
-#include "hostmap/map_image.h"
 #include "layer_loading.h"
 #include "layer_render.h"
-#include "platform/numbers.h"
 #include "session.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <iostream>
 
-#include "gis/language.h"
-#include "platform/message_box.h"
+#include <tl_gis/gis/language.h>
+#include <tl_gis/platform/message_box.h>
 
 #ifndef TLGIS_SOURCE_CONFIG_DIR
 #define TLGIS_SOURCE_CONFIG_DIR ""

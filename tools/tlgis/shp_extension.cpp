@@ -7,10 +7,10 @@
 #include <system_error>
 #include <vector>
 
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
 #include "extensions.h"
-#include "gis/gis_map.h"
-#include "gis/language.h"
-#include "gis/shp/gis_file_shp.h"
 #include "session.h"
 
 namespace {

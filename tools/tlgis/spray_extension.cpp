@@ -3,12 +3,12 @@
 
 #include <string>
 
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/flight/flight_csv.h>
+#include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "features/feature_spray.h"
-#include "gis/flight/flight_csv.h"
 #include "json_writer.h"
 #include "layer_report.h"
-#include "platform/numbers.h"
 
 namespace {
 struct TSprayFacts {

@@ -1,6 +1,6 @@
 #include "gis/dxf/dxf_group_writer.h"
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 namespace {
 constexpr std::size_t kFlushAt = 1 << 16;

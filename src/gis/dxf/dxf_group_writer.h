@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text_file.h"
+#include <tl_gis/platform/text_file.h>
 
 class TDxfGroupWriter {
 public:

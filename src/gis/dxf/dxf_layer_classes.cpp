@@ -3,8 +3,8 @@
 
 #include <iterator>
 
+#include <tl_gis/hostmap/element_kinds.h>
 #include "gis/dxf/dxf_tables.h"
-#include "hostmap/element_kinds.h"
 
 const TDxfLayerClass s_aLayerClasses[] = {
     {"NAME", ELEMENT_MARKER, 56, 1, 0x000000},

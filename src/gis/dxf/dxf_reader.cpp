@@ -6,14 +6,14 @@
 #include <new>
 #include <string>
 
-#include "gis/coordinates.h"
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/dxf_tables.h"
-#include "gis/dxf/gis_file_dxf.h"
-#include "gis/line_assembly.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
-#include "platform/text_file.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include <iterator>
 
+#include <tl_gis/hostmap/element_kinds.h>
 #include "gis/dxf/dxf_tables.h"
-#include "hostmap/element_kinds.h"
 
 const TDxfTagClass s_aTagClasses[] = {
     {"TGR_NAME", ELEMENT_MARKER, 56},  {"NM-BU", ELEMENT_MARKER, 50},   {"NM-CMTRY", ELEMENT_MARKER, 53},

@@ -5,12 +5,12 @@
 #include <new>
 #include <string>
 
-#include "features/feature_spray.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_group_writer.h"
-#include "gis/dxf/gis_file_dxf.h"
-#include "platform/numbers.h"
 #include "platform/system_services.h"
-#include "platform/text_file.h"
 
 namespace {
 

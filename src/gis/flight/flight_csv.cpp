@@ -1,12 +1,12 @@
-#include "gis/flight/flight_csv.h"
+#include <tl_gis/gis/flight/flight_csv.h>
 
 #include <charconv>
 #include <cmath>
 #include <map>
 
-#include "platform/numbers.h"
-#include "platform/result_codes.h"
-#include "platform/text_file.h"
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/result_codes.h>
+#include <tl_gis/platform/text_file.h>
 
 namespace {
 enum TColumn {

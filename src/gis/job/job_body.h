@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
+#include <tl_gis/platform/text_file.h>
 #include "gis/job/job_tokens.h"
-#include "platform/text_file.h"
 
 template <class Handler>
 void ReadJobBody(TTextFile& file, Handler&& handle) {

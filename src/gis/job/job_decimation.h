@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 // Distance of p from the line through p1 and p2, in degrees, with longitudes scaled by the
 // cosine of each point's own latitude.

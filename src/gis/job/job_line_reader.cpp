@@ -3,16 +3,16 @@
 
 #include <string>
 
-#include "gis/coordinates.h"
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/job/job_body.h"
-#include "gis/job/job_file.h"
 #include "gis/job/job_texts.h"
 #include "gis/job/job_vertex_buffer.h"
-#include "gis/language.h"
-#include "gis/line_assembly.h"
 #include "gis/text_format.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 
 namespace {
 // The result a body reader returns when its first vertex buffer cannot be had.

@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "gis/geometry.h"
-#include "gis/job/job_file.h"
+#include <tl_gis/gis/geometry.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/job/job_records.h"
-#include "platform/numbers.h"
-#include "platform/text_file.h"
 
 namespace {
 bool SameVertex(const tagLOC& a, const tagLOC& b) {

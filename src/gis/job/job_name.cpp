@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/job/job_texts.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr std::size_t kMaxJobName = 20;

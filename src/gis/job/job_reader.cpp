@@ -5,10 +5,10 @@
 #include <new>
 #include <string>
 
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/job/job_body.h"
-#include "gis/job/job_file.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr double kFeetToMetres = 0.3048;

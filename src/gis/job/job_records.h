@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 // "\t%.6lf %.6lf\n": latitude and longitude of a body line.
 void AppendJobCoordinateLine(std::string& out, const tagLOC& loc);

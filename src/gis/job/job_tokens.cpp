@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/text_file.h"
+#include <tl_gis/platform/text_file.h>
 
 char g_szJobTokens[JOB_TOKEN_COUNT][JOB_TOKEN_CHARS + 1];
 

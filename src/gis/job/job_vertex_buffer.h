@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 class TJobVertexBuffer {
 public:

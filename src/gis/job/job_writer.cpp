@@ -6,18 +6,18 @@
 #include <new>
 #include <string>
 
-#include "features/pattern.h"
+#include <tl_gis/features/feature_pattern.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/job/job_decimation.h"
-#include "gis/job/job_file.h"
 #include "gis/job/job_name.h"
 #include "gis/job/job_records.h"
 #include "gis/job/job_texts.h"
-#include "gis/language.h"
 #include "gis/text_format.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 #include "platform/system_services.h"
-#include "platform/text_file.h"
 
 namespace {
 constexpr int kMaxLines = 500;

@@ -1,6 +1,6 @@
 // Construction and the export settings of the MapInfo pair format.
 
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 
 MIDDELIMITER TGisFileMidMif::s_eMidDelimiter = MID_DELIMITER_COMMA;
 int TGisFileMidMif::s_iMidSprayChans = 0;

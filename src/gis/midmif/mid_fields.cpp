@@ -1,6 +1,6 @@
 #include "gis/midmif/mid_fields.h"
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 
 namespace {
 constexpr double kMetresPerSecondToMph = 2.236936296;

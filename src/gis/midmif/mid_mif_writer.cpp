@@ -1,11 +1,11 @@
 // Writing a layer as a MapInfo pair: the .mif header, markers, polygons and polylines. Recorded
 // spray is written in mid_spray_writer.cpp.
 
-#include "gis/geometry.h"
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/gis/geometry.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/midmif/mid_fields.h"
 #include "gis/midmif/mif_style.h"
-#include "platform/numbers.h"
 
 namespace {
 // Everything before the delimiter line, and everything after it up to the first object.

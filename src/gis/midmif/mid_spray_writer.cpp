@@ -5,8 +5,8 @@
 #include <memory>
 #include <new>
 
-#include "features/feature_spray.h"
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include "gis/midmif/mid_fields.h"
 #include "gis/midmif/mif_style.h"
 

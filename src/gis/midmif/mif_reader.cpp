@@ -3,10 +3,10 @@
 
 #include <cstring>
 
-#include "gis/coordinates.h"
-#include "gis/line_assembly.h"
-#include "gis/midmif/gis_file_midmif.h"
-#include "platform/numbers.h"
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/numbers.h>
 
 namespace {
 // Where the reader is within an object. Shared by every reader in the process and kept from

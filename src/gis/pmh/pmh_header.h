@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 
 constexpr int PMH_HEADER_LINES = 31;
 

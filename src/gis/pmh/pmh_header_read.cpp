@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";

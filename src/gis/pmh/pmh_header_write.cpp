@@ -1,7 +1,7 @@
 // The header lines as the writer lays them out.
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
-#include "platform/numbers.h"
 
 namespace {
 // Line 1 is written blank, as wide as the title it stands for.

@@ -1,10 +1,10 @@
 // Reading an application-rate map: the header into the layer's PMH members, then the polygon
 // blocks, which share their syntax with the boundary bodies of JOB files.
 
-#include "gis/job/job_file.h"
-#include "gis/pmh/gis_file_pmh.h"
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
-#include "platform/numbers.h"
 
 namespace {
 // No header value needs more; the rest of a longer line is skipped, so a damaged file cannot

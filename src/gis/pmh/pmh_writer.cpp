@@ -1,11 +1,11 @@
 // Writing an application-rate map: the header from the layer's PMH members and its line
 // features as INC polygons with their rates.
 
-#include "gis/language.h"
-#include "gis/pmh/gis_file_pmh.h"
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr int PMH_TEXT_WRITE_FAILED = 3091;

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <iterator>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/byte_order.h"
-#include "platform/numbers.h"
 #include "platform/system_services.h"
 
 namespace {

@@ -22,7 +22,7 @@ struct TDbfField {
 };
 
 // Which table a file carries; boundary exports have a table without fields.
-enum TDbfTable { DBF_TABLE_NONE = 0, DBF_TABLE_SPRAY = 1, DBF_TABLE_NONSPRAY = 2 };
+enum TDbfTable : int { DBF_TABLE_NONE = 0, DBF_TABLE_SPRAY = 1, DBF_TABLE_NONSPRAY = 2 };
 
 std::span<const TDbfField> GetDbfFields(TDbfTable table, bool metric);
 // Sum of the field widths plus the deletion byte.

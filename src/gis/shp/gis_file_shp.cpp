@@ -1,14 +1,15 @@
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include "gis/shp/shp_file_io.h"
 
 #include <new>
 
-#include "gis/coordinates.h"
-#include "gis/geometry.h"
-#include "gis/language.h"
-#include "gis/line_assembly.h"
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/geometry.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_record_reader.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 
 ESRISPRAYFORMAT TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
 ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
@@ -18,7 +19,7 @@ namespace {
 constexpr const char* kPolygonSource = "This SHP file";
 }  // namespace
 
-TGisFileShp::TGisFileShp() = default;
+TGisFileShp::TGisFileShp() : m_pIo(std::make_unique<TShpFileIo>()) {}
 
 TGisFileShp::~TGisFileShp() = default;
 
@@ -28,19 +29,19 @@ bool TGisFileShp::IsValidFile(const char* path) {
 
 int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     TGisFile::LoadFile(path, layer, progress);
-    if (layer == nullptr || !m_ShapeFile.Open(path, TByteFile::modeRead)) {
-        m_ShapeFile.Close();
+    if (layer == nullptr || !m_pIo->m_ShapeFile.Open(path, TByteFile::modeRead)) {
+        m_pIo->m_ShapeFile.Close();
         return GISFILE_ERR_OPEN;
     }
     m_strPath = path;
     m_pLayer = layer;
     m_strLineSource = DescribeSourceForPrompt(" SHP ");
-    m_pReader = std::make_unique<TShpRecordReader>(m_ShapeFile);
+    m_pIo->m_pReader = std::make_unique<TShpRecordReader>(m_pIo->m_ShapeFile);
     int result = LoadHeader();
     if (result == GISFILE_OK) result = LoadData();
-    m_pReader.reset();
+    m_pIo->m_pReader.reset();
     ReleaseLocArray();
-    m_ShapeFile.Close();
+    m_pIo->m_ShapeFile.Close();
     return result;
 }
 
@@ -64,10 +65,11 @@ int TGisFileShp::ReportDamagedRecord(int recordNumber, const std::string& proble
 
 int TGisFileShp::LoadHeader() {
     std::string problem;
-    if (!m_pReader->ReadHeader(m_Header, problem)) return ReportDamage(problem, GISFILE_ERR_OPEN);
-    if (m_Header.iFileCode != SHP_FILE_CODE) {
+    if (!m_pIo->m_pReader->ReadHeader(m_pIo->m_Header, problem))
+        return ReportDamage(problem, GISFILE_ERR_OPEN);
+    if (m_pIo->m_Header.iFileCode != SHP_FILE_CODE) {
         std::string why = "the file does not start with the shapefile code 9994 (it has ";
-        AppendInt(why, m_Header.iFileCode);
+        AppendInt(why, m_pIo->m_Header.iFileCode);
         why += ")";
         return ReportDamage(why, GISFILE_ERR_OPEN);
     }
@@ -77,7 +79,7 @@ int TGisFileShp::LoadHeader() {
 int TGisFileShp::LoadData() {
     for (;;) {
         const int result = LoadRecord();
-        UpdateProgressControl(m_pReader->GetPosition());
+        UpdateProgressControl(m_pIo->m_pReader->GetPosition());
         if (result == SHP_END_OF_DATA) return GISFILE_OK;
         if (result != GISFILE_OK) return result;
     }
@@ -86,7 +88,7 @@ int TGisFileShp::LoadData() {
 int TGisFileShp::LoadRecord() {
     TShpRecord record;
     std::string problem;
-    switch (m_pReader->Next(record, problem)) {
+    switch (m_pIo->m_pReader->Next(record, problem)) {
         case TShpRecordReader::READ_END:
             return SHP_END_OF_DATA;
         case TShpRecordReader::READ_DAMAGED:

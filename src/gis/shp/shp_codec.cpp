@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/byte_order.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr std::size_t kPolyFixedBytes = 44;  // shape type, box, part count, point count

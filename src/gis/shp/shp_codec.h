@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 constexpr std::int32_t SHP_FILE_CODE = 9994;
 constexpr std::size_t SHP_HEADER_BYTES = 100;

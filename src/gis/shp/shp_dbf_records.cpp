@@ -3,7 +3,8 @@
 
 #include <cmath>
 
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include "gis/shp/shp_file_io.h"
 
 namespace {
 constexpr double kMetresPerSecondToMph = 2.236936296;
@@ -17,8 +18,8 @@ void TGisFileShp::WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount) {
     m_strDbfHeader.clear();
     AppendDbfHeader(m_strDbfHeader, fields, recordCount, GetDbfDateToday());
     m_iRecordLength = GetDbfRecordLength(fields);
-    m_Out.m_Table.Seek(0);
-    m_Out.m_Table.Write(m_strDbfHeader.data(), m_strDbfHeader.size());
+    m_pIo->m_Out.m_Table.Seek(0);
+    m_pIo->m_Out.m_Table.Write(m_strDbfHeader.data(), m_strDbfHeader.size());
 }
 
 void TGisFileShp::WriteSprayDbfFileHdr(bool) {
@@ -33,23 +34,23 @@ void TGisFileShp::WriteNonSprayDbfFileHdr(bool) {
 
 void TGisFileShp::WriteDbfEnd() {
     const char end = static_cast<char>(DBF_FILE_END);
-    m_Out.m_Table.Write(&end, 1);
+    m_pIo->m_Out.m_Table.Write(&end, 1);
 }
 
 int TGisFileShp::WriteSprayDbfRecord() {
     const bool us = m_bMetric == 0;
     const double length = us ? kMetresToFeet : 1.0;
-    m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us));
-    m_DbfRecord.AddInteger(++m_lDbfSerial);
+    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us));
+    m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text :
          {&m_strCustomer, &m_strFileName, &m_strFileDate, &m_strAircraft, &m_strPilot, &m_strFieldName,
           &m_strOffset, &m_strLineNum, &m_strEventTime, &m_strPosLat, &m_strPosLon})
-        m_DbfRecord.AddText(*text);
-    m_DbfRecord.AddNumber(m_dSpeed * kMetresPerSecondToMph, 3);
-    m_DbfRecord.AddNumber(m_dTrack * length, 3);
-    m_DbfRecord.AddNumber(m_dSwathWidth * length, 3);
-    m_DbfRecord.AddNumber(m_dHeight * length, 3);
-    m_DbfRecord.AddNumber(m_dAgl * length, 3);
+        m_pIo->m_DbfRecord.AddText(*text);
+    m_pIo->m_DbfRecord.AddNumber(m_dSpeed * kMetresPerSecondToMph, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dTrack * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dSwathWidth * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dHeight * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dAgl * length, 3);
 
     // A polygon stands for several steps: its row carries their summed area, the spray flag of
     // its last step and the boom flag of its first. A run that counted no step has blank values.
@@ -59,52 +60,52 @@ int TGisFileShp::WriteSprayDbfRecord() {
     if (known) {
         double sum = 0.0;
         for (int i = 0; i < m_iStatCount; ++i) sum += m_pdStatArea[i];
-        m_DbfRecord.AddNumber(sum * area, 6);
+        m_pIo->m_DbfRecord.AddNumber(sum * area, 6);
     } else {
-        m_DbfRecord.AddText({});
+        m_pIo->m_DbfRecord.AddText({});
     }
     switch (s_eESRISprayFormat) {
         case ESRI_SPRAY_POLYGONS:
             if (known && m_pdRunTargetRate != nullptr && m_pdRunActualRate != nullptr) {
-                m_DbfRecord.AddNumber(m_pdRunTargetRate[0] * rate, 6);
-                m_DbfRecord.AddNumber(m_pdRunActualRate[0] * rate, 6);
+                m_pIo->m_DbfRecord.AddNumber(m_pdRunTargetRate[0] * rate, 6);
+                m_pIo->m_DbfRecord.AddNumber(m_pdRunActualRate[0] * rate, 6);
             } else {
-                m_DbfRecord.AddText({});
-                m_DbfRecord.AddText({});
+                m_pIo->m_DbfRecord.AddText({});
+                m_pIo->m_DbfRecord.AddText({});
             }
             break;
         case ESRI_SPRAY_POLYLINES:
         case ESRI_SPRAY_POINTS:
         case ESRI_SPRAY_SPOTS:
-            m_DbfRecord.AddNumber(m_dTargetRate * rate, 6);
-            m_DbfRecord.AddNumber(m_dActualRate * rate, 6);
+            m_pIo->m_DbfRecord.AddNumber(m_dTargetRate * rate, 6);
+            m_pIo->m_DbfRecord.AddNumber(m_dActualRate * rate, 6);
             break;
         default:
             // Polygons written for a format value out of range carry no rates.
-            m_DbfRecord.AddNumber(0.0, 6);
-            m_DbfRecord.AddNumber(0.0, 6);
+            m_pIo->m_DbfRecord.AddNumber(0.0, 6);
+            m_pIo->m_DbfRecord.AddNumber(0.0, 6);
             break;
     }
     if (known) {
-        m_DbfRecord.AddFlag(m_pbyStatSpray[m_iStatCount - 1]);
-        m_DbfRecord.AddFlag(m_pbyStatBoom[0]);
+        m_pIo->m_DbfRecord.AddFlag(m_pbyStatSpray[m_iStatCount - 1]);
+        m_pIo->m_DbfRecord.AddFlag(m_pbyStatBoom[0]);
     }
-    const std::string& bytes = m_DbfRecord.Bytes();
-    m_Out.m_Table.Write(bytes.data(), bytes.size());
+    const std::string& bytes = m_pIo->m_DbfRecord.Bytes();
+    m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
     return 0;
 }
 
 int TGisFileShp::WriteNonSprayDbfRecord() {
     const bool us = m_bMetric == 0;
     const double length = us ? kMetresToFeet : 1.0;
-    m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_NONSPRAY, !us));
-    m_DbfRecord.AddInteger(++m_lDbfSerial);
+    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_NONSPRAY, !us));
+    m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text : {&m_strSampleLine, &m_strSampleTime, &m_strSampleLat, &m_strSampleLon})
-        m_DbfRecord.AddText(*text);
-    m_DbfRecord.AddNumber(m_dSampleSpeed * kMetresPerSecondToMph, 3);
-    m_DbfRecord.AddNumber(m_dSampleHeight * length, 3);
-    m_DbfRecord.AddNumber(m_dSampleAgl * length, 3);
-    const std::string& bytes = m_DbfRecord.Bytes();
-    m_Out.m_Table.Write(bytes.data(), bytes.size());
+        m_pIo->m_DbfRecord.AddText(*text);
+    m_pIo->m_DbfRecord.AddNumber(m_dSampleSpeed * kMetresPerSecondToMph, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dSampleHeight * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dSampleAgl * length, 3);
+    const std::string& bytes = m_pIo->m_DbfRecord.Bytes();
+    m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
     return 0;
 }

@@ -3,13 +3,14 @@
 
 #include <cmath>
 
-#include "features/buffer.h"
-#include "features/feature_spray.h"
-#include "gis/language.h"
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/features/buffer.h>
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/language.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/message_box.h>
+#include <tl_gis/platform/numbers.h>
+#include "gis/shp/shp_file_io.h"
 #include "gis/text_format.h"
-#include "platform/message_box.h"
-#include "platform/numbers.h"
 
 namespace {
 constexpr double kNoPosition = 1e-10;
@@ -34,8 +35,8 @@ int ForEachMarkedSpray(const TMap& map, TVisit visit) {
 }  // namespace
 
 int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* layer) {
-    if (!m_Out.Create(GetNonSprayOutputStem(sourcePath))) {
-        m_Out.Close();
+    if (!m_pIo->m_Out.Create(GetNonSprayOutputStem(sourcePath))) {
+        m_pIo->m_Out.Close();
         return GISFILE_ERR_OPEN;
     }
     m_iNonSprayRecords = 0;
@@ -43,8 +44,8 @@ int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* la
     m_NonSprayBox.Clear();
     m_bNonSprayBoxSet = false;
     if (layer == nullptr) {
-        const std::string table = m_Out.m_strTablePath;
-        m_Out.Close();
+        const std::string table = m_pIo->m_Out.m_strTablePath;
+        m_pIo->m_Out.Close();
         ShowMessageBox(FormatText(GetText(5084), {table}), GetText(5054), MSGBOX_OK | MSGBOX_ICONEXCLAMATION,
                        5084);
         return -1;
@@ -63,7 +64,7 @@ int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* la
             DoNonSprayRec_Type1();
         result = WriteNonSprayHeader(true);
     }
-    m_Out.Close();
+    m_pIo->m_Out.Close();
     return result;
 }
 
@@ -73,7 +74,7 @@ int TGisFileShp::WriteNonSprayHeader(bool final) {
     const int shapeType = s_eESRINonSprayFormat == ESRI_NONSPRAY_POLYLINES ? SHPT_POLYLINE
                           : s_eESRINonSprayFormat == ESRI_NONSPRAY_POINTS  ? SHPT_POINT
                                                                            : m_iShapeType;
-    m_Out.WriteHeaders(final, shapeType, m_NonSprayBox, m_iShapeRecords, header);
+    m_pIo->m_Out.WriteHeaders(final, shapeType, m_NonSprayBox, m_iShapeRecords, header);
     WriteNonSprayDbfFileHdr(final);
     return GISFILE_OK;
 }
@@ -117,7 +118,7 @@ void TGisFileShp::SetNonSprayAttributes(const tagSPRAYREC& sample, double height
 }
 
 int TGisFileShp::WriteESRINonSprayRecord(const unsigned char* record, int length, const TLocRect& box) {
-    const int result = m_Out.WriteRecord(record, length);
+    const int result = m_pIo->m_Out.WriteRecord(record, length);
     if (!m_bNonSprayBoxSet) {
         m_NonSprayBox = box;
         m_bNonSprayBoxSet = true;

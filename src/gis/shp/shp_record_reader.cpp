@@ -4,9 +4,9 @@
 #include <cstring>
 #include <new>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/byte_order.h"
 #include "platform/byte_file.h"
-#include "platform/numbers.h"
 
 namespace {
 std::string Int(long long v) {

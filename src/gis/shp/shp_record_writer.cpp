@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/platform/message_box.h>
 #include "gis/byte_order.h"
-#include "gis/gis_file.h"
-#include "platform/message_box.h"
 
 void EncodeShpPointRecord(unsigned char* block, std::int32_t recordNumber, const tagLOC& loc) {
     EncodeShpWordPair(block, recordNumber, 10);

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string>
 
+#include <tl_gis/hostmap/loc.h>
 #include "gis/shp/shp_codec.h"
-#include "hostmap/loc.h"
 #include "platform/byte_file.h"
 
 constexpr std::size_t SHP_POINT_RECORD_BYTES = 28;

@@ -5,12 +5,13 @@
 #include <cmath>
 #include <vector>
 
-#include "features/buffer.h"
-#include "features/feature_spray.h"
-#include "gis/geometry.h"
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/features/buffer.h>
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/geometry.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/numbers.h>
+#include "gis/shp/shp_file_io.h"
 #include "gis/shp/swath_runs.h"
-#include "platform/numbers.h"
 
 namespace {
 // Scratch room beyond a record's own size, so that slightly longer records reuse the block.

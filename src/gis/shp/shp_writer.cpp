@@ -3,9 +3,10 @@
 
 #include <cmath>
 
-#include "features/feature_spray.h"
-#include "gis/shp/gis_file_shp.h"
-#include "platform/numbers.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/numbers.h>
+#include "gis/shp/shp_file_io.h"
 #include "platform/system_services.h"
 
 namespace {
@@ -115,9 +116,9 @@ void TGisFileShp::ReadSourceFacts() {
 int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {
     m_LastPoint = tagLOC{};
     m_iShapeType = SprayShapeType(s_eESRISprayFormat);
-    const bool created = m_Out.Create(GetSprayOutputStem(path != nullptr ? path : ""));
+    const bool created = m_pIo->m_Out.Create(GetSprayOutputStem(path != nullptr ? path : ""));
     if (!created) {
-        m_Out.Close();
+        m_pIo->m_Out.Close();
         return GISFILE_ERR_OPEN;
     }
     m_bHasSpray = false;
@@ -133,7 +134,7 @@ int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {
         WriteSprayData();
         result = WriteSprayHeader(true);
     }
-    m_Out.Close();
+    m_pIo->m_Out.Close();
     if (!m_bHasSpray) return result;
     m_lDbfSerial = 0;
     m_iWriteMode = 2;
@@ -147,7 +148,7 @@ int TGisFileShp::WriteSprayHeader(bool final) {
     // of an empty rectangle.
     TLocRect box;
     if (m_pLayer != nullptr && !m_pLayer->m_rcExtents.IsEmpty()) box = m_pLayer->m_rcExtents;
-    m_Out.WriteHeaders(final, m_iShapeType, box, m_iShapeRecords, header);
+    m_pIo->m_Out.WriteHeaders(final, m_iShapeType, box, m_iShapeRecords, header);
     WriteSprayDbfFileHdr(final);
     return GISFILE_OK;
 }
@@ -185,5 +186,5 @@ int TGisFileShp::WriteSprayData() {
 }
 
 int TGisFileShp::WriteShpRecord(const unsigned char* record, int length) {
-    return m_Out.WriteRecord(record, length);
+    return m_pIo->m_Out.WriteRecord(record, length);
 }

@@ -2,7 +2,7 @@
 // Cutting a recorded spray run into stretches of nearly straight flight, each of which the
 // shapefile writer turns into one swath polygon, and the plane geometry that decides the cuts.
 
-#include "features/feature_spray.h"
+#include <tl_gis/features/feature_spray.h>
 
 // Heading from the first position to the second, degrees clockwise from north in 0..360.
 double HeadingBetween(double lat0, double lon0, double lat1, double lon1);

@@ -17,10 +17,10 @@
 #include <utility>
 #include <vector>
 
-#include "features/feature_spray.h"
-#include "gis/dxf/gis_file_dxf.h"
-#include "gis/gis_map.h"
-#include "gis/line_assembly.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/dxf/gis_file_dxf.h>
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/line_assembly.h>
 #include "platform/system_services.h"
 #include "test_support.h"
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "gis/flight/flight_csv.h"
-#include "hostmap/geodesy.h"
-#include "platform/result_codes.h"
-#include "platform/text_file.h"
+#include <tl_gis/gis/flight/flight_csv.h>
+#include <tl_gis/hostmap/geodesy.h>
+#include <tl_gis/platform/result_codes.h>
+#include <tl_gis/platform/text_file.h>
 #include "test_support.h"
 
 namespace {

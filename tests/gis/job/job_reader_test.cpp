@@ -4,9 +4,9 @@
 #include <cstring>
 #include <tuple>
 
+#include <tl_gis/platform/numbers.h>
 #include "gis/job/job_vertex_buffer.h"
 #include "job_test_support.h"
-#include "platform/numbers.h"
 
 namespace {
 // The fields the reader fills in, one element after the other.

@@ -8,10 +8,10 @@
 #include <tuple>
 #include <vector>
 
+#include <tl_gis/features/feature_pattern.h>
+#include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/line_assembly.h>
 #include "../config_folder_guard.h"
-#include "features/pattern.h"
-#include "gis/job/job_file.h"
-#include "gis/line_assembly.h"
 
 class TTestLanguage {
 public:

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <tuple>
 
+#include <tl_gis/platform/numbers.h>
 #include "job_test_support.h"
-#include "platform/numbers.h"
 
 namespace {
 const tagLOC kA{45.5, -93.2}, kB{45.51, -93.2}, kC{45.5, -93.19}, kD{45.51, -93.19};

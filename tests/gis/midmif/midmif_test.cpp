@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "features/feature_spray.h"
-#include "gis/gis_map.h"
-#include "gis/line_assembly.h"
-#include "gis/midmif/gis_file_midmif.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include "test_support.h"
 
 namespace {

@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <tuple>
 
+#include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
+#include <tl_gis/platform/numbers.h>
 #include "../config_folder_guard.h"
-#include "gis/line_assembly.h"
-#include "gis/pmh/gis_file_pmh.h"
-#include "platform/numbers.h"
 #include "test_support.h"
 
 namespace {

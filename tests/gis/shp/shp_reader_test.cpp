@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <sstream>
 
-#include "gis/gis_map.h"
-#include "gis/language.h"
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/language.h>
 #include "shp_test_support.h"
 
 using namespace shp_test;

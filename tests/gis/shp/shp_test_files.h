@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 namespace shp_test {
 

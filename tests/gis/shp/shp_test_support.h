@@ -7,10 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "features/feature_spray.h"
-#include "gis/shp/gis_file_shp.h"
+#include <tl_gis/features/feature_spray.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/hostmap/map_layer.h>
 #include "gis/shp/shp_codec.h"
-#include "hostmap/map_layer.h"
+#include "gis/shp/shp_record_writer.h"
 #include "shp_test_files.h"
 #include "test_support.h"
 

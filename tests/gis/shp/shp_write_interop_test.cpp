@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "platform/numbers.h"
+#include <tl_gis/platform/numbers.h>
 #include "shp_test_support.h"
 
 using namespace shp_test;

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "gis/geometry.h"
+#include <tl_gis/gis/geometry.h>
 #include "shp_test_support.h"
 
 using namespace shp_test;

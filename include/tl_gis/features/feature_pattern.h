@@ -3,8 +3,8 @@
 // AB lines formed from the named points A to R. The JOB files carry it; the map view draws
 // each AB line with its offset line and the parallel swath lines.
 
-#include "hostmap/features.h"
-#include "hostmap/map_image.h"
+#include <tl_gis/hostmap/features.h>
+#include <tl_gis/hostmap/map_image.h>
 
 enum TPatternKind {
     BACK_TO_BACK = 0,

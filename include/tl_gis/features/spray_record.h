@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 constexpr int SPRAY_CHANNELS = 10;
 // Years are stored as an offset from this one in seven bits: 1993..2120.

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "features/spray_record.h"
-#include "gis/gis_file.h"
-#include "platform/text_file.h"
+#include <tl_gis/features/spray_record.h>
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/platform/text_file.h>
 
 // Field separator of the .mid rows; any value other than comma and tab gives a space (the
 // type holds any int a host may store).

@@ -2,7 +2,7 @@
 // Transverse Mercator projection of WGS84 latitude and longitude with the UTM parameters
 // (Redfearn's series), used to measure polygon areas in metres.
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 class CUtm {
 public:

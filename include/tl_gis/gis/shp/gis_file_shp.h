@@ -12,15 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "features/buffer.h"
-#include "gis/gis_file.h"
-#include "gis/shp/dbf_table.h"
-#include "gis/shp/shp_codec.h"
-#include "gis/shp/shp_record_writer.h"
-#include "platform/byte_file.h"
+#include <tl_gis/features/buffer.h>
+#include <tl_gis/gis/gis_file.h>
 
-class TShpRecordReader;
+struct TShpFileIo;
 class TShpPolyRecord;
+class TShpPolyEncoder;
+enum TDbfTable : int;
 class TFeatureSpray;
 class TFeatureLine;
 struct tagSPRAYREC;
@@ -150,14 +148,16 @@ private:
     int m_iSingleBlockMode = 0;
     int m_iSprayOnlyMode = 1;
 
+    // The files, the record reader and the table row being built.
+    std::unique_ptr<TShpFileIo> m_pIo;
+
     // Writing state.
-    TShpOutputFiles m_Out;
     std::string m_strSourceDate;
     std::string m_strSourcePath;
     int m_iShapeRecords = 0;     // records of the triple being written, numbered from 1
     int m_iNonSprayRecords = 0;  // table records of the non-spray triple
-    int m_iShapeType = SHPT_POLYGON;
-    tagLOC m_LastPoint;  // last point record written, shared by both passes
+    int m_iShapeType = 5;        // of the triple being written: a polygon file until the format says
+    tagLOC m_LastPoint;          // last point record written, shared by both passes
     bool m_bHasSpray = false;
     TLocRect m_NonSprayBox;  // running box of the non-spray shapes, zero until the first
     bool m_bNonSprayBoxSet = false;
@@ -165,7 +165,6 @@ private:
     TBuffer m_HeaderBuffer;
     TBuffer m_RecordBuffer;             // the record being encoded, grown to the largest
     std::vector<tagLOC> m_RingScratch;  // a boundary's ring, closed and turned for export
-    TDbfRecordWriter m_DbfRecord;
     std::string m_strDbfHeader;
 
     // Attribute values of the record being written.
@@ -206,9 +205,6 @@ private:
     long long m_lDbfSerial = 0;  // serial number of the last table record written
 
     // Reading state.
-    TByteFile m_ShapeFile;
-    std::unique_ptr<TShpRecordReader> m_pReader;
     std::string m_strPath;
-    TShpHeader m_Header;
     std::string m_strLineSource;  // what the projected-coordinate question calls a polyline's file
 };

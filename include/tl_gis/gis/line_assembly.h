@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "hostmap/map_layer.h"
+#include <tl_gis/hostmap/map_layer.h>
 
 // Builds a line feature of the kind's class (any unknown kind gives a boundary line), copies
 // the vertices (appending the first once more when close is set) and registers it with the

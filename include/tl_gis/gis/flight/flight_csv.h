@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "features/feature_spray.h"
+#include <tl_gis/features/feature_spray.h>
 
 class TTextFile;
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "hostmap/map_element.h"
+#include <tl_gis/hostmap/map_element.h>
 
 class TFeatureVector : public TMapElement {};
 

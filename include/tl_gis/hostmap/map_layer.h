@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "hostmap/features.h"
-#include "hostmap/map_element.h"
+#include <tl_gis/hostmap/features.h>
+#include <tl_gis/hostmap/map_element.h>
 
 // One registered polygon: its vertices (owned by the line element that was registered with
 // it), id, value and area in square metres.

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/loc.h>
 
 struct TPointLP {
     int x = 0;

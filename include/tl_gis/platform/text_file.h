@@ -15,7 +15,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/file_base.h"
+#include <tl_gis/platform/file_base.h>
 
 class TTextFile : public TFileBase {
 public:

@@ -2,7 +2,7 @@
 // The dispatcher the host calls: picks the format from the file name, runs one load or one
 // write through a fresh format object and returns its result code.
 
-#include "gis/gis_file.h"
+#include <tl_gis/gis/gis_file.h>
 
 enum TLGIS_FILE_TYPE {
     GIS_FILE_NONE = 0,

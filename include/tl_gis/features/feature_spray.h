@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "features/spray_record.h"
-#include "hostmap/features.h"
+#include <tl_gis/features/spray_record.h>
+#include <tl_gis/hostmap/features.h>
 
 class TFeatureSpray : public TFeatureVector {
 public:

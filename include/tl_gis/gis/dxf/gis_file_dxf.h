@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "gis/gis_file.h"
+#include <tl_gis/gis/gis_file.h>
 
 class TDxfGroupWriter;
 

@@ -1,7 +1,7 @@
 #pragma once
 // Plane and projected geometry of imported rings and lines.
 
-#include "hostmap/features.h"
+#include <tl_gis/hostmap/features.h>
 
 // Area centroid of a ring by a fan of triangles from the first vertex, latitude and longitude
 // taken as plane coordinates; (0, 0) for fewer than 3 vertices.

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "hostmap/map_layer.h"
-#include "platform/result_codes.h"
+#include <tl_gis/hostmap/map_layer.h>
+#include <tl_gis/platform/result_codes.h>
 
 class TFileBase;
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "gis/gis_file.h"
+#include <tl_gis/gis/gis_file.h>
 
 class TTextFile;
 class TFeatureLine;

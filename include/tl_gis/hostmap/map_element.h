@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "hostmap/element_kinds.h"
-#include "hostmap/loc.h"
+#include <tl_gis/hostmap/element_kinds.h>
+#include <tl_gis/hostmap/loc.h>
 
 class TMapImage;
 
@@ -36,11 +36,11 @@ public:
     }
 
     std::string m_strId;
-    double m_dValue = 0.0;          // INC/EXC value; application rate of a rate polygon
-    std::uint32_t m_dwType = 0;     // kind code in the high 20 bits, bound type or symbol in the low 12
+    double m_dValue = 0.0;       // INC/EXC value; application rate of a rate polygon
+    std::uint32_t m_dwType = 0;  // kind code in the high 20 bits, bound type or symbol in the low 12
     std::uint32_t m_dwFlags = 0;
     std::uint32_t m_dwState = 0;
-    bool m_bModified = false;       // changed since it was read; readers leave it clear
+    bool m_bModified = false;  // changed since it was read; readers leave it clear
     TLocRect m_rcExtents;
 
 private:

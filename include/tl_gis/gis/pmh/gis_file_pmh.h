@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "gis/gis_file.h"
-#include "platform/text_file.h"
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/platform/text_file.h>
 
 // The writer's result when the file was created but could not be written to the end.
 constexpr int PMHFILE_ERR_WRITE = 1;

@@ -36,4 +36,6 @@ constexpr std::uint32_t ELEMENT_STATE_HIGHLIGHT = 0x1u;
 constexpr std::uint32_t COLOR_NONE = 0xFFFFFFFFu;
 
 // True for the six line kinds.
-constexpr bool IsLineKind(std::uint32_t kind) { return (kind & 0xFFF00000u) == ELEMENT_LINE; }
+constexpr bool IsLineKind(std::uint32_t kind) {
+    return (kind & 0xFFF00000u) == ELEMENT_LINE;
+}
