@@ -1,4 +1,5 @@
-# Installation: headers, library, tool, Config files, CMake package and pkg-config file.
+# Installation: the public headers (include/tl_gis only), library, tool, Config files, CMake
+# package and pkg-config file.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tl_gis EXPORT tl_gisTargets
@@ -7,8 +8,6 @@ install(TARGETS tl_gis EXPORT tl_gisTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS tlgis RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tl_gis
-  FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/include/tl_gis/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tl_gis
   FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/Config/ DESTINATION ${CMAKE_INSTALL_DATADIR}/tl_gis/Config)

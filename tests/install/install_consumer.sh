@@ -1,25 +1,49 @@
 #!/usr/bin/env bash
-# Installs the build into a scratch prefix, then builds and runs a consumer project that finds
-# the library with find_package(tl_gis) and one that uses the pkg-config file.
+# Installs the build into a scratch prefix and checks what a host gets: the public headers
+# under <prefix>/include/tl_gis only, each compiling on its own with -I<prefix>/include; a
+# shared library that exports only what those headers name; and two consumer programs, one
+# found with find_package(tl_gis) and one with pkg-config, that load and write files.
 set -euo pipefail
 build_dir=$1
 source_dir=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$source_dir/../.." && pwd)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
+prefix=$scratch/prefix
 
-cmake --install "$build_dir" --prefix "$scratch/prefix" >/dev/null
-test -x "$scratch/prefix/bin/tlgis"
-test -f "$scratch/prefix/share/tl_gis/Config/Orvanta.ini"
+cmake --install "$build_dir" --prefix "$prefix" >/dev/null
+test -x "$prefix/bin/tlgis"
+test -f "$prefix/share/tl_gis/Config/Orvanta.ini"
 
-cmake -S "$source_dir/consumer" -B "$scratch/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/prefix" >/dev/null
+# Nothing but tl_gis/ in the include folder, and exactly the source tree's public headers in it.
+[ "$(ls "$prefix/include")" = "tl_gis" ] || { echo "include/ holds more than tl_gis/"; exit 1; }
+diff <(cd "$root/include" && find tl_gis -name '*.h' | sort) <(cd "$prefix/include" && find tl_gis -type f | sort)
+
+# Every header compiles on its own, with the installed include folder only.
+while read -r header; do
+  printf '#include <%s>\n' "$header" >"$scratch/one.cpp"
+  c++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I"$prefix/include" "$scratch/one.cpp" ||
+    { echo "$header does not compile on its own"; exit 1; }
+done < <(cd "$prefix/include" && find tl_gis -name '*.h' | sort)
+
+# Every symbol the library exports is named in the public headers; the standard library's
+# template instances stay inside.
+lib=$(ls "$prefix"/lib*/libtl_gis.so.1)
+words=$(cat $(find "$prefix/include" -name '*.h') | grep -o '[A-Za-z_][A-Za-z_0-9]*' | sort -u)
+unnamed=$(nm -D --defined-only -C "$lib" | sed -E 's/^[0-9a-f]+ [A-Za-z] //; s/^(typeinfo name for|typeinfo for|vtable for|VTT for|guard variable for) //; s/\[abi:[a-z0-9]+\]//g; s/<.*//; s/\(.*//' |
+  awk -F'::' '{print $1}' | sed 's/^~//' | sort -u | comm -23 - <(printf '%s\n' $words))
+[ -z "$unnamed" ] || { echo "exported but named in no public header:"; echo "$unnamed"; exit 1; }
+if nm -D --defined-only -C "$lib" | grep -Eq '^[0-9a-f]+ [A-Za-z] (std|__gnu_cxx)::'; then echo "standard library symbols exported"; exit 1; fi
+echo "exported symbols: $(nm -D --defined-only "$lib" | wc -l)"
+
+mkdir "$scratch/run"
+cmake -S "$source_dir/consumer" -B "$scratch/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$scratch/consumer" >/dev/null
-LD_LIBRARY_PATH="$scratch/prefix/lib" "$scratch/consumer/consumer" | grep -q '^ok 0$'
+LD_LIBRARY_PATH="$(dirname "$lib")" "$scratch/consumer/consumer" "$scratch/run" | grep -q '^ok 2 '
 
-libdir=$(ls -d "$scratch"/prefix/lib*/pkgconfig | head -n 1)
-flags=$(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs tl_gis 2>/dev/null || true)
-if [ -n "$flags" ]; then
-  # shellcheck disable=SC2086
-  c++ -std=c++20 "$source_dir/consumer/main.cpp" $flags -o "$scratch/pc_consumer"
-  LD_LIBRARY_PATH="$(dirname "$libdir")" "$scratch/pc_consumer" | grep -q '^ok 0$'
-fi
-echo "install and consumer build: ok"
+libdir=$(ls -d "$prefix"/lib*/pkgconfig | head -n 1)
+flags=$(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs tl_gis)
+# shellcheck disable=SC2086
+c++ -std=c++20 "$source_dir/consumer/main.cpp" $flags -o "$scratch/pc_consumer"
+LD_LIBRARY_PATH="$(dirname "$lib")" "$scratch/pc_consumer" "$scratch/run" | grep -q '^ok 2 '
+echo "install and consumer builds: ok"

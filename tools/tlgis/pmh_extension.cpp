@@ -5,9 +5,9 @@
 #include <string>
 
 #include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include <tl_gis/platform/numbers.h>
 #include "extensions.h"
-#include "gis/pmh/pmh_header.h"
 #include "json_writer.h"
 #include "layer_report.h"
 #include "session.h"

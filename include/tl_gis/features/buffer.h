@@ -1,9 +1,10 @@
 #pragma once
 // A reusable scratch block for the bytes of one record at a time.
 
+#include <tl_gis/export.h>
 #include <cstddef>
 
-class TBuffer {
+class TL_GIS_API TBuffer {
 public:
     // Obtains a block of size bytes at once when size is above 0.
     explicit TBuffer(unsigned size = 0);

@@ -3,6 +3,7 @@
 // AB lines formed from the named points A to R. The JOB files carry it; the map view draws
 // each AB line with its offset line and the parallel swath lines.
 
+#include <tl_gis/export.h>
 #include <tl_gis/hostmap/features.h>
 #include <tl_gis/hostmap/map_image.h>
 
@@ -25,17 +26,17 @@ constexpr int PATTERN_POINT_COUNT = 18;  // A to R
 constexpr int PATTERN_MAX_AB_LINES = 9;
 
 // Pens shared by every pattern drawing: the AB line and the swath lines.
-extern const TPen g_penPatternAbLine;
-extern const TPen g_penPatternSwath;
+extern TL_GIS_API const TPen g_penPatternAbLine;
+extern TL_GIS_API const TPen g_penPatternSwath;
 
 // The keyword of a kind as JOB files write it ("BACK_TO_BACK" ...); null outside 0 to 8.
-const char* GetPatternKindKeyword(int kind);
+TL_GIS_API const char* GetPatternKindKeyword(int kind);
 
 // A point takes part in drawing and extents when it is away from (0, 0) by more than 1e-6 in
 // either coordinate, with |latitude| below 90 and |longitude| below 360.
-bool IsPatternPointValid(const tagLOC& loc);
+TL_GIS_API bool IsPatternPointValid(const tagLOC& loc);
 
-class TFeaturePattern : public TMapElement {
+class TL_GIS_API TFeaturePattern : public TMapElement {
 public:
     TFeaturePattern();
     ~TFeaturePattern() override = default;
@@ -74,7 +75,7 @@ protected:
 // Clips the segment p1-p2 to the rectangle in place (y grows upward, bottom <= top): -1 when
 // nothing of it is inside, 0 when it lies wholly inside unchanged, 1 when an endpoint moved.
 // The endpoints may come back swapped so that p1 is the lower one.
-int ClipSegment(TPointLP& p1, TPointLP& p2, const TRectLP& rect);
+TL_GIS_API int ClipSegment(TPointLP& p1, TPointLP& p2, const TRectLP& rect);
 
 // Whether the segment from a to b meets the rectangle (bounds included).
-bool IsSegmentInRect(const tagLOC& a, const tagLOC& b, const tagLOCRECT& rect);
+TL_GIS_API bool IsSegmentInRect(const tagLOC& a, const tagLOC& b, const tagLOCRECT& rect);

@@ -2,13 +2,14 @@
 // A recorded spray run as a map element: its samples, and the statistics of a stretch of them
 // (sprayed area, per-step flags and rates) that the exporters read.
 
+#include <tl_gis/export.h>
 #include <memory>
 #include <string>
 
 #include <tl_gis/features/spray_record.h>
 #include <tl_gis/hostmap/features.h>
 
-class TFeatureSpray : public TFeatureVector {
+class TL_GIS_API TFeatureSpray : public TFeatureVector {
 public:
     // No samples; statistics storage for 1000 steps and 10 rate values, both counts 0.
     TFeatureSpray();

@@ -1,6 +1,7 @@
 #pragma once
 // One recorded sample of a spray run, and its packed date and time.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <string>
 
@@ -50,15 +51,15 @@ struct TSprayTime {
 // Packs the time into a sample: dwTimeStamp holds hundredths in bits 0..6, seconds 7..12,
 // minutes 13..18, hours 19..23, day 24..28 and the high three bits of (year - 1993) in 29..31.
 // Each field is masked to its width; the caller checks ranges first.
-void PackSprayTime(const TSprayTime& time, tagSPRAYREC& rec);
-TSprayTime UnpackSprayTime(const tagSPRAYREC& rec);
+TL_GIS_API void PackSprayTime(const TSprayTime& time, tagSPRAYREC& rec);
+TL_GIS_API TSprayTime UnpackSprayTime(const tagSPRAYREC& rec);
 // True when hundredths <= 99, seconds and minutes <= 59 and hours <= 23.
-bool IsSprayTimeValid(const tagSPRAYREC& rec);
+TL_GIS_API bool IsSprayTimeValid(const tagSPRAYREC& rec);
 // Time of day in seconds, with hundredths.
-double SprayTimeOfDay(const tagSPRAYREC& rec);
+TL_GIS_API double SprayTimeOfDay(const tagSPRAYREC& rec);
 // "2024-06-01T14:03:10.50".
-std::string FormatSprayTime(const tagSPRAYREC& rec);
+TL_GIS_API std::string FormatSprayTime(const tagSPRAYREC& rec);
 // Copies text into a fixed NUL-terminated field, cut to fit.
-void SetSprayText(char* field, std::size_t size, const std::string& text);
+TL_GIS_API void SetSprayText(char* field, std::size_t size, const std::string& text);
 // The text of a fixed field up to its NUL or its end.
-std::string GetSprayText(const char* field, std::size_t size);
+TL_GIS_API std::string GetSprayText(const char* field, std::size_t size);

@@ -2,6 +2,7 @@
 // Base of the five format classes: progress reporting, the vertex array that readers build
 // lines in, and the library-wide export settings.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 
 #include <tl_gis/hostmap/map_layer.h>
@@ -24,7 +25,7 @@ enum REDUCTION_OPTIONS {
 // JOB header version written: 0, 1, 2 give versions 1, 2, 3.
 enum GISFILE_FORMAT { GISFILE_JOB_V1 = 0, GISFILE_JOB_V2 = 1, GISFILE_JOB_V3 = 2 };
 
-class TGisFile {
+class TL_GIS_API TGisFile {
 public:
     TGisFile() = default;
     virtual ~TGisFile();
@@ -74,8 +75,8 @@ public:
 };
 
 // Tells whether the text after the last '.' of the path equals ext, ignoring case.
-bool HasFileExtension(const char* path, const char* ext);
+TL_GIS_API bool HasFileExtension(const char* path, const char* ext);
 
 // Replaces the path's extension (from its last '.') with ext; a '.' is added when ext has
 // none. The text is changed in place and returned.
-std::string& ChangeExtension(std::string& path, const char* ext);
+TL_GIS_API std::string& ChangeExtension(std::string& path, const char* ext);

@@ -2,6 +2,7 @@
 // The dispatcher the host calls: picks the format from the file name, runs one load or one
 // write through a fresh format object and returns its result code.
 
+#include <tl_gis/export.h>
 #include <tl_gis/gis/gis_file.h>
 
 enum TLGIS_FILE_TYPE {
@@ -13,7 +14,7 @@ enum TLGIS_FILE_TYPE {
     GIS_FILE_SHP = 5,
 };
 
-class TGisMap {
+class TL_GIS_API TGisMap {
 public:
     TGisMap() = default;
     virtual ~TGisMap() = default;

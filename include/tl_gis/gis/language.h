@@ -2,10 +2,11 @@
 // Localized texts: every text the library shows is looked up by id in one process-wide table,
 // filled from the user's language file at library start-up.
 
+#include <tl_gis/export.h>
 #include <string>
 #include <vector>
 
-class TLanguageTable {
+class TL_GIS_API TLanguageTable {
 public:
     static constexpr int kMaxEntries = 1000;
     static constexpr int kMaxTextLength = 998;
@@ -48,13 +49,13 @@ private:
     std::vector<TEntry> m_Entries;
 };
 
-extern TLanguageTable g_LanguageTable;
+extern TL_GIS_API TLanguageTable g_LanguageTable;
 
 // The text of a message id from the library's language table ("" when absent).
-const char* GetText(int id);
+TL_GIS_API const char* GetText(int id);
 
 // The library's application object: its start-up loads the language table.
-class CTl_gisApp {
+class TL_GIS_API CTl_gisApp {
 public:
     // Loads the language table; runs once by itself before the library's first use, and again
     // whenever a host calls it (after changing the configuration folder, say).
@@ -62,5 +63,5 @@ public:
 };
 
 // Runs the library's start-up once, if it has not run yet.
-void EnsureLibraryStarted();
-CTl_gisApp& GetTlGisApp();
+TL_GIS_API void EnsureLibraryStarted();
+TL_GIS_API CTl_gisApp& GetTlGisApp();

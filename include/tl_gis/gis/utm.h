@@ -2,9 +2,10 @@
 // Transverse Mercator projection of WGS84 latitude and longitude with the UTM parameters
 // (Redfearn's series), used to measure polygon areas in metres.
 
+#include <tl_gis/export.h>
 #include <tl_gis/hostmap/loc.h>
 
-class CUtm {
+class TL_GIS_API CUtm {
 public:
     CUtm();
     virtual ~CUtm() = default;

@@ -1,15 +1,16 @@
 #pragma once
 // The host's vector features: lines of six classes, markers and points.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include <tl_gis/hostmap/map_element.h>
 
-class TFeatureVector : public TMapElement {};
+class TL_GIS_API TFeatureVector : public TMapElement {};
 
-class TFeatureLine : public TFeatureVector {
+class TL_GIS_API TFeatureLine : public TFeatureVector {
 public:
     TFeatureLine() = default;
     ~TFeatureLine() override;
@@ -44,7 +45,7 @@ private:
 
 // A line class sets its kind code; everything else is shared.
 template <std::uint32_t Kind>
-class TFeatureLineOf : public TFeatureLine {
+class TL_GIS_API TFeatureLineOf : public TFeatureLine {
 public:
     TFeatureLineOf() { m_dwType = Kind; }
     TMapElement* Clone() const override { return new TFeatureLineOf(*this); }
@@ -58,7 +59,7 @@ using TFeatureLineMisc = TFeatureLineOf<ELEMENT_LINE_MISC>;
 using TFeatureLineGeneric = TFeatureLineOf<ELEMENT_LINE_GENERIC>;
 
 // A named symbol at one location; the symbol type is in the low 12 bits of m_dwType.
-class TFeatureMarker : public TFeatureVector {
+class TL_GIS_API TFeatureMarker : public TFeatureVector {
 public:
     TFeatureMarker() { m_dwType = ELEMENT_MARKER; }
     void CalculateGeoExtents() override;
@@ -70,7 +71,7 @@ public:
 };
 
 // A bare location, as a shapefile point record gives it.
-class TFeaturePoint : public TFeatureVector {
+class TL_GIS_API TFeaturePoint : public TFeatureVector {
 public:
     TFeaturePoint() { m_dwType = ELEMENT_POINT; }
     void CalculateGeoExtents() override;

@@ -1,6 +1,7 @@
 #pragma once
 // Locations and rectangles in degrees.
 
+#include <tl_gis/export.h>
 #include <limits>
 
 struct tagLOC {
@@ -15,7 +16,7 @@ struct tagLOCRECT {
     double dSouth = 0.0;
 };
 
-class TLoc : public tagLOC {
+class TL_GIS_API TLoc : public tagLOC {
 public:
     TLoc() = default;
     TLoc(double lat, double lon) : tagLOC{lat, lon} {}
@@ -27,7 +28,7 @@ public:
     TLoc Offset(double bearingDeg, double distanceM) const;
 };
 
-class TLocRect : public tagLOCRECT {
+class TL_GIS_API TLocRect : public tagLOCRECT {
 public:
     TLocRect() = default;
     TLocRect(const tagLOCRECT& r) : tagLOCRECT(r) {}  // NOLINT

@@ -1,6 +1,7 @@
 #pragma once
 // Base of everything a map layer holds.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <string>
 
@@ -9,7 +10,7 @@
 
 class TMapImage;
 
-class TMapElement {
+class TL_GIS_API TMapElement {
 public:
     TMapElement();
     virtual ~TMapElement() = default;

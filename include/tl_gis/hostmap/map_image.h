@@ -5,6 +5,7 @@
 // Logical units have y growing upward (north up). A distance of d metres spans
 // d * 100000 / S logical units, S being the image's scale value.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -53,7 +54,7 @@ struct TDrawCommand {
     int iRop = ROP_COPYPEN;
 };
 
-class TDeviceContext {
+class TL_GIS_API TDeviceContext {
 public:
     // Each Select returns what was selected before.
     TPen SelectPen(const TPen& pen);
@@ -82,7 +83,7 @@ private:
     std::vector<TDrawCommand> m_commands;
 };
 
-class TMapImage {
+class TL_GIS_API TMapImage {
 public:
     // An image showing the given area, widthPx pixels wide when written as SVG.
     TMapImage(const tagLOCRECT& view, int widthPx);

@@ -2,6 +2,7 @@
 // Layers hold elements plus the per-polygon records that readers register with them; a map
 // is a layer of layers.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,7 +23,7 @@ struct TPolygonRecord {
 // AddElement modes: the layer owns the element, or only refers to it.
 enum : int { ADD_ELEMENT_OWNED = 0, ADD_ELEMENT_BORROWED = 1 };
 
-class TMapLayer : public TMapElement {
+class TL_GIS_API TMapLayer : public TMapElement {
 public:
     TMapLayer();
     ~TMapLayer() override;
@@ -77,7 +78,7 @@ private:
 };
 
 // A map: the layers of a view, or a writer's private collection of layers.
-class TMap : public TMapLayer {
+class TL_GIS_API TMap : public TMapLayer {
 public:
     TMap() = default;
 };

@@ -1,10 +1,11 @@
 #pragma once
 // Common base of the text and byte files: a position that progress reporting can read.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 #include <string>
 
-class TFileBase {
+class TL_GIS_API TFileBase {
 public:
     virtual ~TFileBase() = default;
     // Byte offset of the next read or write from the start of the file.

@@ -6,6 +6,7 @@
 // default handler needs no person: it writes the message to stderr and answers Yes to a
 // Yes/No question and OK to anything else.
 
+#include <tl_gis/export.h>
 #include <functional>
 #include <string>
 
@@ -36,13 +37,14 @@ struct TMessageBoxRequest {
 using TMessageBoxHandler = std::function<int(const TMessageBoxRequest&)>;
 
 // Shows a message through the installed handler and returns the button pressed.
-int ShowMessageBox(const std::string& text, const std::string& caption, unsigned flags, int textId = 0);
+TL_GIS_API int ShowMessageBox(const std::string& text, const std::string& caption, unsigned flags,
+                              int textId = 0);
 
 // Installs a handler (an empty one restores the default) and returns the previous one.
-TMessageBoxHandler SetMessageBoxHandler(TMessageBoxHandler handler);
+TL_GIS_API TMessageBoxHandler SetMessageBoxHandler(TMessageBoxHandler handler);
 
 // The default behaviour: writes "tl_gis: caption: text" to stderr and answers without a person.
-int DefaultMessageBoxHandler(const TMessageBoxRequest& request);
+TL_GIS_API int DefaultMessageBoxHandler(const TMessageBoxRequest& request);
 
 // Installs a handler for the lifetime of the guard and restores the previous one after.
 class TScopedMessageHandler {
@@ -59,4 +61,4 @@ private:
 
 // The standard report of a file that could not be opened or created: an error box naming the
 // file and the system's reason. errorNumber is an errno value.
-void ReportFileError(const std::string& path, int errorNumber, bool forWriting);
+TL_GIS_API void ReportFileError(const std::string& path, int errorNumber, bool forWriting);

@@ -1,6 +1,7 @@
 #pragma once
 // Result codes of every load and write.
 
+#include <tl_gis/export.h>
 constexpr int GISFILE_OK = 0;
 constexpr int GISFILE_ERR_UNAVAILABLE =
     6001;  // no format for the name, no file status, or a DXF import stopped
@@ -14,4 +15,4 @@ constexpr int JOBFILE_ERR_CREATE = 1;    // the output file cannot be created
 constexpr int JOBFILE_ERR_NAME = -6001;  // the file name is not a usable job name
 
 // A plain English description of a result code, for tools and logs.
-const char* GetResultCodeText(int code);
+TL_GIS_API const char* GetResultCodeText(int code);

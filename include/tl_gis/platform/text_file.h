@@ -6,6 +6,7 @@
 // at most cap - 1 characters; a longer line comes back in pieces, the first ones of exactly
 // cap - 1 characters. Writing: every '\n' becomes CR LF on disk.
 
+#include <tl_gis/export.h>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +18,7 @@
 
 #include <tl_gis/platform/file_base.h>
 
-class TTextFile : public TFileBase {
+class TL_GIS_API TTextFile : public TFileBase {
 public:
     enum OpenMode { modeRead, modeCreate };
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include <tl_gis/hostmap/map_layer.h>
 
 constexpr int PMH_HEADER_LINES = 31;
@@ -17,16 +18,9 @@ void ReadPmhRateLine(std::string_view line, TMapLayer& layer);
 // Line 31: the units code is the number before the first blank.
 int ReadPmhUnitsLine(std::string_view line);
 
-// The line 31 text of a units code, or null for a code that has none.
-const char* GetPmhUnitsText(int units);
-
 // Sets the layer's rate statistics from the rates of the elements written as polygons: min and
 // max of the rates (min 0 when all are equal, both 0 without polygons) and mid halfway.
 void ComputePmhRateStatistics(TMapLayer& layer);
 
 // Appends the 31 header lines (30 when the units code has no text), each ended by '\n'.
 void AppendPmhHeader(std::string& out, const TMapLayer& layer);
-
-// The line feature an element is written as, or null for elements a rate map cannot hold
-// (markers, points, spray runs, patterns).
-const TFeatureLine* AsPmhPolygon(const TMapElement* element);

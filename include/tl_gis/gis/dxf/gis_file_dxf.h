@@ -3,6 +3,7 @@
 // are already longitude and latitude; the writer puts out release AC1009 polygons, spray
 // swaths and the recorded track.
 
+#include <tl_gis/export.h>
 #include <string_view>
 #include <vector>
 
@@ -10,7 +11,7 @@
 
 class TDxfGroupWriter;
 
-class TGisFileDxf : public TGisFile {
+class TL_GIS_API TGisFileDxf : public TGisFile {
 public:
     TGisFileDxf();
     ~TGisFileDxf() override;

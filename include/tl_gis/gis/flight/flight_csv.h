@@ -9,6 +9,7 @@
 // are ignored. Rows with the same run value form one spray run, in file order; runs come in
 // the order of their first row.
 
+#include <tl_gis/export.h>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -30,5 +31,5 @@ struct TFlightImport {
     std::vector<std::unique_ptr<TFeatureSpray>> Sprays;
 };
 
-TFlightImport ReadFlightCsv(TTextFile& file);
-TFlightImport ReadFlightCsvFile(const char* path);
+TL_GIS_API TFlightImport ReadFlightCsv(TTextFile& file);
+TL_GIS_API TFlightImport ReadFlightCsvFile(const char* path);

@@ -1,6 +1,7 @@
 #pragma once
 // The system's own text job files: markers, spray patterns, boundary and generic lines.
 
+#include <tl_gis/export.h>
 #include <string>
 
 #include <tl_gis/gis/gis_file.h>
@@ -8,7 +9,7 @@
 class TTextFile;
 class TFeatureLine;
 
-class TGisFileJob : public TGisFile {
+class TL_GIS_API TGisFileJob : public TGisFile {
 public:
     TGisFileJob() = default;
     ~TGisFileJob() override = default;

@@ -2,6 +2,7 @@
 // MapInfo interchange pairs: reads the graphics of a .mif file into a layer, and writes a
 // layer's markers, polygons and recorded spray as a .mif file with its .mid attribute rows.
 
+#include <tl_gis/export.h>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,7 @@ enum MIDDELIMITER : int {
     MID_DELIMITER_SPACE = 2,
 };
 
-class TGisFileMidMif : public TGisFile {
+class TL_GIS_API TGisFileMidMif : public TGisFile {
 public:
     TGisFileMidMif();
     ~TGisFileMidMif() override;

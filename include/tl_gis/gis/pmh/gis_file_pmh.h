@@ -1,6 +1,7 @@
 #pragma once
 // Application-rate maps: a fixed header of 31 lines, then polygons that each carry one rate.
 
+#include <tl_gis/export.h>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,7 @@
 // The writer's result when the file was created but could not be written to the end.
 constexpr int PMHFILE_ERR_WRITE = 1;
 
-class TGisFilePmh : public TGisFile {
+class TL_GIS_API TGisFilePmh : public TGisFile {
 public:
     TGisFilePmh() = default;
     ~TGisFilePmh() override = default;
@@ -40,3 +41,11 @@ private:
 
     TTextFile m_File;  // the file being written; closed with the object
 };
+
+// The line 31 text of a units code, or null for a code that has none (the file then has no
+// units line).
+TL_GIS_API const char* GetPmhUnitsText(int units);
+
+// The line feature an element is written as, or null for elements a rate map cannot hold
+// (markers, points, spray runs, patterns).
+TL_GIS_API const TFeatureLine* AsPmhPolygon(const TMapElement* element);

@@ -7,6 +7,7 @@
 // points, each with a row of attributes) followed by a second triple with the flight path flown
 // without spraying, or the layer's boundary lines.
 
+#include <tl_gis/export.h>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -37,7 +38,7 @@ enum ESRINONSPRAYFORMAT : int {
     ESRI_NONSPRAY_POINTS = 1,
 };
 
-class TGisFileShp : public TGisFile {
+class TL_GIS_API TGisFileShp : public TGisFile {
 public:
     TGisFileShp();
     ~TGisFileShp() override;
