@@ -1,4 +1,5 @@
 #include <tl_gis/gis/gis_map.h>
+#include "platform/no_throw.h"
 
 #include <memory>
 
@@ -13,6 +14,10 @@ TLGIS_FILE_TYPE TGisMap::GetGisFileType(const char* path) {
 }
 
 int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return LoadWithFormat(path, layer, progress); });
+}
+
+int TGisMap::LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
@@ -24,6 +29,10 @@ int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback pr
 }
 
 int TGisMap::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteWithFormat(path, layer); });
+}
+
+int TGisMap::WriteWithFormat(const char* path, TMapLayer* layer) {
     TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));

@@ -55,11 +55,15 @@ TFeatureLine* AddImportedLine(TMapLayer* layer, int kind, int boundType, int cou
     line->m_dValue = layer->m_dValue;
     line->CalculateGeoExtents();
 
+    // Everything that needs memory comes first, so that running out leaves the layer as it was
+    // (the line is then destroyed with its owner).
+    TPolygonRecord polygon{line->m_pPoints, line->m_iNumPoints, line->m_strId, layer->m_dValue,
+                           GetFeatureArea(line.get())};
+    layer->ReserveOneMore();
     TFeatureLine* added = line.release();
     layer->AddElement(added, ADD_ELEMENT_OWNED);
     layer->AddCentroid(added->m_locCentroid);
-    layer->AddPolygon(added->m_pPoints, added->m_iNumPoints, added->m_strId, layer->m_dValue);
+    layer->AddPolygon(std::move(polygon));
     layer->AddBoundType(boundType);
-    layer->m_Polygons.back().dArea = GetFeatureArea(added);
     return added;
 }

@@ -10,11 +10,35 @@ TMapLayer::~TMapLayer() {
     RemoveAllElements();
 }
 
+namespace {
+// Doubles a full list's room ahead of a push_back, so that the push_back itself cannot fail.
+template <class T>
+void GrowForOneMore(std::vector<T>& list) {
+    if (list.size() == list.capacity()) list.reserve(list.empty() ? 8 : 2 * list.size());
+}
+}  // namespace
+
 void TMapLayer::AddElement(TMapElement* element, int mode) {
     if (element == nullptr) return;
+    const bool owned = mode != ADD_ELEMENT_BORROWED;
+    try {
+        GrowForOneMore(m_Elements);
+        if (owned) GrowForOneMore(m_Owned);
+    } catch (...) {
+        if (owned) delete element;
+        throw;
+    }
     m_Elements.push_back(element);
-    if (mode != ADD_ELEMENT_BORROWED) m_Owned.push_back(element);
+    if (owned) m_Owned.push_back(element);
     if (element->IncludeInExtents()) m_rcExtents.ExpandExtents(element->m_rcExtents);
+}
+
+void TMapLayer::ReserveOneMore() {
+    GrowForOneMore(m_Elements);
+    GrowForOneMore(m_Owned);
+    GrowForOneMore(m_Polygons);
+    GrowForOneMore(m_Centroids);
+    GrowForOneMore(m_BoundTypes);
 }
 
 void TMapLayer::AddPolygon(const tagLOC* points, int count, const std::string& id, double value) {

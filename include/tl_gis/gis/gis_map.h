@@ -36,4 +36,9 @@ public:
 
     bool m_bWriteBoundaries = false;  // a shapefile export writes boundary polygons instead of spray
     bool m_bReserved = false;
+
+private:
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteWithFormat(const char* path, TMapLayer* layer);
 };

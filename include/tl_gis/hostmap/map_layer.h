@@ -30,10 +30,16 @@ public:
     TMapLayer(const TMapLayer&) = delete;
     TMapLayer& operator=(const TMapLayer&) = delete;
 
-    // Appends an element (its extents already calculated) and widens the layer's extents.
+    // Appends an element (its extents already calculated) and widens the layer's extents. When
+    // memory runs out the layer is left as it was and an element handed over is destroyed.
     void AddElement(TMapElement* element, int mode = ADD_ELEMENT_OWNED);
+    // Makes room for one more element with its polygon, centroid and bound type, so that the
+    // next AddElement, AddPolygon, AddCentroid and AddBoundType need no memory. May throw
+    // std::bad_alloc, leaving the layer as it was.
+    void ReserveOneMore();
     // Registers a polygon; the vertices are referred to, not copied.
     void AddPolygon(const tagLOC* points, int count, const std::string& id, double value);
+    void AddPolygon(TPolygonRecord&& record) { m_Polygons.push_back(std::move(record)); }
     void AddCentroid(const tagLOC& loc) { m_Centroids.push_back(loc); }
     void AddBoundType(int boundType) { m_BoundTypes.push_back(boundType); }
     // Destroys the owned elements and empties every list.

@@ -14,6 +14,7 @@
 #include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/dxf_tables.h"
+#include "platform/no_throw.h"
 
 namespace {
 
@@ -111,6 +112,10 @@ bool TGisFileDxf::IsValidFile(const char* path) {
 }
 
 int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return ReadDrawing(path, layer, progress); }, [&] { ReleaseLocArray(); });
+}
+
+int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
     TTextFile file;
     if (layer == nullptr || !file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;

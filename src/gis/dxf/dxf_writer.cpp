@@ -10,6 +10,7 @@
 #include <tl_gis/platform/numbers.h>
 #include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_group_writer.h"
+#include "platform/no_throw.h"
 #include "platform/system_services.h"
 
 namespace {
@@ -114,6 +115,10 @@ void WriteTablesSection(TDxfGroupWriter& out) {
 }  // namespace
 
 int TGisFileDxf::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteDrawing(path, layer); });
+}
+
+int TGisFileDxf::WriteDrawing(const char* path, TMapLayer* layer) {
     if (layer == nullptr) return 1;
     TTextFile file;
     if (!file.Open(path, TTextFile::modeCreate)) return 1;

@@ -9,6 +9,7 @@
 #include <tl_gis/gis/job/gis_file_job.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/job/job_body.h"
+#include "platform/no_throw.h"
 
 namespace {
 constexpr double kFeetToMetres = 0.3048;
@@ -124,6 +125,10 @@ void TGisFileJob::ReadPattern(TTextFile& file, TMapLayer* layer) {
 }
 
 int TGisFileJob::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return ReadJob(path, layer, progress); }, [&] { ReleaseLocArray(); });
+}
+
+int TGisFileJob::ReadJob(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
     m_iVersion = 0;
     if (layer == nullptr) return GISFILE_ERR_OPEN;

@@ -17,6 +17,7 @@
 #include "gis/job/job_records.h"
 #include "gis/job/job_texts.h"
 #include "gis/text_format.h"
+#include "platform/no_throw.h"
 #include "platform/system_services.h"
 
 namespace {
@@ -226,6 +227,10 @@ private:
 };
 
 int TGisFileJob::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteJob(path, layer); });
+}
+
+int TGisFileJob::WriteJob(const char* path, TMapLayer* layer) {
     TBusyCursor busy;
     const TJobFileName name = ParseJobFileName(path, s_iGisFileFormat);
     if (name.iErrorText != 0) {

@@ -6,6 +6,7 @@
 #include <tl_gis/platform/numbers.h>
 #include "gis/midmif/mid_fields.h"
 #include "gis/midmif/mif_style.h"
+#include "platform/no_throw.h"
 
 namespace {
 // Everything before the delimiter line, and everything after it up to the first object.
@@ -41,6 +42,14 @@ char TGisFileMidMif::Delimiter() {
 }
 
 int TGisFileMidMif::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteMidMif(path, layer); },
+                              [&] {
+                                  m_MifFile.Close();
+                                  m_MidFile.Close();
+                              });
+}
+
+int TGisFileMidMif::WriteMidMif(const char* path, TMapLayer* layer) {
     if (path == nullptr || !m_MifFile.Open(path, TTextFile::modeCreate)) return GISFILE_ERR_OPEN;
     std::string midPath = path;
     ChangeExtension(midPath, ".mid");

@@ -7,6 +7,7 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/numbers.h>
+#include "platform/no_throw.h"
 
 namespace {
 // Where the reader is within an object. Shared by every reader in the process and kept from
@@ -87,6 +88,15 @@ bool TGisFileMidMif::IsValidFile(const char* path) {
 }
 
 int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return ReadMif(path, layer, progress); },
+                              [&] {
+                                  m_MifFile.Close();
+                                  ReleaseLocArray();
+                                  s_iMifReadState = MIF_STATE_DONE;
+                              });
+}
+
+int TGisFileMidMif::ReadMif(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
     if (!m_MifFile.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;

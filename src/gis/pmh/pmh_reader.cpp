@@ -5,6 +5,7 @@
 #include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
+#include "platform/no_throw.h"
 
 namespace {
 // No header value needs more; the rest of a longer line is skipped, so a damaged file cannot
@@ -69,6 +70,10 @@ bool TGisFilePmh::ReadHeader(TTextFile& file, TMapLayer* layer) {
 }
 
 int TGisFilePmh::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return ReadRateMap(path, layer, progress); }, [&] { ReleaseLocArray(); });
+}
+
+int TGisFilePmh::ReadRateMap(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
     if (layer == nullptr) return GISFILE_ERR_OPEN;
     TTextFile file;

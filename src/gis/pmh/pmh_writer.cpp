@@ -6,6 +6,7 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
+#include "platform/no_throw.h"
 
 namespace {
 constexpr int PMH_TEXT_WRITE_FAILED = 3091;
@@ -55,6 +56,10 @@ bool TGisFilePmh::writePMHPolygons(TMapLayer* layer) {
 }
 
 int TGisFilePmh::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteRateMap(path, layer); }, [&] { m_File.Close(); });
+}
+
+int TGisFilePmh::WriteRateMap(const char* path, TMapLayer* layer) {
     std::string name = path != nullptr ? path : "";
     ChangeExtension(name, "pmh");
     if (!m_File.Open(name.c_str(), TTextFile::modeCreate)) {

@@ -1,5 +1,6 @@
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include "gis/shp/shp_file_io.h"
+#include "platform/no_throw.h"
 
 #include <new>
 
@@ -28,6 +29,15 @@ bool TGisFileShp::IsValidFile(const char* path) {
 }
 
 int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return RunWithoutThrowing([&] { return ReadShapes(path, layer, progress); },
+                              [&] {
+                                  m_pIo->m_pReader.reset();
+                                  m_pIo->m_ShapeFile.Close();
+                                  ReleaseLocArray();
+                              });
+}
+
+int TGisFileShp::ReadShapes(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     TGisFile::LoadFile(path, layer, progress);
     if (layer == nullptr || !m_pIo->m_ShapeFile.Open(path, TByteFile::modeRead)) {
         m_pIo->m_ShapeFile.Close();

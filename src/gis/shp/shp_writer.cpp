@@ -7,6 +7,7 @@
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_file_io.h"
+#include "platform/no_throw.h"
 #include "platform/system_services.h"
 
 namespace {
@@ -114,6 +115,10 @@ void TGisFileShp::ReadSourceFacts() {
 }
 
 int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {
+    return RunWithoutThrowing([&] { return WriteShapes(path, layer); }, [&] { m_pIo->m_Out.Close(); });
+}
+
+int TGisFileShp::WriteShapes(const char* path, TMapLayer* layer) {
     m_LastPoint = tagLOC{};
     m_iShapeType = SprayShapeType(s_eESRISprayFormat);
     const bool created = m_pIo->m_Out.Create(GetSprayOutputStem(path != nullptr ? path : ""));

@@ -39,6 +39,9 @@ public:
     static int s_iDefaultSprayOnlyMode;    // 1
 
 private:
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int ReadDrawing(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteDrawing(const char* path, TMapLayer* layer);
     // Reading: one step per line; each returns a result code.
     int ProcessDxfLine(std::string_view line);
     int ProcessDxfGroup(int code, std::string_view value);

@@ -40,6 +40,10 @@ public:
 protected:
     friend class TJobLineFitter;
 
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int ReadJob(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteJob(const char* path, TMapLayer* layer);
+
     // Reads one line (99 characters at most) and splits it into the four shared tokens.
     // 1 at end of file, 0 otherwise.
     static int ReadJobLine(TTextFile& file);

@@ -84,6 +84,9 @@ public:
     int m_bMetric = 0;
 
 private:
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int ReadMif(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteMidMif(const char* path, TMapLayer* layer);
     // The object in progress of a .mif being read.
     int m_iSingleBlockMode = 0;
     int m_iSprayOnlyMode = 1;

@@ -29,6 +29,9 @@ public:
     static bool IsValidFile(const char* path);
 
 private:
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int ReadRateMap(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteRateMap(const char* path, TMapLayer* layer);
     // Reads lines 1 to 31 into the layer, storing each as it comes; false when the file ends first.
     bool ReadHeader(TTextFile& file, TMapLayer* layer);
     // The next line without its end and trailing white space; false at the end of the file.

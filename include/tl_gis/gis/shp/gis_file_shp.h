@@ -94,6 +94,9 @@ public:
     int m_bMetric = 0;            // attribute units: 0 US, otherwise metric
 
 private:
+    // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
+    int ReadShapes(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    int WriteShapes(const char* path, TMapLayer* layer);
     int LoadHeader();
     int LoadData();
     int LoadRecord();
