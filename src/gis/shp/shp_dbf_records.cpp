@@ -1,9 +1,12 @@
 // The attribute tables of the export: their headers and one row per shape, in US units
-// (miles per hour, feet, acres, US gallons per acre) or metric units.
+// (miles per hour, feet, acres, US gallons per acre) or metric units, and the event time text
+// that rows of both passes show.
 
 #include <cmath>
 
+#include <tl_gis/features/spray_record.h>
 #include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_file_io.h"
 
 namespace {
@@ -108,4 +111,19 @@ int TGisFileShp::WriteNonSprayDbfRecord() {
     const std::string& bytes = m_pIo->m_DbfRecord.Bytes();
     m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
     return 0;
+}
+
+void TGisFileShp::AppendEventTime(std::string& out, const tagSPRAYREC& sample) {
+    if (!IsSprayTimeValid(sample)) {
+        out += "Time N/A";
+        return;
+    }
+    const TSprayTime t = UnpackSprayTime(sample);
+    const int parts[] = {t.iHour, t.iMinute, t.iSecond, t.iHundredths};
+    const char separators[] = " ::.";
+    for (int i = 0; i < 4; ++i) {
+        out += separators[i];
+        if (parts[i] < 10) out += '0';
+        AppendInt(out, parts[i]);
+    }
 }

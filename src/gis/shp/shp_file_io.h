@@ -2,6 +2,7 @@
 // The files and codec state a shapefile load or export works with, kept out of the public class
 // so that hosts see none of the record code.
 
+#include <cstddef>
 #include <memory>
 
 #include "gis/shp/dbf_table.h"
@@ -9,6 +10,12 @@
 #include "gis/shp/shp_record_reader.h"
 #include "gis/shp/shp_record_writer.h"
 #include "platform/byte_file.h"
+
+class TBuffer;
+
+// The block a record of the given size is encoded in, taken from the buffer with some room to
+// spare; null when neither it nor memory is there.
+unsigned char* ShpRecordBlock(TBuffer& buffer, std::size_t bytes);
 
 struct TShpFileIo {
     // Writing.

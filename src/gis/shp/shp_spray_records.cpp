@@ -1,35 +1,19 @@
-// Record builders of the spray and boundary export: boundary rings and lines, and recorded
-// spray as points, spot points, polylines and swath polygons, each spray shape with its row.
+// Record builders of recorded spray: points, spot points, polylines and swath polygons, each
+// shape with its table row.
 
-#include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include <tl_gis/features/buffer.h>
 #include <tl_gis/features/feature_spray.h>
-#include <tl_gis/gis/geometry.h>
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_file_io.h"
 #include "gis/shp/swath_runs.h"
 
 namespace {
-// Scratch room beyond a record's own size, so that slightly longer records reuse the block.
-constexpr std::size_t kSpareBytes = 50;
-
-bool SamePlace(const tagLOC& a, const tagLOC& b) {
-    return a.dLat == b.dLat && a.dLon == b.dLon;
-}
-
 const std::string& OrNotAvailable(const std::string& text) {
     static const std::string kNotAvailable = "N/A";
     return text.empty() ? kNotAvailable : text;
-}
-
-// The block for a record of the given size, or null when neither it nor memory is there.
-unsigned char* RecordBlock(TBuffer& buffer, std::size_t bytes) {
-    if (bytes > 0x7FFFFFFFu - kSpareBytes) return nullptr;
-    return buffer.GetBuffer(static_cast<unsigned>(bytes + kSpareBytes));
 }
 }  // namespace
 
@@ -38,21 +22,6 @@ void TGisFileShp::SetPositionAttributes(double lat, double lon) {
     AppendFixed(m_strPosLat, lat, 10);
     m_strPosLon.clear();
     AppendFixed(m_strPosLon, lon, 10);
-}
-
-void TGisFileShp::AppendEventTime(std::string& out, const tagSPRAYREC& sample) {
-    if (!IsSprayTimeValid(sample)) {
-        out += "Time N/A";
-        return;
-    }
-    const TSprayTime t = UnpackSprayTime(sample);
-    const int parts[] = {t.iHour, t.iMinute, t.iSecond, t.iHundredths};
-    const char separators[] = " ::.";
-    for (int i = 0; i < 4; ++i) {
-        out += separators[i];
-        if (parts[i] < 10) out += '0';
-        AppendInt(out, parts[i]);
-    }
 }
 
 void TGisFileShp::SetSampleAttributes(const tagSPRAYREC& sample) {
@@ -80,36 +49,6 @@ void TGisFileShp::SetSampleAttributes(const tagSPRAYREC& sample) {
     m_iStatCount = 1;
 }
 
-int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
-    if (line.m_pPoints == nullptr || line.m_iNumPoints <= 0) return 0;
-    // A copy: the element itself is not changed by its export.
-    std::vector<tagLOC>& points = m_RingScratch;
-    points.assign(line.m_pPoints, line.m_pPoints + line.m_iNumPoints);
-    const int bound = line.m_iBoundType;
-    int shapeType = SHPT_POLYGON;
-    if (bound != BOUNDARY_OPEN) {
-        if (!SamePlace(points.front(), points.back())) points.push_back(points.front());
-        const bool clockwise = IsRingClockwise(points.data(), static_cast<int>(points.size()));
-        // Inclusion rings go out clockwise, exclusion rings and rings of other types the other way.
-        const bool reverse = clockwise ? bound != BOUNDARY_INC : bound == BOUNDARY_INC;
-        if (reverse) std::reverse(points.begin(), points.end());
-    } else {
-        shapeType = SHPT_POLYLINE;
-        points.erase(std::unique(points.begin(), points.end(), SamePlace), points.end());
-        if (points.size() > 1 && SamePlace(points.front(), points.back())) points.pop_back();
-    }
-    TBuffer& buffer = m_RecordBuffer;  // reused from record to record
-    unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(points.size()));
-    if (block == nullptr) return 1;
-    TShpPolyEncoder encoder;
-    encoder.Begin(block, m_iShapeRecords + 1, shapeType, static_cast<int>(points.size()));
-    for (const tagLOC& p : points) encoder.Add(p);
-    const int length = encoder.Finish();
-    if (length == 0) return 0;
-    ++m_iShapeRecords;
-    return WriteShpRecord(block, length);
-}
-
 int TGisFileShp::DoSprayRec_Type1(const TFeatureSpray& spray) {
     return DoSprayPoints(spray, false);
 }
@@ -122,7 +61,7 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
     const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
     if (count <= 0) return 0;
     TBuffer& buffer = m_RecordBuffer;  // reused from record to record
-    unsigned char* block = RecordBlock(buffer, SHP_POINT_RECORD_BYTES);
+    unsigned char* block = ShpRecordBlock(buffer, SHP_POINT_RECORD_BYTES);
     if (block == nullptr) return 1;
     int result = 0;
     for (int i = 0; i < count; ++i) {
@@ -148,7 +87,8 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
 int TGisFileShp::EncodeSprayPath(const TFeatureSpray& spray, TShpPolyEncoder& encoder,
                                  unsigned char*& block) {
     const int count = spray.m_pRecs != nullptr ? spray.m_iNumRecs : 0;
-    block = RecordBlock(m_RecordBuffer, ShpPolyRecordBytes(static_cast<std::size_t>(count > 0 ? count : 0)));
+    block =
+        ShpRecordBlock(m_RecordBuffer, ShpPolyRecordBytes(static_cast<std::size_t>(count > 0 ? count : 0)));
     if (block == nullptr) return 0;
     // A position that is no number is passed over; the rest of the path still goes out.
     int finite = 0;
@@ -190,7 +130,7 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
         int e = s;
         if (FindSwathRun(spray, s, m_iSingleBlockMode != 0, e) == SWATH_RUN_STOP || e - s < 1) break;
         const int points = 2 * (e - s) + 3;
-        unsigned char* block = RecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(points)));
+        unsigned char* block = ShpRecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(points)));
         if (block == nullptr) return 1;
         // Out along the A ends of the strip and back along its B ends, in that order whichever
         // way the ring then turns: programs reading these files expect the A edge first.
