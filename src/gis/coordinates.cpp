@@ -5,6 +5,7 @@
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
 #include "gis/text_format.h"
+#include "gis/text_ids.h"
 
 int ClassifyCoordinate(double first, double second) {
     const double a = std::fabs(first);
@@ -15,18 +16,19 @@ int ClassifyCoordinate(double first, double second) {
 }
 
 int PromptProjectedCoordinate(const char* source, double first, double second) {
-    std::string format = GetText(2039);
-    format += GetText(2040);
+    std::string format = GetText(TEXT_PROJECTED_LOOKS);
+    format += GetText(TEXT_PROJECTED_VALUES);
     format += '\n';
-    format += GetText(2041);
+    format += GetText(TEXT_PROJECTED_STOP);
     const std::string text = FormatText(format, {source ? source : "", first, second});
-    const int answer = ShowMessageBox(text, GetText(5054), MSGBOX_YESNO | MSGBOX_ICONEXCLAMATION, 2039);
+    const int answer = ShowMessageBox(text, GetText(TEXT_CAPTION), MSGBOX_YESNO | MSGBOX_ICONEXCLAMATION,
+                                      TEXT_PROJECTED_LOOKS);
     return answer == ANSWER_YES ? ANSWER_YES : ANSWER_NO;
 }
 
 std::string DescribeSourceForPrompt(const char* formatPart) {
-    std::string s = GetText(1010);
+    std::string s = GetText(TEXT_SOURCE_BEFORE_FORMAT);
     s += formatPart ? formatPart : "";
-    s += GetText(1011);
+    s += GetText(TEXT_SOURCE_AFTER_FORMAT);
     return s;
 }

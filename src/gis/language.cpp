@@ -6,6 +6,7 @@
 #include <tl_gis/platform/numbers.h>
 #include <tl_gis/platform/text_file.h>
 #include "gis/text_format.h"
+#include "gis/text_ids.h"
 
 #ifndef TL_GIS_INSTALLED_CONFIG_DIR
 #define TL_GIS_INSTALLED_CONFIG_DIR ""
@@ -110,9 +111,10 @@ bool TLanguageTable::SelectLanguage(const std::string& value) {
 void TLanguageTable::LoadTextFile(const char* path) {
     TTextFile file;
     if (!file.Open(path, TTextFile::modeRead)) {
-        std::string text = FormatText(GetText(17008), {path ? path : ""});
+        std::string text = FormatText(GetText(TEXT_LANGUAGE_FILE_MISSING), {path ? path : ""});
         if (text.size() > 299) text.resize(299);
-        ShowMessageBox(text, GetText(12002), MSGBOX_OK | MSGBOX_ICONERROR, 17008);
+        ShowMessageBox(text, GetText(TEXT_ERROR_CAPTION), MSGBOX_OK | MSGBOX_ICONERROR,
+                       TEXT_LANGUAGE_FILE_MISSING);
         return;
     }
     Clear();

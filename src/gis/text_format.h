@@ -11,14 +11,14 @@
 
 class TTextArg {
 public:
-    TTextArg(int v) : m_kind(Integer), m_i(v) {}                  // NOLINT
-    TTextArg(long v) : m_kind(Integer), m_i(v) {}                 // NOLINT
-    TTextArg(long long v) : m_kind(Integer), m_i(v) {}            // NOLINT
-    TTextArg(unsigned v) : m_kind(Integer), m_i(v) {}             // NOLINT
+    TTextArg(int v) : m_kind(Integer), m_i(v) {}                                    // NOLINT
+    TTextArg(long v) : m_kind(Integer), m_i(v) {}                                   // NOLINT
+    TTextArg(long long v) : m_kind(Integer), m_i(v) {}                              // NOLINT
+    TTextArg(unsigned v) : m_kind(Integer), m_i(v) {}                               // NOLINT
     TTextArg(unsigned long v) : m_kind(Integer), m_i(static_cast<long long>(v)) {}  // NOLINT
-    TTextArg(double v) : m_kind(Real), m_d(v) {}                  // NOLINT
-    TTextArg(const char* v) : m_kind(Text), m_s(v ? v : "") {}    // NOLINT
-    TTextArg(const std::string& v) : m_kind(Text), m_s(v) {}      // NOLINT
+    TTextArg(double v) : m_kind(Real), m_d(v) {}                                    // NOLINT
+    TTextArg(const char* v) : m_kind(Text), m_s(v ? v : "") {}                      // NOLINT
+    TTextArg(const std::string& v) : m_kind(Text), m_s(v) {}                        // NOLINT
 
     enum Kind { Integer, Real, Text };
     Kind m_kind;

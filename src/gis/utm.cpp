@@ -1,9 +1,10 @@
 #include <tl_gis/gis/utm.h>
 
 #include <cmath>
+#include "platform/units.h"
 
 CUtm::CUtm()
-    : m_dA(6378137.0),
+    : m_dA(WGS84_SEMI_MAJOR_AXIS_M),
       m_dE2(0.0),
       m_dK0(0.9996),
       m_dFalseEasting(500000.0),
@@ -12,15 +13,14 @@ CUtm::CUtm()
       m_dA4(2.6391109491e-06),
       m_dA6(3.4466482108e-09),
       m_dA8(4.8266084519e-12) {
-    const double b = m_dA * (1.0 - 1.0 / 298.257223563);
+    const double b = m_dA * (1.0 - 1.0 / WGS84_INVERSE_FLATTENING);
     m_dE2 = 1.0 - (b * b) / (m_dA * m_dA);
 }
 
 void CUtm::LatLonToUtm(tagLOC loc) {
-    constexpr double kDegToRad = 0.017453292519943334;
     const double falseNorthing = m_bSouth ? 10000000.0 : 0.0;
-    const double phi = loc.dLat * kDegToRad;
-    const double w = (loc.dLon - m_dCentralMeridian) * kDegToRad;
+    const double phi = loc.dLat * DEGREES_TO_RADIANS;
+    const double w = (loc.dLon - m_dCentralMeridian) * DEGREES_TO_RADIANS;
 
     const double s = std::sin(phi);
     const double c = std::cos(phi);

@@ -13,6 +13,7 @@
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/language.h>
 #include "config_folder_guard.h"
+#include "gis/text_ids.h"
 #include "test_support.h"
 
 using namespace std::string_literals;
@@ -137,20 +138,14 @@ TEST_F(LanguageTableTest, ProjectedCoordinatePromptAnsweredYesAndNo) {
 // Each shipped language file holds every text the library shows, with the conversions its message
 // fills in; ids out of ascending order would hide texts from the lookup.
 TEST(ShippedLanguageFiles, HoldEveryTextTheLibraryShows) {
-    const std::map<int, std::string> used = {
-        {1010, ""}, {1011, ""}, {2039, "s"}, {2040, "ff"}, {2041, ""},  {3080, "s"},  {3081, ""}, {3082, ""},
-        {3083, ""}, {3084, ""}, {3085, ""},  {3086, ""},   {3087, ""},  {3088, ""},   {3089, ""}, {3090, ""},
-        {3091, ""}, {3096, ""}, {5054, ""},  {5084, "s"},  {5090, ""},  {5173, "dd"}, {5185, ""}, {5186, ""},
-        {5187, ""}, {5188, ""}, {12002, ""}, {17001, "s"}, {17002, ""}, {17008, "s"},
-    };
     const std::regex conversion("%[-+ 0#]*[0-9]*(\\.[0-9]*)?[hlLq]*([a-zA-Z%])");
     for (const char* language : kLanguages) {
         TLanguageTable table;
         TScriptedMessages messages;
         table.LoadTextFile((TL_GIS_SOURCE_DIR "/Config/lang_"s + language + ".ini").c_str());
         EXPECT_TRUE(messages.Shown().empty()) << language;
-        EXPECT_EQ(table.GetCount(), static_cast<int>(used.size())) << language;
-        for (const auto& [id, conversions] : used) {
+        EXPECT_EQ(table.GetCount(), static_cast<int>(std::size(LIBRARY_TEXTS))) << language;
+        for (const auto& [id, conversions] : LIBRARY_TEXTS) {
             const std::string text = table.GetText(id);
             std::string found;
             for (std::sregex_iterator it(text.begin(), text.end(), conversion), end; it != end; ++it)

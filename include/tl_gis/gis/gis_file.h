@@ -22,6 +22,21 @@ enum REDUCTION_OPTIONS {
     REDUCE_NONE = 3,          // write everything
 };
 
+// The slots of TGisFile::m_abJobWarnings, set by the JOB writer and reported when it ends. The
+// tolerance option sets each of its three warnings in two slots, and reports them in the order
+// total, lines, vertices, then the three again.
+enum JOB_WARNING_SLOT : int {
+    JOB_WARN_LINE_DROPPED = 0,          // options 0 and 1: a line beyond the 500th was dropped
+    JOB_WARN_LINE_REDUCED = 1,          // options 0 and 1: a line decimated, or passed over at the total
+    JOB_WARN_TOO_MANY_LINES = 2,        // option 2: a line's number exceeds 500 (also slot 4)
+    JOB_WARN_TOO_MANY_VERTICES = 3,     // option 2: a line keeps more than 999 vertices (also slot 5)
+    JOB_WARN_TOO_MANY_LINES_2 = 4,      // set with slot 2
+    JOB_WARN_TOO_MANY_VERTICES_2 = 5,   // set with slot 3
+    JOB_WARN_TOTAL_EXCEEDED = 6,        // option 2: the vertex total exceeds 98,901 (also slot 7)
+    JOB_WARN_TOTAL_EXCEEDED_2 = 7,      // set with slot 6
+    JOB_WARNING_SLOTS = 8,
+};
+
 // JOB header version written: 0, 1, 2 give versions 1, 2, 3.
 enum GISFILE_FORMAT { GISFILE_JOB_V1 = 0, GISFILE_JOB_V2 = 1, GISFILE_JOB_V3 = 2 };
 
@@ -68,7 +83,7 @@ public:
     bool m_bJobReduced = false;
     int m_iJobPolygons = -1;
     int m_iJobVertices = 0;
-    bool m_abJobWarnings[8] = {};
+    bool m_abJobWarnings[JOB_WARNING_SLOTS] = {};
     GisProgressCallback m_pfnProgress = nullptr;
     int m_iProgressStep = 0;
     int m_iLastProgress = 0;

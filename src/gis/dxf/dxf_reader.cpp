@@ -14,6 +14,7 @@
 #include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/dxf_tables.h"
+#include "gis/internal_results.h"
 #include "platform/no_throw.h"
 
 namespace {
@@ -50,8 +51,6 @@ struct TDxfParseState {
 TDxfParseState s_State;
 
 constexpr int kVertexArrayStart = 1001;
-constexpr int kResultNoVertexArray = 1001;
-constexpr int kResultUnknownLayer = 5001;
 
 // Text values end at a NUL byte, as the C strings they were read into did.
 std::string_view TextValue(std::string_view value) {
@@ -248,7 +247,7 @@ int TGisFileDxf::ProcessNewEntity() {
     s.iPaperSpace = 0;
     if ((!s.bInBlocks && !s.bInEntities) || !Is(s.strEntity, "LWPOLYLINE")) return GISFILE_OK;
     s.strOpenEntity = s.strEntity;
-    if (!PrepareVertexArray()) return kResultNoVertexArray;
+    if (!PrepareVertexArray()) return RESULT_NO_VERTEX_ARRAY;
     s.bInLwPolyline = true;
     m_iNumLocs = 0;
     s.bImport = true;
@@ -269,7 +268,7 @@ int TGisFileDxf::ProcessDxfEntity() {
     if (!s.bInBlocks && !s.bInEntities) return GISFILE_OK;
     if (Is(type, "POLYLINE")) {
         s.strOpenEntity = type;
-        if (!PrepareVertexArray()) return kResultNoVertexArray;
+        if (!PrepareVertexArray()) return RESULT_NO_VERTEX_ARRAY;
         s.bInPolyline = true;
         m_iNumLocs = 0;
         s.bImport = true;
@@ -369,7 +368,7 @@ int TGisFileDxf::AnalyzeLayer(std::string_view layer) {
     }
     s.bImport = true;
     m_iFeatureType = 0;
-    return kResultUnknownLayer;
+    return RESULT_DXF_UNKNOWN_LAYER;
 }
 
 int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {

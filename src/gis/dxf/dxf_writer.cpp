@@ -10,6 +10,7 @@
 #include <tl_gis/platform/numbers.h>
 #include <tl_gis/platform/text_file.h>
 #include "gis/dxf/dxf_group_writer.h"
+#include "gis/internal_results.h"
 #include "platform/no_throw.h"
 #include "platform/system_services.h"
 
@@ -119,9 +120,9 @@ int TGisFileDxf::WriteFile(const char* path, TMapLayer* layer) {
 }
 
 int TGisFileDxf::WriteDrawing(const char* path, TMapLayer* layer) {
-    if (layer == nullptr) return 1;
+    if (layer == nullptr) return RESULT_WRITE_FAILED;
     TTextFile file;
-    if (!file.Open(path, TTextFile::modeCreate)) return 1;
+    if (!file.Open(path, TTextFile::modeCreate)) return RESULT_WRITE_FAILED;
     int result = 0;
     {
         TDxfGroupWriter out(file);
@@ -150,9 +151,9 @@ int TGisFileDxf::WriteDrawing(const char* path, TMapLayer* layer) {
         WritePoly(out, m_SprayOutline.data(), static_cast<int>(m_SprayOutline.size()), kColorTrack, false);
         out.WriteGroup(0, "ENDSEC");
         out.WriteGroup(0, "EOF");
-        if (!out.Flush()) result = 1;
+        if (!out.Flush()) result = RESULT_WRITE_FAILED;
     }
-    if (!file.Close()) result = 1;
+    if (!file.Close()) result = RESULT_WRITE_FAILED;
     return result;
 }
 
@@ -185,7 +186,7 @@ int TGisFileDxf::WriteFileSpray(TDxfGroupWriter& out, const TMapElement& element
     const std::size_t blockSamples = m_iSingleBlockMode != 0 ? 2 : n;
     const std::size_t capacity = spraying ? 2 * blockSamples + 2 : blockSamples + 1;
     const std::unique_ptr<tagLOC[]> points(new (std::nothrow) tagLOC[capacity]);
-    if (!points) return 1;
+    if (!points) return RESULT_WRITE_FAILED;
 
     int result = 0;
     for (std::size_t s = 0; s + 1 < n; s += blockSamples - 1) {

@@ -6,9 +6,9 @@
 #include <new>
 #include <utility>
 #include <vector>
+#include "platform/units.h"
 
 namespace {
-constexpr double kDegreesToRadians = 0.017453292519943334;
 constexpr double kSmallestTolerance = 1e-6;
 
 struct TSplit {
@@ -28,7 +28,7 @@ std::vector<double> ScaledLongitudes(const tagLOC* points, int first, int last) 
     std::vector<double> x(static_cast<std::size_t>(last - first + 1));
     for (int i = first; i <= last; ++i)
         x[static_cast<std::size_t>(i - first)] =
-            std::cos(points[i].dLat * kDegreesToRadians) * points[i].dLon;
+            std::cos(points[i].dLat * DEGREES_TO_RADIANS) * points[i].dLon;
     return x;
 }
 
@@ -82,9 +82,9 @@ TFarthest FindFarthest(const tagLOC* points, const std::vector<double>& x, int b
 }  // namespace
 
 double DistanceToLine(const tagLOC& p1, const tagLOC& p2, const tagLOC& p) {
-    const double x1 = std::cos(p1.dLat * kDegreesToRadians) * p1.dLon;
-    const double x2 = std::cos(p2.dLat * kDegreesToRadians) * p2.dLon;
-    const double x = std::cos(p.dLat * kDegreesToRadians) * p.dLon;
+    const double x1 = std::cos(p1.dLat * DEGREES_TO_RADIANS) * p1.dLon;
+    const double x2 = std::cos(p2.dLat * DEGREES_TO_RADIANS) * p2.dLon;
+    const double x = std::cos(p.dLat * DEGREES_TO_RADIANS) * p.dLon;
     return TLineDistance(x1, p1.dLat, x2, p2.dLat)(x, p.dLat);
 }
 

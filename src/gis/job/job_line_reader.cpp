@@ -9,14 +9,14 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/internal_results.h"
 #include "gis/job/job_body.h"
-#include "gis/job/job_texts.h"
 #include "gis/job/job_vertex_buffer.h"
 #include "gis/text_format.h"
+#include "gis/text_ids.h"
 
 namespace {
 // The result a body reader returns when its first vertex buffer cannot be had.
-constexpr int kNoVertexBuffer = 2001;
 
 struct TLineBody {
     int iBoundType = BOUNDARY_INC;
@@ -58,13 +58,13 @@ void ReadColorLine(TLineBody& body) {
 void ShowMemoryExhausted(int firstTextId, const char* id) {
     std::string format = GetText(firstTextId);
     format += '\n';
-    format += GetText(JOB_TEXT_MEMORY_DETAIL);
+    format += GetText(TEXT_JOB_MEMORY_DETAIL);
     ShowMessageBox(FormatText(format, {id}), "", MSGBOX_OK | MSGBOX_ICONEXCLAMATION, firstTextId);
 }
 
 int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary) {
     TJobVertexBuffer vertices;
-    if (!vertices.Allocate()) return kNoVertexBuffer;
+    if (!vertices.Allocate()) return RESULT_JOB_NO_VERTEX_BUFFER;
     const std::string lineId = id != nullptr ? id : "";
     TLineBody body;
     int result = 0;
@@ -92,7 +92,7 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         const double lon = ParseDouble(JobToken(1));
         if (IsAcceptedJobCoordinate(lat, lon)) {
             if (vertices.Append(lat, lon)) return true;
-            ShowMemoryExhausted(boundary ? JOB_TEXT_POLYGON_MEMORY : JOB_TEXT_POLYLINE_MEMORY,
+            ShowMemoryExhausted(boundary ? TEXT_JOB_POLYGON_MEMORY : TEXT_JOB_POLYLINE_MEMORY,
                                 lineId.c_str());
             return false;  // the rest of the body is skipped by the caller as stray lines
         }

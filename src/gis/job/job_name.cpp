@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include <tl_gis/platform/numbers.h>
-#include "gis/job/job_texts.h"
+#include "gis/text_ids.h"
 
 namespace {
 constexpr std::size_t kMaxJobName = 20;
@@ -24,9 +24,9 @@ TJobFileName ParseJobFileName(const char* path, int format) {
 
     if (format == 0 || format == 1) {
         name.lJobNumber = ParseInt(name.strBase);
-        if (nonDigit || name.lJobNumber < 1 || name.lJobNumber > 999) name.iErrorText = JOB_TEXT_NAME_NUMBER;
+        if (nonDigit || name.lJobNumber < 1 || name.lJobNumber > 999) name.iErrorText = TEXT_JOB_NAME_NUMBER;
     } else if (format == 2) {
-        if (name.strBase.size() > kMaxJobName) name.iErrorText = JOB_TEXT_NAME_LENGTH;
+        if (name.strBase.size() > kMaxJobName) name.iErrorText = TEXT_JOB_NAME_LENGTH;
     }
 
     const auto begin = name.strBase.find_first_not_of(' ');

@@ -10,9 +10,9 @@
 #include <tl_gis/platform/numbers.h>
 #include "gis/job/job_body.h"
 #include "platform/no_throw.h"
+#include "platform/units.h"
 
 namespace {
-constexpr double kFeetToMetres = 0.3048;
 // A marker symbol outside 0 to 9 and 31 to 45 is shown as this one.
 constexpr int kUnknownSymbol = 132;
 
@@ -60,11 +60,11 @@ bool ApplyPatternLine(TFeaturePattern& pattern, const std::string& llb, const st
     } else if (StartsWithNoCase(key, "RIG")) {
         pattern.m_iDirection = RIGHT;
     } else if (StartsWithNoCase(key, "SWI")) {
-        pattern.m_dSwathWidth = ParseDouble(JobToken(1)) * kFeetToMetres;
+        pattern.m_dSwathWidth = ParseDouble(JobToken(1)) * METRES_PER_FOOT;
     } else if (StartsWithNoCase(key, "FIE")) {
-        pattern.m_dFieldWidth = ParseDouble(JobToken(1)) * kFeetToMetres;
+        pattern.m_dFieldWidth = ParseDouble(JobToken(1)) * METRES_PER_FOOT;
     } else if (StartsWithNoCase(key, "OFF")) {
-        pattern.m_dOffset = ParseDouble(JobToken(1)) * kFeetToMetres;
+        pattern.m_dOffset = ParseDouble(JobToken(1)) * METRES_PER_FOOT;
     } else if (StartsWithNoCase(key, "ABL")) {
         pattern.m_iAbLines = ParseInt(JobToken(1));
     } else if (key.size() == 1 && ((key[0] >= 'A' && key[0] <= 'R') || (key[0] >= 'a' && key[0] <= 'r'))) {

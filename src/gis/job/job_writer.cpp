@@ -2,6 +2,7 @@
 // limits of the format (500 lines, fewer than 999 vertices each, 98,901 in all).
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
@@ -15,16 +16,16 @@
 #include "gis/job/job_decimation.h"
 #include "gis/job/job_name.h"
 #include "gis/job/job_records.h"
-#include "gis/job/job_texts.h"
 #include "gis/text_format.h"
+#include "gis/text_ids.h"
 #include "platform/no_throw.h"
 #include "platform/system_services.h"
+#include "platform/units.h"
 
 namespace {
 constexpr int kMaxLines = 500;
 constexpr int kVertexLimit = 999;  // a line must stay below it
 constexpr int kMaxTotalVertices = 98901;
-constexpr double kMetresToFeet = 3.280839895013123;
 
 // Working state of one write.
 struct TJobWriteState {
@@ -73,7 +74,7 @@ void AppendWidthLine(std::string& out, const char* keyword, double metres) {
     out += '\t';
     out += keyword;
     out += ' ';
-    AppendFixed(out, metres * kMetresToFeet, 4);
+    AppendFixed(out, metres * FEET_PER_METRE, 4);
     out += '\n';
 }
 
@@ -124,20 +125,20 @@ void AppendPattern(std::string& out, TFeaturePattern& pattern, long id) {
 std::string SummaryText(int firstTextId) {
     std::string text = GetText(firstTextId);
     text += '\n';
-    text += GetText(JOB_TEXT_SUMMARY_1);
+    text += GetText(TEXT_JOB_SUMMARY_1);
     text += '"';
-    text += GetText(JOB_TEXT_SUMMARY_2);
+    text += GetText(TEXT_JOB_SUMMARY_2);
     text += "\" ";
-    text += GetText(JOB_TEXT_SUMMARY_3);
+    text += GetText(TEXT_JOB_SUMMARY_3);
     return text;
 }
 
 void ShowNameError(const TJobFileName& name) {
     std::string format = "%s%s\n";
-    format += GetText(JOB_TEXT_NAME_ERROR);
+    format += GetText(TEXT_JOB_NAME_ERROR);
     format += '\n';
     format += GetText(name.iErrorText);
-    ShowMessageBox(FormatText(format, {name.strBase, name.strRest}), GetText(JOB_TEXT_CAPTION),
+    ShowMessageBox(FormatText(format, {name.strBase, name.strRest}), GetText(TEXT_CAPTION),
                    MSGBOX_OK | MSGBOX_ICONEXCLAMATION, name.iErrorText);
 }
 
@@ -169,10 +170,15 @@ public:
             count =
                 DecimateLocArray(copy.get(), count, TGisFile::s_dDecimationLimitM * JOB_DEGREES_PER_METRE);
             m_job.m_iJobVertices += count;
-            if (count > kVertexLimit) m_job.m_abJobWarnings[3] = m_job.m_abJobWarnings[5] = true;
-            if (counter > kMaxLines) m_job.m_abJobWarnings[2] = m_job.m_abJobWarnings[4] = true;
+            if (count > kVertexLimit)
+                m_job.m_abJobWarnings[JOB_WARN_TOO_MANY_VERTICES] =
+                    m_job.m_abJobWarnings[JOB_WARN_TOO_MANY_VERTICES_2] = true;
+            if (counter > kMaxLines)
+                m_job.m_abJobWarnings[JOB_WARN_TOO_MANY_LINES] =
+                    m_job.m_abJobWarnings[JOB_WARN_TOO_MANY_LINES_2] = true;
             if (m_job.m_iJobVertices > kMaxTotalVertices)
-                m_job.m_abJobWarnings[6] = m_job.m_abJobWarnings[7] = true;
+                m_job.m_abJobWarnings[JOB_WARN_TOTAL_EXCEEDED] =
+                    m_job.m_abJobWarnings[JOB_WARN_TOTAL_EXCEEDED_2] = true;
         }
         Emit(line, generic, counter, count, copy.release());
         return true;
@@ -186,13 +192,13 @@ private:
     bool WithinLimits(const TFeatureLine& line, bool generic, int counter) {
         const bool stopAtTotal = TGisFile::s_iCompatible == REDUCE_ALL_LIMITS;
         if (stopAtTotal && !m_state.bContinue) {
-            m_job.m_bJobReduced = m_job.m_abJobWarnings[1] = true;
+            m_job.m_bJobReduced = m_job.m_abJobWarnings[JOB_WARN_LINE_REDUCED] = true;
             return true;
         }
         if (counter > kMaxLines) {
             m_job.m_bJobReduced = true;
             m_job.m_iJobPolygons = kMaxLines;
-            m_job.m_abJobWarnings[0] = true;
+            m_job.m_abJobWarnings[JOB_WARN_LINE_DROPPED] = true;
             return true;
         }
         m_job.m_iJobPolygons = counter;
@@ -201,7 +207,7 @@ private:
         int count = line.m_iNumPoints;
         const bool reduced = count >= kVertexLimit;
         if (reduced) {
-            m_job.m_bJobReduced = m_job.m_abJobWarnings[1] = true;
+            m_job.m_bJobReduced = m_job.m_abJobWarnings[JOB_WARN_LINE_REDUCED] = true;
             count = ReduceBelowVertexLimit(copy.get(), count, kVertexLimit);
             if (count < 0) {
                 // No tolerance brings this line under the limit (coordinates out of all
@@ -268,8 +274,8 @@ int TGisFileJob::WriteJob(const char* path, TMapLayer* layer) {
                 case ELEMENT_LINE_GENERIC:
                     if (const auto* line = dynamic_cast<const TFeatureLine*>(element)) {
                         if (!fitter.Write(*line, element->GetKind() == ELEMENT_LINE_GENERIC)) {
-                            ShowMessageBox(GetText(JOB_TEXT_COPY_MEMORY), GetText(JOB_TEXT_CAPTION),
-                                           MSGBOX_OK | MSGBOX_ICONEXCLAMATION, JOB_TEXT_COPY_MEMORY);
+                            ShowMessageBox(GetText(TEXT_JOB_COPY_MEMORY), GetText(TEXT_CAPTION),
+                                           MSGBOX_OK | MSGBOX_ICONEXCLAMATION, TEXT_JOB_COPY_MEMORY);
                             return GISFILE_ERR_DATA;
                         }
                     }
@@ -284,26 +290,27 @@ int TGisFileJob::WriteJob(const char* path, TMapLayer* layer) {
     switch (s_iCompatible) {
         case REDUCE_ALL_LIMITS:
         case REDUCE_LINE_LIMITS:
-            if (m_abJobWarnings[0] || m_abJobWarnings[1]) {
+            if (m_abJobWarnings[JOB_WARN_LINE_DROPPED] || m_abJobWarnings[JOB_WARN_LINE_REDUCED]) {
                 const int first =
-                    s_iCompatible == REDUCE_ALL_LIMITS ? JOB_TEXT_SUMMARY_A : JOB_TEXT_SUMMARY_B;
-                ShowMessageBox(SummaryText(first), GetText(JOB_TEXT_CAPTION), MSGBOX_OK, first);
+                    s_iCompatible == REDUCE_ALL_LIMITS ? TEXT_JOB_SUMMARY_A : TEXT_JOB_SUMMARY_B;
+                ShowMessageBox(SummaryText(first), GetText(TEXT_CAPTION), MSGBOX_OK, first);
             }
             if (m_bJobReduced)
-                ShowMessageBox(FormatText(GetText(JOB_TEXT_REDUCED), {m_iJobPolygons, m_iJobVertices}),
-                               GetText(JOB_TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONINFORMATION,
-                               JOB_TEXT_REDUCED);
+                ShowMessageBox(FormatText(GetText(TEXT_JOB_REDUCED), {m_iJobPolygons, m_iJobVertices}),
+                               GetText(TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONINFORMATION, TEXT_JOB_REDUCED);
             break;
         case REDUCE_BY_TOLERANCE: {
             // Warnings in the order total, lines, vertices, then the three again.
-            static const int kOrder[] = {6, 2, 3, 7, 4, 5};
-            for (int k = 0; k < 6; ++k) {
+            static const int kOrder[] = {JOB_WARN_TOTAL_EXCEEDED,    JOB_WARN_TOO_MANY_LINES,
+                                         JOB_WARN_TOO_MANY_VERTICES, JOB_WARN_TOTAL_EXCEEDED_2,
+                                         JOB_WARN_TOO_MANY_LINES_2,  JOB_WARN_TOO_MANY_VERTICES_2};
+            for (int k = 0; k < static_cast<int>(std::size(kOrder)); ++k) {
                 if (!m_abJobWarnings[kOrder[k]]) continue;
-                const int textId = JOB_TEXT_TOTAL_EXCEEDED + k;
-                std::string text = GetText(JOB_TEXT_LIMIT_WARNING);
+                const int textId = TEXT_JOB_TOTAL_EXCEEDED + k;
+                std::string text = GetText(TEXT_JOB_LIMIT_WARNING);
                 text += '\n';
                 text += GetText(textId);
-                ShowMessageBox(text, GetText(JOB_TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONEXCLAMATION, textId);
+                ShowMessageBox(text, GetText(TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONEXCLAMATION, textId);
             }
             break;
         }

@@ -1,12 +1,9 @@
 #include "gis/midmif/mid_fields.h"
 
 #include <tl_gis/platform/numbers.h>
+#include "platform/units.h"
 
 namespace {
-constexpr double kMetresPerSecondToMph = 2.236936296;
-constexpr double kMetresToFeet = 3.280839895013123;
-constexpr double kLitresPerHectareToGallonsPerAcre = 0.10690663552904765;
-constexpr double kKilogramsPerHectareToPoundsPerAcre = 0.8921791166813499;
 constexpr int kBaseYear = 1993;
 
 unsigned Bits(std::uint32_t value, int first, int count) {
@@ -60,8 +57,8 @@ void AppendMidTime(std::string& out, std::uint32_t timeStamp) {
 
 double ConvertMidRate(double rate, int metric, int rateUnits) {
     if (metric != 0) return rate;
-    if (rateUnits == MID_RATE_UNITS_VOLUME) return rate * kLitresPerHectareToGallonsPerAcre;
-    if (rateUnits == MID_RATE_UNITS_MASS) return rate * kKilogramsPerHectareToPoundsPerAcre;
+    if (rateUnits == MID_RATE_UNITS_VOLUME) return rate * GALLONS_PER_ACRE_PER_LITRE_PER_HECTARE;
+    if (rateUnits == MID_RATE_UNITS_MASS) return rate * POUNDS_PER_ACRE_PER_KILOGRAM_PER_HECTARE;
     return rate;
 }
 
@@ -92,12 +89,12 @@ void AppendMidSprayRow(std::string& out, std::string_view date, char delimiter, 
     next();
     AppendMidTime(out, row.dwTimeStamp);
     next();
-    AppendFixedWidth(out, row.dSpeed * kMetresPerSecondToMph, 5, 1);
+    AppendFixedWidth(out, row.dSpeed * MPH_PER_METRE_PER_SECOND, 5, 1);
     next();
     AppendIntWidth(out, row.iHeading, 3, true);
     next();
     // Whole feet, cut toward zero.
-    AppendIntWidth(out, static_cast<long long>(row.iHeight / 5.0 * kMetresToFeet), 5, true);
+    AppendIntWidth(out, static_cast<long long>(row.iHeight / 5.0 * FEET_PER_METRE), 5, true);
     next();
     out += " ON";
     next();

@@ -7,6 +7,7 @@
 
 #include <tl_gis/features/feature_spray.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include "gis/internal_results.h"
 #include "gis/midmif/mid_fields.h"
 #include "gis/midmif/mif_style.h"
 
@@ -44,10 +45,10 @@ int TGisFileMidMif::WriteFileSpray(TMapElement* element) {
     // point that the region repeats.
     const bool oneBlock = m_iSingleBlockMode == 0;
     const int blockSamples = oneBlock ? count : 2;
-    if (blockSamples > (INT_MAX - 2) / 2) return 1;
+    if (blockSamples > (INT_MAX - 2) / 2) return RESULT_WRITE_FAILED;
     std::unique_ptr<tagLOC[]> outline(new (std::nothrow)
                                           tagLOC[2 * static_cast<std::size_t>(blockSamples) + 2]);
-    if (!outline) return 1;
+    if (!outline) return RESULT_WRITE_FAILED;
 
     const int lastStart = oneBlock ? 0 : count - 2;
     for (int first = 0; first <= lastStart; ++first) {

@@ -7,6 +7,7 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/internal_results.h"
 #include "platform/no_throw.h"
 
 namespace {
@@ -23,9 +24,6 @@ int s_iMifReadState = MIF_STATE_NONE;
 
 // Largest point count accepted for one polyline or ring.
 constexpr int kMaxMifVertices = 30000;
-
-constexpr int MIF_ERR_MEMORY = 1001;
-constexpr int MIF_ERR_COUNT = 1002;
 
 enum TMifKeyword { KW_NONE, KW_PLINE, KW_REGION, KW_IGNORED, KW_DATA, KW_POINT, KW_EOF };
 
@@ -169,8 +167,9 @@ int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
             return 0;
         case MIF_STATE_COUNT:
             // The count is checked before anything is allocated for it.
-            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices) return MIF_ERR_COUNT;
-            if (!AllocateLocArray(m_iExpectedVertices)) return MIF_ERR_MEMORY;
+            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices)
+                return RESULT_MIF_VERTEX_COUNT;
+            if (!AllocateLocArray(m_iExpectedVertices)) return RESULT_NO_VERTEX_ARRAY;
             m_iVerticesHeld = 0;
             s_iMifReadState = MIF_STATE_POINTS;
             return StorePointLine(line);
@@ -196,7 +195,7 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
             // Either answer ends the reading: the import cannot go on with projected values.
             return PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
         default:
-            return 2;
+            return COORD_OUT_OF_RANGE;
     }
 }
 

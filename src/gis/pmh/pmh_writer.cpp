@@ -6,10 +6,10 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/pmh/pmh_header.h"
+#include "gis/text_ids.h"
 #include "platform/no_throw.h"
 
 namespace {
-constexpr int PMH_TEXT_WRITE_FAILED = 3091;
 // Polygons are gathered into blocks of about this size before they go to the file.
 constexpr std::size_t kWriteBlock = 1 << 16;
 
@@ -71,7 +71,7 @@ int TGisFilePmh::WriteRateMap(const char* path, TMapLayer* layer) {
     const bool written = writePMHeader(source) && writePMHPolygons(source);
     // Closing writes what is still buffered, so a full disk may only show here.
     if (!m_File.Close() || !written) {
-        ShowMessageBox(GetText(PMH_TEXT_WRITE_FAILED), "", MSGBOX_OK, PMH_TEXT_WRITE_FAILED);
+        ShowMessageBox(GetText(TEXT_PMH_WRITE_FAILED), "", MSGBOX_OK, TEXT_PMH_WRITE_FAILED);
         return PMHFILE_ERR_WRITE;
     }
     return GISFILE_OK;

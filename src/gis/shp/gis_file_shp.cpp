@@ -11,6 +11,7 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_record_reader.h"
+#include "gis/text_ids.h"
 
 ESRISPRAYFORMAT TGisFileShp::s_eESRISprayFormat = ESRI_SPRAY_POLYGONS;
 ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
@@ -61,7 +62,7 @@ int TGisFileShp::ReportDamage(const std::string& problem, int result) {
     text += problem;
     text += result == GISFILE_ERR_OPEN ? ". The file is not loaded."
                                        : ". Loading stopped there; the shapes before it were loaded.";
-    ShowMessageBox(text, GetText(5054), MSGBOX_OK | MSGBOX_ICONEXCLAMATION);
+    ShowMessageBox(text, GetText(TEXT_CAPTION), MSGBOX_OK | MSGBOX_ICONEXCLAMATION);
     return result;
 }
 

@@ -7,6 +7,7 @@
 
 #include <tl_gis/gis/geometry.h>
 #include <tl_gis/gis/shp/gis_file_shp.h>
+#include "gis/internal_results.h"
 #include "gis/shp/shp_file_io.h"
 
 namespace {
@@ -35,7 +36,7 @@ int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
     }
     TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = ShpRecordBlock(buffer, ShpPolyRecordBytes(points.size()));
-    if (block == nullptr) return 1;
+    if (block == nullptr) return RESULT_WRITE_FAILED;
     TShpPolyEncoder encoder;
     encoder.Begin(block, m_iShapeRecords + 1, shapeType, static_cast<int>(points.size()));
     for (const tagLOC& p : points) encoder.Add(p);

@@ -8,12 +8,12 @@
 #include <string>
 
 #include <tl_gis/hostmap/loc.h>
+#include "gis/internal_results.h"
 
 constexpr std::int32_t SHP_FILE_CODE = 9994;
 constexpr std::size_t SHP_HEADER_BYTES = 100;
 constexpr std::size_t SHP_RECORD_HEADER_BYTES = 8;
 // Reader-internal: no further record follows.
-constexpr int SHP_END_OF_DATA = 401;
 
 // Shape types of a record's first word.
 enum : std::int32_t {

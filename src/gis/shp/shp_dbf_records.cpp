@@ -8,13 +8,9 @@
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_file_io.h"
+#include "platform/units.h"
 
-namespace {
-constexpr double kMetresPerSecondToMph = 2.236936296;
-constexpr double kMetresToFeet = 3.280839895013123;
-constexpr double kHectaresToAcres = 2.471053828349333;
-constexpr double kLitresPerHectareToGallonsPerAcre = 0.10690663552904765;
-}  // namespace
+namespace {}  // namespace
 
 void TGisFileShp::WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount) {
     const std::span<const TDbfField> fields = GetDbfFields(table, m_bMetric != 0);
@@ -42,14 +38,14 @@ void TGisFileShp::WriteDbfEnd() {
 
 int TGisFileShp::WriteSprayDbfRecord() {
     const bool us = m_bMetric == 0;
-    const double length = us ? kMetresToFeet : 1.0;
+    const double length = us ? FEET_PER_METRE : 1.0;
     m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us));
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text :
          {&m_strCustomer, &m_strFileName, &m_strFileDate, &m_strAircraft, &m_strPilot, &m_strFieldName,
           &m_strOffset, &m_strLineNum, &m_strEventTime, &m_strPosLat, &m_strPosLon})
         m_pIo->m_DbfRecord.AddText(*text);
-    m_pIo->m_DbfRecord.AddNumber(m_dSpeed * kMetresPerSecondToMph, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dSpeed * MPH_PER_METRE_PER_SECOND, 3);
     m_pIo->m_DbfRecord.AddNumber(m_dTrack * length, 3);
     m_pIo->m_DbfRecord.AddNumber(m_dSwathWidth * length, 3);
     m_pIo->m_DbfRecord.AddNumber(m_dHeight * length, 3);
@@ -58,8 +54,8 @@ int TGisFileShp::WriteSprayDbfRecord() {
     // A polygon stands for several steps: its row carries their summed area, the spray flag of
     // its last step and the boom flag of its first. A run that counted no step has blank values.
     const bool known = m_iStatCount > 0 && m_pdStatArea != nullptr;
-    const double area = us ? kHectaresToAcres : 1.0;
-    const double rate = us ? kLitresPerHectareToGallonsPerAcre : 1.0;
+    const double area = us ? ACRES_PER_HECTARE : 1.0;
+    const double rate = us ? GALLONS_PER_ACRE_PER_LITRE_PER_HECTARE : 1.0;
     if (known) {
         double sum = 0.0;
         for (int i = 0; i < m_iStatCount; ++i) sum += m_pdStatArea[i];
@@ -100,12 +96,12 @@ int TGisFileShp::WriteSprayDbfRecord() {
 
 int TGisFileShp::WriteNonSprayDbfRecord() {
     const bool us = m_bMetric == 0;
-    const double length = us ? kMetresToFeet : 1.0;
+    const double length = us ? FEET_PER_METRE : 1.0;
     m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_NONSPRAY, !us));
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text : {&m_strSampleLine, &m_strSampleTime, &m_strSampleLat, &m_strSampleLon})
         m_pIo->m_DbfRecord.AddText(*text);
-    m_pIo->m_DbfRecord.AddNumber(m_dSampleSpeed * kMetresPerSecondToMph, 3);
+    m_pIo->m_DbfRecord.AddNumber(m_dSampleSpeed * MPH_PER_METRE_PER_SECOND, 3);
     m_pIo->m_DbfRecord.AddNumber(m_dSampleHeight * length, 3);
     m_pIo->m_DbfRecord.AddNumber(m_dSampleAgl * length, 3);
     const std::string& bytes = m_pIo->m_DbfRecord.Bytes();

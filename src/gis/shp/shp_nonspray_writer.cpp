@@ -9,8 +9,10 @@
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/internal_results.h"
 #include "gis/shp/shp_file_io.h"
 #include "gis/text_format.h"
+#include "gis/text_ids.h"
 
 namespace {
 constexpr double kNoPosition = 1e-10;
@@ -46,9 +48,9 @@ int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* la
     if (layer == nullptr) {
         const std::string table = m_pIo->m_Out.m_strTablePath;
         m_pIo->m_Out.Close();
-        ShowMessageBox(FormatText(GetText(5084), {table}), GetText(5054), MSGBOX_OK | MSGBOX_ICONEXCLAMATION,
-                       5084);
-        return -1;
+        ShowMessageBox(FormatText(GetText(TEXT_NONSPRAY_NO_LAYER), {table}), GetText(TEXT_CAPTION),
+                       MSGBOX_OK | MSGBOX_ICONEXCLAMATION, 5084);
+        return RESULT_WRITE_REFUSED;
     }
     if (layer->GetElementCount() > 0) {
         m_Map.RemoveAllElements();
@@ -132,7 +134,7 @@ int TGisFileShp::WriteNonSprayRec_Type1() {
     if (!HasNonSprayData()) return 0;
     TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = buffer.GetBuffer(static_cast<unsigned>(SHP_POINT_RECORD_BYTES));
-    if (block == nullptr) return -1;
+    if (block == nullptr) return RESULT_WRITE_REFUSED;
     return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) {
         const int count = spray.m_iNumRecs;
         for (int i = 0; i < count; ++i) {
@@ -158,12 +160,12 @@ int TGisFileShp::WriteNonSprayRec_Type1() {
 int TGisFileShp::WriteNonSprayRec_Type3() {
     if (!HasNonSprayData()) return 0;
     TShpPolyEncoder encoder;
-    return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) {
+    return ForEachMarkedSpray(m_Map, [&](const TFeatureSpray& spray) -> int {
         const int count = spray.m_iNumRecs;
         if (count < 2 || spray.m_pRecs[0].bySpray != 0) return 0;
         unsigned char* block = nullptr;
         const int length = EncodeSprayPath(spray, encoder, block);
-        if (block == nullptr) return -1;
+        if (block == nullptr) return RESULT_WRITE_REFUSED;
         // A path with fewer than two positions that are numbers is left out, row and all, so
         // that the table keeps one row per shape.
         if (length == 0) return 0;

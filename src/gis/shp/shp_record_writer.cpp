@@ -6,6 +6,7 @@
 #include <tl_gis/gis/gis_file.h>
 #include <tl_gis/platform/message_box.h>
 #include "gis/byte_order.h"
+#include "gis/internal_results.h"
 
 void EncodeShpPointRecord(unsigned char* block, std::int32_t recordNumber, const tagLOC& loc) {
     EncodeShpWordPair(block, recordNumber, 10);
@@ -100,7 +101,7 @@ bool TShpOutputFiles::Close() {
 }
 
 int TShpOutputFiles::WriteRecord(const unsigned char* record, int length) {
-    if (length < 1) return -1;
+    if (length < 1) return RESULT_WRITE_REFUSED;
     if (record == nullptr) return 0;
     unsigned char entry[SHP_INDEX_ENTRY_BYTES];
     EncodeShpWordPair(entry, static_cast<std::int32_t>(m_Main.GetPosition() / 2), (length - 8) / 2);

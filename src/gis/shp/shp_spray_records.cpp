@@ -7,6 +7,7 @@
 #include <tl_gis/features/feature_spray.h>
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/internal_results.h"
 #include "gis/shp/shp_file_io.h"
 #include "gis/shp/swath_runs.h"
 
@@ -62,7 +63,7 @@ int TGisFileShp::DoSprayPoints(const TFeatureSpray& spray, bool firstOnly) {
     if (count <= 0) return 0;
     TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = ShpRecordBlock(buffer, SHP_POINT_RECORD_BYTES);
-    if (block == nullptr) return 1;
+    if (block == nullptr) return RESULT_WRITE_FAILED;
     int result = 0;
     for (int i = 0; i < count; ++i) {
         const tagSPRAYREC& s = spray.m_pRecs[i];
@@ -106,7 +107,7 @@ int TGisFileShp::DoSprayRec_Type3(const TFeatureSpray& spray) {
     TShpPolyEncoder encoder;
     unsigned char* block = nullptr;
     const int length = EncodeSprayPath(spray, encoder, block);
-    if (block == nullptr) return 1;
+    if (block == nullptr) return RESULT_WRITE_FAILED;
     if (length == 0) return 0;
     ++m_iShapeRecords;
     const tagSPRAYREC& first = spray.m_pRecs[0];
@@ -131,7 +132,7 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
         if (FindSwathRun(spray, s, m_iSingleBlockMode != 0, e) == SWATH_RUN_STOP || e - s < 1) break;
         const int points = 2 * (e - s) + 3;
         unsigned char* block = ShpRecordBlock(buffer, ShpPolyRecordBytes(static_cast<std::size_t>(points)));
-        if (block == nullptr) return 1;
+        if (block == nullptr) return RESULT_WRITE_FAILED;
         // Out along the A ends of the strip and back along its B ends, in that order whichever
         // way the ring then turns: programs reading these files expect the A edge first.
         encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYGON, points);

@@ -1,10 +1,9 @@
 #include "gis/shp/swath_runs.h"
 
 #include <cmath>
+#include "platform/units.h"
 
 namespace {
-constexpr double kDegToRad = 0.017453292519943334;
-constexpr double kRadToDeg = 57.295779513082195;
 constexpr double kMetresPerDegree = 111119.77;
 constexpr double kMinSwathWidthM = 0.1;
 constexpr double kMaxTurnDeg = 45.0;
@@ -22,7 +21,8 @@ double SquaredMove(const tagLOC& a, const tagLOC& b) {
 }  // namespace
 
 double HeadingBetween(double lat0, double lon0, double lat1, double lon1) {
-    const double heading = std::atan2(std::cos(lat0 * kDegToRad) * (lon1 - lon0), lat1 - lat0) * kRadToDeg;
+    const double heading =
+        std::atan2(std::cos(lat0 * DEGREES_TO_RADIANS) * (lon1 - lon0), lat1 - lat0) * RADIANS_TO_DEGREES;
     return heading < 0.0 ? heading + 360.0 : heading;
 }
 
