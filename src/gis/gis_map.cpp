@@ -5,7 +5,6 @@
 
 #include <tl_gis/gis/language.h>
 #include "gis/format_table.h"
-#include "platform/system_services.h"
 
 TLGIS_FILE_TYPE TGisMap::GetGisFileType(const char* path) {
     for (const TGisFormat* f = GisFormatsBegin(); f != GisFormatsEnd(); ++f)
@@ -18,7 +17,6 @@ int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback pr
 }
 
 int TGisMap::LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress) {
-    TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
     if (format == nullptr || format->pfnCreateReader == nullptr || layer == nullptr)
@@ -33,7 +31,6 @@ int TGisMap::WriteFile(const char* path, TMapLayer* layer) {
 }
 
 int TGisMap::WriteWithFormat(const char* path, TMapLayer* layer) {
-    TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
     if (format == nullptr || format->pfnCreateWriter == nullptr) return GISFILE_ERR_UNAVAILABLE;

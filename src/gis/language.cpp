@@ -100,7 +100,6 @@ bool TLanguageTable::SelectLanguage(const std::string& value) {
     const auto& names = GetLanguageNames();
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (upper == names[i]) {
-            m_iLanguage = static_cast<int>(i);
             LoadTextFile(ConfigPath(kLanguageFiles[i]).c_str());
             return true;
         }

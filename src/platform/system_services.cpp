@@ -10,25 +10,6 @@ std::function<std::time_t()>& TestClock() {
 }
 }  // namespace
 
-TBusyCursor::TBusyCursor() = default;
-TBusyCursor::~TBusyCursor() = default;
-TModuleStateGuard::TModuleStateGuard() = default;
-TModuleStateGuard::~TModuleStateGuard() = default;
-
-std::tm TLocalTime::ToTm() const {
-    std::tm t{};
-    t.tm_year = iYear - 1900;
-    t.tm_mon = iMonth - 1;
-    t.tm_mday = iDay;
-    t.tm_hour = iHour;
-    t.tm_min = iMinute;
-    t.tm_sec = iSecond;
-    t.tm_wday = iWeekday;
-    t.tm_yday = iYearDay;
-    t.tm_isdst = -1;
-    return t;
-}
-
 TLocalTime ToLocalTime(std::time_t t) {
     std::tm parts{};
     localtime_r(&t, &parts);

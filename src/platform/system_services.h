@@ -1,29 +1,9 @@
 #pragma once
-// Small stand-ins for services of the original desktop platform: the busy cursor, the
-// module-state switch, local time and file times.
+// Small stand-ins for services of the original desktop platform: local time and file times.
 
 #include <cstdint>
 #include <ctime>
 #include <functional>
-
-// Shown while a long write runs; a no-op here, kept so the call sites read as they should.
-class TBusyCursor {
-public:
-    TBusyCursor();
-    ~TBusyCursor();
-    TBusyCursor(const TBusyCursor&) = delete;
-    TBusyCursor& operator=(const TBusyCursor&) = delete;
-};
-
-// Makes the library's own texts and resources current for one call. The library has one set
-// of them in this port, so the guard only marks the scope.
-class TModuleStateGuard {
-public:
-    TModuleStateGuard();
-    ~TModuleStateGuard();
-    TModuleStateGuard(const TModuleStateGuard&) = delete;
-    TModuleStateGuard& operator=(const TModuleStateGuard&) = delete;
-};
 
 // Calendar time with hundredths, in the local time zone.
 struct TLocalTime {
@@ -36,8 +16,6 @@ struct TLocalTime {
     int iHundredths = 0;
     int iWeekday = 0;  // 0 Sunday
     int iYearDay = 0;  // 0..365
-
-    std::tm ToTm() const;
 };
 
 // The current local time. Tests fix it with SetClockForTesting.

@@ -26,7 +26,6 @@ public:
     const char* GetText(int id) const;
     void Clear();
 
-    int GetLanguageIndex() const { return m_iLanguage; }
     int GetCount() const { return m_iCount; }
 
     // Folder of Orvanta.ini and the language files; "Config" under the working directory unless
@@ -44,7 +43,6 @@ private:
         std::string strText;
     };
     std::string m_strText;
-    int m_iLanguage = 0;
     int m_iCount = 0;
     std::vector<TEntry> m_Entries;
 };

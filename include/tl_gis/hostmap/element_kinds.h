@@ -34,8 +34,3 @@ constexpr std::uint32_t ELEMENT_STATE_HIGHLIGHT = 0x1u;
 
 // The colour value that means "no colour".
 constexpr std::uint32_t COLOR_NONE = 0xFFFFFFFFu;
-
-// True for the six line kinds.
-constexpr bool IsLineKind(std::uint32_t kind) {
-    return (kind & 0xFFF00000u) == ELEMENT_LINE;
-}

@@ -97,7 +97,6 @@ public:
     TDeviceContext& GetDC() { return m_dc; }
     const TDeviceContext& GetDC() const { return m_dc; }
     int GetWidthPx() const { return m_iWidthPx; }
-    int GetHeightPx() const { return m_iHeightPx; }
 
     // The recorded drawing as a standalone SVG document.
     std::string ToSvg(const std::string& title = "") const;

@@ -19,7 +19,6 @@
 #include "gis/text_format.h"
 #include "gis/text_ids.h"
 #include "platform/no_throw.h"
-#include "platform/system_services.h"
 #include "platform/units.h"
 
 namespace {
@@ -237,7 +236,6 @@ int TGisFileJob::WriteFile(const char* path, TMapLayer* layer) {
 }
 
 int TGisFileJob::WriteJob(const char* path, TMapLayer* layer) {
-    TBusyCursor busy;
     const TJobFileName name = ParseJobFileName(path, s_iGisFileFormat);
     if (name.iErrorText != 0) {
         ShowNameError(name);

@@ -41,7 +41,6 @@ public:
 
     // Bytes handed out so far, for progress.
     std::int64_t GetPosition() const { return m_iConsumed; }
-    TShpByteOrder GetByteOrder() const { return m_eOrder; }
     // Why the last READ_END came before the file's end: a cut or unreadable record, or bytes
     // after the last record that are not zero padding. Empty for a clean end.
     const std::string& GetEndNote() const { return m_strEndNote; }
