@@ -1,18 +1,20 @@
 #include "test_support.h"
 
+#ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "scratch_folder.h"
+
 namespace fs = std::filesystem;
 
-TTempDir::TTempDir() {
-    std::string pattern = (fs::temp_directory_path() / "tl_gis_test_XXXXXX").string();
-    if (mkdtemp(pattern.data()) != nullptr) m_strPath = pattern;
-}
+TTempDir::TTempDir() : m_strPath(MakeScratchFolder("tl_gis_test_")) {}
 
 TTempDir::~TTempDir() {
     std::error_code ec;
@@ -20,6 +22,16 @@ TTempDir::~TTempDir() {
     // Read-only folders made by a test must not keep their contents alive.
     fs::permissions(m_strPath, fs::perms::owner_all, fs::perm_options::add, ec);
     fs::remove_all(m_strPath, ec);
+}
+
+void UseUtcAsLocalTime() {
+#ifdef _WIN32
+    _putenv_s("TZ", "UTC0");
+    _tzset();
+#else
+    setenv("TZ", "UTC", 1);
+    tzset();
+#endif
 }
 
 void WriteFileBytes(const std::string& path, const std::string& bytes) {
@@ -43,6 +55,30 @@ TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::
     });
 }
 
+#ifdef _WIN32
+// cmd.exe runs the line: it strips the outer pair of quotes added here and keeps the rest as it
+// stands, the program's own quotes included. Its exit code is what system returns.
+TCommandResult RunCommand(const std::string& commandLine) {
+    TTempDir dir;
+    const std::string out = dir.File("out"), err = dir.File("err");
+    const int status = std::system(
+        ("\"" + commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " <NUL\"").c_str());
+    return {status, ReadFileBytes(out), ReadFileBytes(err)};
+}
+
+// The peers are Linux programs; a Windows test finds none of them.
+bool HaveProgram(const std::string&) {
+    return false;
+}
+
+std::string ShellQuote(const std::string& arg) {
+    return "\"" + arg + "\"";
+}
+
+std::string InFolderCommand(const std::string& folder, const std::string& command) {
+    return "cd /d " + ShellQuote(folder) + " && " + command;
+}
+#else
 TCommandResult RunCommand(const std::string& commandLine) {
     TTempDir dir;
     const std::string out = dir.File("out"), err = dir.File("err");
@@ -62,3 +98,8 @@ std::string ShellQuote(const std::string& arg) {
     for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
 }
+
+std::string InFolderCommand(const std::string& folder, const std::string& command) {
+    return "cd " + ShellQuote(folder) + " && " + command;
+}
+#endif

@@ -53,6 +53,7 @@ const char* const kJob =
 // Python runs the tool and prints its exit status and what it parsed. Point C of the pattern is
 // not valid and is not listed.
 TEST(TlgisTool, InfoJsonParsesBack) {
+    SKIP_WITHOUT_LINUX_PEERS();
     const std::string python = TL_GIS_PYTHON;
     if (!HaveProgram(python))
         GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
@@ -68,8 +69,8 @@ TEST(TlgisTool, InfoJsonParsesBack) {
         {"12.job", "0 1 0 ['marker', 'pattern', 'boundary'] [('EXPAND', 18.288, ['A', 'B', 'D'])]\n"},
         {"gone.job", "1 1 6002 [] []\n"}};
     for (const auto& [file, parsed] : cases) {
-        const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + python + " check.py " +
-                                            ShellQuote(TLGIS_EXE) + " info --json " + file);
+        const TCommandResult r = RunCommand(InFolderCommand(
+            dir.Path(), python + " check.py " + ShellQuote(TLGIS_EXE) + " info --json " + file));
         EXPECT_EQ(r.strOut, parsed) << file << ": " << r.strErr;
     }
 }
