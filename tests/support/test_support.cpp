@@ -56,6 +56,17 @@ TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::
 }
 
 #ifdef _WIN32
+namespace {
+// A program's text output ends its lines with CR LF on Windows; the tests compare lines.
+std::string WithLineFeeds(std::string text) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (!(text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')) text[kept++] = text[i];
+    text.resize(kept);
+    return text;
+}
+}  // namespace
+
 // cmd.exe runs the line: it strips the outer pair of quotes added here and keeps the rest as it
 // stands, the program's own quotes included. Its exit code is what system returns.
 TCommandResult RunCommand(const std::string& commandLine) {
@@ -63,7 +74,7 @@ TCommandResult RunCommand(const std::string& commandLine) {
     const std::string out = dir.File("out"), err = dir.File("err");
     const int status = std::system(
         ("\"" + commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " <NUL\"").c_str());
-    return {status, ReadFileBytes(out), ReadFileBytes(err)};
+    return {status, WithLineFeeds(ReadFileBytes(out)), WithLineFeeds(ReadFileBytes(err))};
 }
 
 // The peers are Linux programs; a Windows test finds none of them.

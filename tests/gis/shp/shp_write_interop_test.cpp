@@ -114,14 +114,17 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
     EXPECT_NE(r.strErr.find(note), std::string::npos) << r.strErr;
 
     const bool gdal = HaveProgram("ogrinfo");
-    const bool pyshp = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
+    const bool pyshp = HaveProgram(TL_GIS_PYTHON) &&
+                       RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
     if (!gdal || !pyshp)
         std::printf("%s is missing: not every peer reads the files\n", gdal ? "pyshp" : "ogrinfo");
     std::istringstream written(stems);
     for (std::string stem; written >> stem;) {
         SCOPED_TRACE(stem);
+        // The tool shows the paths with the system's own folder separator.
+        const std::string shown = std::filesystem::path(stem).make_preferred().string();
         for (const char* ext : {".shp", ".shx", ".dbf"})
-            EXPECT_TRUE(exitCode != 0 || r.strErr.find(stem + ext) != std::string::npos)
+            EXPECT_TRUE(exitCode != 0 || r.strErr.find(shown + ext) != std::string::npos)
                 << "the paths written are shown";
         const TTriple t = ReadTriple(dir.File(stem));
         ASSERT_FALSE(t.Shapes.empty()) << "the case should write shapes";
@@ -137,15 +140,19 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
             std::filesystem::copy_file(t.strStem + ".shp", path);
             std::filesystem::copy_file(t.strStem + ".shx", dir.File("geometry_only.shx"));
         }
-        const TCommandResult info = RunCommand(gdal ? "ogrinfo -al " + ShellQuote(path) + " 2>&1" : "true");
-        const std::string count = gdal ? "Feature Count: " + std::to_string(t.Shapes.size()) : "";
-        EXPECT_TRUE(info.iExit == 0 && info.strOut.find(count) != std::string::npos &&
-                    info.strOut.find("ERROR") == std::string::npos &&
-                    info.strOut.find("Warning") == std::string::npos)
-            << info.strOut;
-        const TCommandResult view =
-            RunCommand(pyshp ? TL_GIS_PYTHON + std::string(kPyshpView) + ShellQuote(t.strStem) : "true");
-        EXPECT_EQ(view.strOut, pyshp ? PyshpView(t) : "") << view.strErr;
+        if (gdal) {
+            const TCommandResult info = RunCommand("ogrinfo -al " + ShellQuote(path) + " 2>&1");
+            const std::string count = "Feature Count: " + std::to_string(t.Shapes.size());
+            EXPECT_TRUE(info.iExit == 0 && info.strOut.find(count) != std::string::npos &&
+                        info.strOut.find("ERROR") == std::string::npos &&
+                        info.strOut.find("Warning") == std::string::npos)
+                << info.strOut;
+        }
+        if (pyshp) {
+            const TCommandResult view =
+                RunCommand(TL_GIS_PYTHON + std::string(kPyshpView) + ShellQuote(t.strStem));
+            EXPECT_EQ(view.strOut, PyshpView(t)) << view.strErr;
+        }
     }
 }
 
