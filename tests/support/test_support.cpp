@@ -34,13 +34,17 @@ void UseUtcAsLocalTime() {
 #endif
 }
 
+fs::path Utf8Path(const std::string& name) {
+    return fs::path(std::u8string(name.begin(), name.end()));
+}
+
 void WriteFileBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+    std::ofstream(Utf8Path(path), std::ios::binary | std::ios::trunc) << bytes;
 }
 
 std::string ReadFileBytes(const std::string& path) {
     std::ostringstream s;
-    s << std::ifstream(path, std::ios::binary).rdbuf();
+    s << std::ifstream(Utf8Path(path), std::ios::binary).rdbuf();
     return s.str();
 }
 

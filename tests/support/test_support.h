@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,6 +36,9 @@ private:
 // Makes local time UTC for the rest of the program (the TZ variable, read again at once).
 void UseUtcAsLocalTime();
 
+// The path of a UTF-8 name, as the library takes names: on Windows a std::string path would be
+// read in the ANSI code page instead.
+std::filesystem::path Utf8Path(const std::string& name);
 void WriteFileBytes(const std::string& path, const std::string& bytes);
 std::string ReadFileBytes(const std::string& path);
 
