@@ -72,12 +72,13 @@ std::string WithLineFeeds(std::string text) {
 }  // namespace
 
 // cmd.exe runs the line: it strips the outer pair of quotes added here and keeps the rest as it
-// stands, the program's own quotes included. Its exit code is what system returns.
+// stands, the program's own quotes included. Its exit code is what _wsystem returns; the line
+// goes as UTF-16, so that names keep their non-ASCII letters.
 TCommandResult RunCommand(const std::string& commandLine) {
     TTempDir dir;
     const std::string out = dir.File("out"), err = dir.File("err");
-    const int status = std::system(
-        ("\"" + commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " <NUL\"").c_str());
+    const int status = _wsystem(
+        Utf8Path("\"" + commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " <NUL\"").c_str());
     return {status, WithLineFeeds(ReadFileBytes(out)), WithLineFeeds(ReadFileBytes(err))};
 }
 

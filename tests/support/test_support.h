@@ -61,8 +61,8 @@ struct TCommandResult {
     int iExit = -1;
     std::string strOut, strErr;
 };
-// Runs a command line with no input through the system's shell (sh, or cmd.exe on Windows),
-// capturing stdout and stderr.
+// Runs a command line (UTF-8) with no input through the system's shell (sh, or cmd.exe on
+// Windows), capturing stdout and stderr.
 TCommandResult RunCommand(const std::string& commandLine);
 // True when a program is on PATH (or an absolute path that exists); false on Windows, where the
 // peer programs do not exist.

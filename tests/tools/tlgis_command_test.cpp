@@ -93,6 +93,8 @@ TEST(TlgisTool, FormatOptions) {
                    "B,2024-06-01T14:04:00.00,45.6,-93.2,90,50,0,20,0,9,9\n"
                    "B,2024-06-01T14:04:01.00,45.6,-93.199,90,50,0,20,0,9,9\n");
     WriteFileBytes(dir.File("in.mif"), "Version 300\nData\nPLINE 3\n-93 45\n-92.9 45\n-92.9 45.1\n");
+    const std::string kFieldFolder = "Feld M\xC3\xBCller";
+    std::filesystem::create_directory(Utf8Path(dir.File(kFieldFolder)));
     // The tool names what it wrote with the system's own folder separator.
     const std::string kSeparator(1, static_cast<char>(std::filesystem::path::preferred_separator));
     const std::vector<TToolCase> cases = {
@@ -110,6 +112,9 @@ TEST(TlgisTool, FormatOptions) {
          "the target two.dots.shp holds a '.' in its name or folder, where the shapefile naming rule cuts: "
          "writing two.shp, two.shx and two.dbf",
          "two.shp", ""},
+        {"folder named with a non-ASCII letter",
+         "convert 12.job " + ShellQuote(kFieldFolder + "/North.job") + " --job-version 3", 0, "", "",
+         kFieldFolder + "/North.job", ".JNM North\r\n"},
         {"target in ./", "convert - ./field.shp --spray flight.csv", 0, "",
          kSeparator + "field_Spray_Polys.shx", "field_Spray_Polys.shp", ""},
         {"DXF track flown without spraying", "convert - t.dxf --spray track.csv --spray-only 0", 0, "", "",
