@@ -1,12 +1,6 @@
 #include "utf8_paths.h"
 
 #ifdef _WIN32
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 // CommandLineToArgvW
 #include <shellapi.h>
