@@ -2,10 +2,10 @@
 # they load, so that they start from there (under Wine too) without a PATH set up for them.
 # The DLL is tl_gis.dll; its import library libtl_gis.dll.a links as -ltl_gis.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_SHARED_LIBRARY_PREFIX "")
 # The sources that call the Windows API want <windows.h> without min and max and without its
 # rarely used parts; the installed headers are checked without these by the install test.
 add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX)
-set(CMAKE_SHARED_LIBRARY_PREFIX "")
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   set(TL_GIS_MINGW_RUNTIME)
