@@ -6,6 +6,7 @@
 
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
+#include "scratch_folder.h"
 
 #ifndef TL_GIS_SOURCE_DIR
 #define TL_GIS_SOURCE_DIR "."
@@ -45,13 +46,11 @@ void PrepareInput(std::size_t size) {
 const std::string& ScratchFolder() {
     std::string& path = ScratchPath();
     if (path.empty()) {
-        const char* base = std::getenv("TMPDIR");
-        std::string pattern = std::string(base && *base ? base : "/tmp") + "/tl_gis_fuzz.XXXXXX";
-        if (!mkdtemp(pattern.data())) {
-            std::perror("tl_gis fuzz: cannot create a scratch folder");
+        path = MakeScratchFolder("tl_gis_fuzz.");
+        if (path.empty()) {
+            std::fprintf(stderr, "tl_gis fuzz: cannot create a scratch folder\n");
             std::abort();
         }
-        path = pattern;
         std::atexit(RemoveScratchFolder);
     }
     return path;

@@ -22,9 +22,11 @@ const int kFormattedIds[] = {1010, 1011, 2039, 2040, 2041, 3080, 3081,  3082,  3
 void UseScratchConfigFolder() {
     static const bool done = [] {
         const std::string& folder = tl_fuzz::ScratchFolder();
+#ifndef _WIN32
         tl_fuzz::WriteScratchFile("language.ini", "");
         for (const char* name : kLanguageFiles)
             std::filesystem::create_symlink("language.ini", folder + "/" + name);
+#endif
         TLanguageTable::SetConfigFolder(folder);
         return true;
     }();
@@ -38,7 +40,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     UseScratchConfigFolder();
     const auto files = tl_fuzz::SplitInput(data, size, 2);
     tl_fuzz::WriteScratchFile("Orvanta.ini", files[0]);
+#ifdef _WIN32
+    // Windows makes symbolic links for privileged users only: each language file gets the bytes.
+    for (const char* name : kLanguageFiles) tl_fuzz::WriteScratchFile(name, files[1]);
+#else
     tl_fuzz::WriteScratchFile("language.ini", files[1]);
+#endif
     GetTlGisApp().InitInstance();
 
     for (int id : kFormattedIds) FormatText(GetText(id), {"input.job", 45.5, 17, -93.25, "x", 3u});

@@ -285,7 +285,7 @@ void WriteSeeds(const fs::path& folder, const TSeeds& seeds) {
         std::ofstream out(folder / name, std::ios::binary);
         out << bytes;
     }
-    std::printf("%s: %zu seeds\n", folder.c_str(), seeds.size());
+    std::printf("%s: %zu seeds\n", folder.string().c_str(), seeds.size());
 }
 
 }  // namespace

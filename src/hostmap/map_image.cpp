@@ -4,9 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 
 #include <tl_gis/hostmap/geodesy.h>
+#include "platform/byte_file.h"
 
 TPen TDeviceContext::SelectPen(const TPen& pen) {
     TPen old = m_pen;
@@ -255,9 +255,9 @@ std::string TMapImage::ToSvg(const std::string& title) const {
 }
 
 bool TMapImage::WriteSvg(const char* path, const std::string& title) const {
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    if (!f) return false;
+    TByteFile file;
+    if (!file.Open(path, TByteFile::modeCreate)) return false;
     const std::string svg = ToSvg(title);
-    f.write(svg.data(), static_cast<std::streamsize>(svg.size()));
-    return static_cast<bool>(f);
+    const bool written = file.Write(svg.data(), svg.size());
+    return file.Close() && written;
 }

@@ -1,9 +1,10 @@
 #include "platform/byte_file.h"
 
-#include <sys/stat.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+
+#include "platform/file_system.h"
 
 TByteFile::~TByteFile() {
     Close();
@@ -16,13 +17,13 @@ bool TByteFile::Open(const char* path, OpenMode mode) {
         m_iOpenError = ENOENT;
         return false;
     }
-    std::FILE* f = std::fopen(path, mode == modeRead ? "rb" : "w+b");
+    std::FILE* f = OpenFileUtf8(path, mode == modeRead ? "rb" : "w+b");
     if (f == nullptr) {
         m_iOpenError = errno != 0 ? errno : EIO;
         return false;
     }
-    struct stat st {};
-    if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
+    TFileStatus status;
+    if (GetOpenFileStatus(f, status) && status.bFolder) {
         std::fclose(f);
         m_iOpenError = EISDIR;
         return false;
@@ -84,7 +85,7 @@ bool TByteFile::Write(const void* src, std::size_t n) {
     if (m_pFile == nullptr || !m_bWriting) return false;
     if (m_strOut.size() + n > kWriteBlockBytes && !FlushWrite()) return false;
     if (n >= kWriteBlockBytes) {
-        if (fseeko(m_pFile, 0, SEEK_CUR) != 0 || std::fwrite(src, 1, n, m_pFile) != n) m_bWriteError = true;
+        if (!SeekFileHere(m_pFile) || std::fwrite(src, 1, n, m_pFile) != n) m_bWriteError = true;
         return !m_bWriteError;
     }
     if (m_strOut.capacity() < kWriteBlockBytes) m_strOut.reserve(kWriteBlockBytes);
@@ -95,7 +96,7 @@ bool TByteFile::Write(const void* src, std::size_t n) {
 bool TByteFile::FlushWrite() {
     if (m_strOut.empty()) return !m_bWriteError;
     // A stream that was read needs a seek before it is written; this one keeps the position.
-    if (fseeko(m_pFile, 0, SEEK_CUR) != 0) m_bWriteError = true;
+    if (!SeekFileHere(m_pFile)) m_bWriteError = true;
     if (std::fwrite(m_strOut.data(), 1, m_strOut.size(), m_pFile) != m_strOut.size()) m_bWriteError = true;
     m_strOut.clear();
     return !m_bWriteError;
@@ -109,29 +110,28 @@ bool TByteFile::Seek(std::int64_t pos) {
     }
     if (m_pFile == nullptr) return false;
     if (m_bWriting && !FlushWrite()) return false;
-    return fseeko(m_pFile, static_cast<off_t>(pos), SEEK_SET) == 0;
+    return SeekFileTo(m_pFile, pos);
 }
 
 std::int64_t TByteFile::GetPosition() const {
     if (m_bMemory) return m_iPos;
     if (m_pFile == nullptr) return 0;
-    const off_t at = ftello(m_pFile);
-    return (at < 0 ? 0 : static_cast<std::int64_t>(at)) + static_cast<std::int64_t>(m_strOut.size());
+    const std::int64_t at = TellFile(m_pFile);
+    return (at < 0 ? 0 : at) + static_cast<std::int64_t>(m_strOut.size());
 }
 
 std::int64_t TByteFile::GetLength() const {
     if (m_bMemory) return static_cast<std::int64_t>(m_strMemory.size());
     if (m_pFile == nullptr) return 0;
-    struct stat st {};
-    if (fstat(fileno(m_pFile), &st) != 0) return 0;
-    return std::max(static_cast<std::int64_t>(st.st_size), GetPosition());
+    TFileStatus status;
+    if (!GetOpenFileStatus(m_pFile, status)) return 0;
+    return std::max(status.iSize, GetPosition());
 }
 
 bool TByteFile::GetStatus(const char* path, std::int64_t& size) {
+    TFileStatus status;
     size = 0;
-    if (path == nullptr) return false;
-    struct stat st {};
-    if (stat(path, &st) != 0 || S_ISDIR(st.st_mode)) return false;
-    size = static_cast<std::int64_t>(st.st_size);
+    if (!GetPathStatus(path, status) || status.bFolder) return false;
+    size = status.iSize;
     return true;
 }

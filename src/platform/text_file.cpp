@@ -1,9 +1,10 @@
 #include <tl_gis/platform/text_file.h>
 
-#include <sys/stat.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+
+#include "platform/file_system.h"
 
 TTextFile::~TTextFile() {
     Close();
@@ -16,15 +17,17 @@ bool TTextFile::Open(const char* path, OpenMode mode) {
         m_iOpenError = ENOENT;
         return false;
     }
-    std::FILE* f = std::fopen(path, mode == modeRead ? "rb" : "wb");
+    // Binary on every system: the reader takes CR LF and LF itself, and the writer puts CR LF
+    // itself, so a Windows text-mode stream must not add a second CR.
+    std::FILE* f = OpenFileUtf8(path, mode == modeRead ? "rb" : "wb");
     if (f == nullptr) {
         m_iOpenError = errno != 0 ? errno : EIO;
         return false;
     }
     if (mode == modeRead) {
         // A directory opens on some systems but cannot be read as text.
-        struct stat st {};
-        if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
+        TFileStatus status;
+        if (GetOpenFileStatus(f, status) && status.bFolder) {
             std::fclose(f);
             m_iOpenError = EISDIR;
             return false;
@@ -225,7 +228,7 @@ bool TTextFile::Seek(std::int64_t pos) {
         return true;
     }
     if (m_bMemory || pos > GetLength()) return false;
-    if (fseeko(m_pFile, static_cast<off_t>(pos), SEEK_SET) != 0) return false;
+    if (!SeekFileTo(m_pFile, pos)) return false;
     m_iBufStart = pos;
     m_iPos = m_iEnd = 0;
     m_bEof = false;
@@ -235,9 +238,8 @@ bool TTextFile::Seek(std::int64_t pos) {
 std::int64_t TTextFile::GetLength() const {
     if (m_bMemory) return static_cast<std::int64_t>(m_iEnd);
     if (m_pFile == nullptr) return 0;
-    struct stat st {};
-    if (fstat(fileno(m_pFile), &st) != 0) return 0;
-    return static_cast<std::int64_t>(st.st_size);
+    TFileStatus status;
+    return GetOpenFileStatus(m_pFile, status) ? status.iSize : 0;
 }
 
 bool TTextFile::WriteString(std::string_view text) {

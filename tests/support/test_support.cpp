@@ -1,18 +1,20 @@
 #include "test_support.h"
 
+#ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "scratch_folder.h"
+
 namespace fs = std::filesystem;
 
-TTempDir::TTempDir() {
-    std::string pattern = (fs::temp_directory_path() / "tl_gis_test_XXXXXX").string();
-    if (mkdtemp(pattern.data()) != nullptr) m_strPath = pattern;
-}
+TTempDir::TTempDir() : m_strPath(MakeScratchFolder("tl_gis_test_")) {}
 
 TTempDir::~TTempDir() {
     std::error_code ec;
@@ -22,13 +24,27 @@ TTempDir::~TTempDir() {
     fs::remove_all(m_strPath, ec);
 }
 
+void UseUtcAsLocalTime() {
+#ifdef _WIN32
+    _putenv_s("TZ", "UTC0");
+    _tzset();
+#else
+    setenv("TZ", "UTC", 1);
+    tzset();
+#endif
+}
+
+fs::path Utf8Path(const std::string& name) {
+    return fs::path(std::u8string(name.begin(), name.end()));
+}
+
 void WriteFileBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+    std::ofstream(Utf8Path(path), std::ios::binary | std::ios::trunc) << bytes;
 }
 
 std::string ReadFileBytes(const std::string& path) {
     std::ostringstream s;
-    s << std::ifstream(path, std::ios::binary).rdbuf();
+    s << std::ifstream(Utf8Path(path), std::ios::binary).rdbuf();
     return s.str();
 }
 
@@ -43,6 +59,42 @@ TScriptedMessages::TScriptedMessages(std::vector<int> answers) : m_answers(std::
     });
 }
 
+#ifdef _WIN32
+namespace {
+// A program's text output ends its lines with CR LF on Windows; the tests compare lines.
+std::string WithLineFeeds(std::string text) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (!(text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')) text[kept++] = text[i];
+    text.resize(kept);
+    return text;
+}
+}  // namespace
+
+// cmd.exe runs the line: it strips the outer pair of quotes added here and keeps the rest as it
+// stands, the program's own quotes included. Its exit code is what _wsystem returns; the line
+// goes as UTF-16, so that names keep their non-ASCII letters.
+TCommandResult RunCommand(const std::string& commandLine) {
+    TTempDir dir;
+    const std::string out = dir.File("out"), err = dir.File("err");
+    const int status = _wsystem(
+        Utf8Path("\"" + commandLine + " >" + ShellQuote(out) + " 2>" + ShellQuote(err) + " <NUL\"").c_str());
+    return {status, WithLineFeeds(ReadFileBytes(out)), WithLineFeeds(ReadFileBytes(err))};
+}
+
+// The peers are Linux programs; a Windows test finds none of them.
+bool HaveProgram(const std::string&) {
+    return false;
+}
+
+std::string ShellQuote(const std::string& arg) {
+    return "\"" + arg + "\"";
+}
+
+std::string InFolderCommand(const std::string& folder, const std::string& command) {
+    return "cd /d " + ShellQuote(folder) + " && " + command;
+}
+#else
 TCommandResult RunCommand(const std::string& commandLine) {
     TTempDir dir;
     const std::string out = dir.File("out"), err = dir.File("err");
@@ -62,3 +114,8 @@ std::string ShellQuote(const std::string& arg) {
     for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
 }
+
+std::string InFolderCommand(const std::string& folder, const std::string& command) {
+    return "cd " + ShellQuote(folder) + " && " + command;
+}
+#endif

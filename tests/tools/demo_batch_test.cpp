@@ -39,11 +39,13 @@ TEST(TlgisBatch, OneBadFileAmongGoodOnesFailsAloneAndInOrder) {
     const std::string job = ReadFileBytes(TL_GIS_SOURCE_DIR "/examples/field.job");
     WriteFileBytes(dir.File("7.job"), job);
     WriteFileBytes(dir.File("8.job"), job);
-    RunToolCase(dir.Path(),
-                {"batch", "convert 7.job missing.job 8.job -o out -f job --quiet", 1,
-                 "7.job -> out/7.job: ok\nmissing.job -> out/missing.job: failed\n8.job -> out/8.job: ok\n",
-                 "cannot open missing.job (no such file) (6002)\ntlgis: 1 of 3 files failed", "out/8.job",
-                 ".JOB 8 "});
+    // The tool joins folder and name with the system's own separator.
+    const std::string out = "out" + std::string(1, static_cast<char>(fs::path::preferred_separator));
+    RunToolCase(dir.Path(), {"batch", "convert 7.job missing.job 8.job -o out -f job --quiet", 1,
+                             "7.job -> " + out + "7.job: ok\nmissing.job -> " + out +
+                                 "missing.job: failed\n8.job -> " + out + "8.job: ok\n",
+                             "cannot open missing.job (no such file) (6002)\ntlgis: 1 of 3 files failed",
+                             "out/8.job", ".JOB 8 "});
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ struct TToolCase {
 };
 
 inline std::string InFolder(const std::string& folder, const std::string& args) {
-    return "cd " + ShellQuote(folder) + " && " + ShellQuote(TLGIS_EXE) + " " + args;
+    return InFolderCommand(folder, ShellQuote(TLGIS_EXE) + " " + args);
 }
 
 inline void RunToolCase(const std::string& folder, const TToolCase& c) {

@@ -7,6 +7,7 @@
 #include "extensions.h"
 #include "layer_loading.h"
 #include "session.h"
+#include "utf8_paths.h"
 
 namespace {
 // Loads in and writes out; 0 when written, 1 after printing why not.
@@ -41,16 +42,16 @@ int ConvertBatch(const TToolOptions& options) {
         PrintError("usage: tlgis convert IN... -o DIR -f job|pmh|dxf|mif|shp");
         return kExitUsage;
     }
-    const fs::path dir = options.Get("o");
+    const fs::path dir = PathOf(options.Get("o"));
     std::error_code ec;
     fs::create_directories(dir, ec);
     if (!fs::is_directory(dir, ec)) {
-        PrintError("cannot make the folder " + dir.string());
+        PrintError("cannot make the folder " + Utf8Of(dir));
         return 1;
     }
     int failed = 0;
     for (const std::string& in : options.positional) {
-        const std::string out = (dir / fs::path(in).filename()).replace_extension(format).string();
+        const std::string out = Utf8Of((dir / PathOf(in).filename()).replace_extension(format));
         const int status = ConvertOne(in, out, options);
         std::printf("%s -> %s: %s\n", in.c_str(), out.c_str(), status == 0 ? "ok" : "failed");
         if (status != 0) ++failed;

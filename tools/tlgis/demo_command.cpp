@@ -19,6 +19,7 @@
 #include "layer_render.h"
 #include "layer_report.h"
 #include "session.h"
+#include "utf8_paths.h"
 
 std::string_view DemoJobFile();
 std::string_view DemoFlightFile();
@@ -61,23 +62,23 @@ bool LoadDemoLayer(const fs::path& job, const fs::path& flight, bool withSpray, 
                    const TToolOptions& common) {
     TToolOptions options = common;
     if (withSpray) {
-        options.values["spray"] = flight.string();
-        options.values["source"] = flight.string();
+        options.values["spray"] = Utf8Of(flight);
+        options.values["source"] = Utf8Of(flight);
     }
-    if (LoadLayer(job.string(), layer, options).iResult != 0) return false;
+    if (LoadLayer(Utf8Of(job), layer, options).iResult != 0) return false;
     return AugmentLayer(layer, options);
 }
 
 bool WriteDemoFile(const fs::path& dir, const TDemoOutput& output, const TToolOptions& common) {
     const fs::path target = dir / output.name;
-    const TLGIS_FILE_TYPE type = TGisMap::GetGisFileType(target.string().c_str());
+    const TLGIS_FILE_TYPE type = TGisMap::GetGisFileType(Utf8Of(target).c_str());
     if (!TGisMap::CanWrite(type)) {
         std::printf("  %-12s skipped: writing %s files is not available in this build\n", output.name,
                     TGisMap::GetTypeName(type));
         return true;
     }
     TToolOptions options = common;
-    if (output.withSpray) options.values["source"] = (dir / "flight.csv").string();
+    if (output.withSpray) options.values["source"] = Utf8Of(dir / "flight.csv");
     std::string error;
     for (const TToolExtension& ext : ToolExtensions()) {
         if (ext.applyWriteOptions && !ext.applyWriteOptions(options, error)) {
@@ -89,9 +90,9 @@ bool WriteDemoFile(const fs::path& dir, const TDemoOutput& output, const TToolOp
     if (!LoadDemoLayer(dir / "sample-input.job", dir / "flight.csv", output.withSpray, layer, common))
         return false;
     bool written = false;
-    const int result = WriteLayer(target.string(), layer, options, written);
+    const int result = WriteLayer(Utf8Of(target), layer, options, written);
     if (result != 0) {
-        PrintError(DescribeFailure(target.string(), type, result, true));
+        PrintError(DescribeFailure(Utf8Of(target), type, result, true));
         return false;
     }
     return true;
@@ -115,8 +116,8 @@ std::vector<fs::path> ReadableFiles(const fs::path& dir) {
 // Reads one written file back; prints "name  TYPE  what it holds" and returns whether it loaded.
 bool CheckReadBack(const fs::path& file, const TToolOptions& common) {
     TMapLayer layer;
-    const TLoadOutcome loaded = LoadLayer(file.string(), layer, common);
-    const std::string name = file.filename().string();
+    const TLoadOutcome loaded = LoadLayer(Utf8Of(file), layer, common);
+    const std::string name = Utf8Of(file.filename());
     const char* typeName = TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(loaded.iType));
     if (loaded.iResult != 0) {
         std::printf("  %-28s %-7s FAILED (%d)\n", name.c_str(), typeName, loaded.iResult);
@@ -132,19 +133,18 @@ int RunDemo(const TToolOptions& options) {
         PrintError("usage: tlgis demo [DIR]  (default ./tlgis-demo)");
         return kExitUsage;
     }
-    const fs::path dir =
-        options.positional.empty() ? fs::path("tlgis-demo") : fs::path(options.positional[0]);
+    const fs::path dir = options.positional.empty() ? fs::path("tlgis-demo") : PathOf(options.positional[0]);
     std::error_code ec;
     fs::create_directories(dir, ec);
     if (ec || !fs::is_directory(dir, ec)) {
-        PrintError("cannot make the folder " + dir.string());
+        PrintError("cannot make the folder " + Utf8Of(dir));
         return 1;
     }
     // The sample job is read from a copy beside the outputs, removed once every file is written;
     // the flight stays, as the recorded data file that the spray exports name.
     const fs::path jobIn = dir / "sample-input.job";
     if (!WriteBytes(jobIn, DemoJobFile()) || !WriteBytes(dir / "flight.csv", DemoFlightFile())) {
-        PrintError("cannot write the sample data into " + dir.string());
+        PrintError("cannot write the sample data into " + Utf8Of(dir));
         return 1;
     }
     // Notes from the library go to stderr; keep them in step with the lines printed here.
@@ -154,15 +154,15 @@ int RunDemo(const TToolOptions& options) {
     common.flags.push_back("quiet");
     SetQuietNotes(true);
 
-    std::printf("Writing the sample field and flight into %s\n", dir.string().c_str());
+    std::printf("Writing the sample field and flight into %s\n", Utf8Of(dir).c_str());
     bool ok = true;
     for (const TDemoOutput& output : kOutputs) ok = WriteDemoFile(dir, output, common) && ok;
     {
         TMapLayer layer;
         if (LoadDemoLayer(jobIn, dir / "flight.csv", true, layer, common)) {
             layer.CalculateGeoExtents();
-            if (!RenderLayerSvg(layer, (dir / "field.svg").string(), "Sample field and flight", 1000)) {
-                PrintError("cannot write " + (dir / "field.svg").string());
+            if (!RenderLayerSvg(layer, Utf8Of(dir / "field.svg"), "Sample field and flight", 1000)) {
+                PrintError("cannot write " + Utf8Of(dir / "field.svg"));
                 ok = false;
             }
         } else

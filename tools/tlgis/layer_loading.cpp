@@ -9,6 +9,7 @@
 #include <tl_gis/gis/gis_map.h>
 #include "extensions.h"
 #include "session.h"
+#include "utf8_paths.h"
 
 namespace {
 bool g_bProgressBar = false;
@@ -69,7 +70,7 @@ std::string DescribeFailure(const std::string& path, int type, int result, bool 
                " files is not available in this build: " + path;
     } else if (result == GISFILE_ERR_OPEN || (!writing && result == GISFILE_ERR_UNAVAILABLE)) {
         std::error_code ec;
-        if (!writing && !std::filesystem::exists(path, ec))
+        if (!writing && !std::filesystem::exists(PathOf(path), ec))
             what = "cannot open " + path + " (no such file)";
         else
             what = std::string(writing ? "cannot write " : "cannot open ") + path;
@@ -99,11 +100,12 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     g_bProgressBar = isatty(STDERR_FILENO) != 0;
     g_iLastShown = -1;
     std::error_code ec;
-    if (!std::filesystem::is_regular_file(path, ec)) {
+    if (!std::filesystem::is_regular_file(PathOf(path), ec)) {
         // Nothing to read: report it as the readers do for a file they cannot open.
         outcome.iResult = GISFILE_ERR_OPEN;
-        PrintError(std::filesystem::exists(path, ec) ? "cannot open " + path + " (not a file) (6002)"
-                                                     : "cannot open " + path + " (no such file) (6002)");
+        PrintError(std::filesystem::exists(PathOf(path), ec)
+                       ? "cannot open " + path + " (not a file) (6002)"
+                       : "cannot open " + path + " (no such file) (6002)");
         return outcome;
     }
     TGisMap map;

@@ -3,11 +3,13 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "extensions.h"
 #include "options.h"
 #include "session.h"
+#include "utf8_paths.h"
 
 namespace {
 const char* const kUsage =
@@ -56,6 +58,12 @@ int Help(const TToolOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // File names travel in UTF-8, on Windows too.
+    std::vector<std::string> arguments = Utf8Arguments(argc, argv);
+    std::vector<char*> utf8Argv;
+    for (std::string& argument : arguments) utf8Argv.push_back(argument.data());
+    utf8Argv.push_back(nullptr);
+    argv = utf8Argv.data();
     TToolOptions options;
     std::string error;
     if (!ParseToolOptions(argc, argv, options, error)) {

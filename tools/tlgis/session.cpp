@@ -1,4 +1,5 @@
 #include "session.h"
+#include "utf8_paths.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +18,7 @@ bool g_bQuiet = false;
 
 bool IsConfigFolder(const std::string& dir) {
     std::error_code ec;
-    return !dir.empty() && std::filesystem::is_directory(dir, ec);
+    return !dir.empty() && std::filesystem::is_directory(PathOf(dir), ec);
 }
 
 std::string ChooseConfigFolder(const TToolOptions& options) {

@@ -12,6 +12,7 @@
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include "extensions.h"
 #include "session.h"
+#include "utf8_paths.h"
 
 namespace {
 struct TFormName {
@@ -68,8 +69,8 @@ namespace fs = std::filesystem;
 
 std::string Absolute(const std::string& path) {
     std::error_code ec;
-    const fs::path absolute = fs::absolute(path, ec);
-    return ec ? path : absolute.lexically_normal().string();
+    const fs::path absolute = fs::absolute(PathOf(path), ec);
+    return ec ? path : Utf8Of(absolute.lexically_normal());
 }
 
 // The files of a triple as the writer will name them: the main file's path, and its index and
@@ -80,10 +81,10 @@ using TTripleNamer = std::string (*)(const std::string&, const char*);
 // the suffix. The writer cuts at the path's last '.' and again at the stem's, so a '.' in a
 // folder name, in the name before its extension, or in "./" and "../" moves or shortens it.
 bool NamesAsExpected(const std::string& path, const std::string& suffix, TTripleNamer namer) {
-    const fs::path given(path);
+    const fs::path given = PathOf(path);
     const fs::path expected =
-        fs::path(Absolute(path)).parent_path() / (given.stem().string() + suffix + ".shp");
-    return Absolute(namer(path, "shp")) == expected.lexically_normal().string();
+        PathOf(Absolute(path)).parent_path() / PathOf(Utf8Of(given.stem()) + suffix + ".shp");
+    return Absolute(namer(path, "shp")) == Utf8Of(expected.lexically_normal());
 }
 
 // The spelling of a path that the writer names as the user expects: as given, or else absolute

@@ -251,6 +251,7 @@ const char* const kGeoJson = R"({"type":"FeatureCollection","features":[
 {"type":"Feature","geometry":{"type":"MultiLineString","coordinates":[[[11.5,46.2],[11.6,46.3]],[[11.7,46.4],[11.8,46.5]]]}}]})";
 
 TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
+    SKIP_WITHOUT_LINUX_PEERS();
     TTempDir dir;
     WriteFileBytes(dir.File("draw.py"), kEzdxfScript);
     WriteFileBytes(dir.File("in.geojson"), kGeoJson);
@@ -289,8 +290,7 @@ TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
 class DxfWriter : public ::testing::Test {
 protected:
     void SetUp() override {
-        setenv("TZ", "UTC", 1);
-        tzset();
+        UseUtcAsLocalTime();
         SetClockForTesting([] { return std::time_t{1741183629}; });
     }
     void TearDown() override { SetClockForTesting({}); }

@@ -103,6 +103,7 @@ TEST(MifRead, LinesLeaveTheExpectedLayer) {
 // Files that GDAL writes from a GeoJSON made here: a polygon with a hole, a line and a point;
 // once in degrees and once projected to UTM.
 TEST(MifRead, FilesWrittenByGdal) {
+    SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogr2ogr"))
         GTEST_SKIP() << "ogr2ogr (GDAL) is not installed; run scripts/install-test-tools.sh";
     TTempDir dir;
@@ -291,6 +292,7 @@ TEST_F(MidMifWriter, MassRatesAndTheChannelLimit) {
 // Complete rows: every object has a row with one field per column, so GDAL reads them all,
 // under every delimiter, in both block modes.
 TEST_F(MidMifWriter, GdalReadsEveryObjectOfCompleteRows) {
+    SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogrinfo"))
         GTEST_SKIP() << "ogrinfo (GDAL) is not installed; run scripts/install-test-tools.sh";
     for (const MIDDELIMITER delimiter : {MID_DELIMITER_COMMA, MID_DELIMITER_TAB, MID_DELIMITER_SPACE}) {

@@ -4,8 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
+#ifndef _WIN32
 #include <unistd.h>
+#endif
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
@@ -79,11 +80,20 @@ class ShpToolExport : public ::testing::TestWithParam<TToolCase> {};
 // spray runs, written to field12.shp; the non-spray triple goes next to the recorded data.
 TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
     const auto& [name, args, exitCode, note, stems, swathField] = GetParam();
+#ifdef _WIN32
+    if (std::string(name) == "read_only_folder")
+        GTEST_SKIP() << "a read-only Windows folder still takes new files";
+#else
     if (std::string(name) == "read_only_folder" && geteuid() == 0)
         GTEST_SKIP() << "running as root: a read-only folder does not stop root from writing";
+#endif
     TTempDir dir;
     std::filesystem::create_directory(dir.File("data"));
-    ASSERT_EQ(mkdir(dir.File("locked").c_str(), 0555), 0);
+    ASSERT_TRUE(std::filesystem::create_directory(dir.File("locked")));
+    using std::filesystem::perms;
+    std::filesystem::permissions(dir.File("locked"),
+                                 perms::owner_write | perms::group_write | perms::others_write,
+                                 std::filesystem::perm_options::remove);
     WriteFileBytes(
         dir.File("data/flight.csv"),
         "run,time,lat,lon,heading,speed,spray,swath\n"
@@ -99,19 +109,22 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
                                     {-93.255, 45.5}, {-93.255, 45.495}};
     WriteFileBytes(dir.File("bounds.shp"), TShpBytes().Record(1, PolyContent(5, {0, 5}, rings)).Bytes());
     const TCommandResult r =
-        RunCommand("cd " + ShellQuote(dir.Path()) + " && " + TLGIS_EXE + " convert bounds.shp " + args);
+        RunCommand(InFolderCommand(dir.Path(), ShellQuote(TLGIS_EXE) + " convert bounds.shp " + args));
     EXPECT_EQ(r.iExit, exitCode) << r.strErr;
     EXPECT_NE(r.strErr.find(note), std::string::npos) << r.strErr;
 
     const bool gdal = HaveProgram("ogrinfo");
-    const bool pyshp = RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
+    const bool pyshp = HaveProgram(TL_GIS_PYTHON) &&
+                       RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
     if (!gdal || !pyshp)
         std::printf("%s is missing: not every peer reads the files\n", gdal ? "pyshp" : "ogrinfo");
     std::istringstream written(stems);
     for (std::string stem; written >> stem;) {
         SCOPED_TRACE(stem);
+        // The tool shows the paths with the system's own folder separator.
+        const std::string shown = std::filesystem::path(stem).make_preferred().string();
         for (const char* ext : {".shp", ".shx", ".dbf"})
-            EXPECT_TRUE(exitCode != 0 || r.strErr.find(stem + ext) != std::string::npos)
+            EXPECT_TRUE(exitCode != 0 || r.strErr.find(shown + ext) != std::string::npos)
                 << "the paths written are shown";
         const TTriple t = ReadTriple(dir.File(stem));
         ASSERT_FALSE(t.Shapes.empty()) << "the case should write shapes";
@@ -127,15 +140,19 @@ TEST_P(ShpToolExport, WritesFilesThatPeersRead) {
             std::filesystem::copy_file(t.strStem + ".shp", path);
             std::filesystem::copy_file(t.strStem + ".shx", dir.File("geometry_only.shx"));
         }
-        const TCommandResult info = RunCommand(gdal ? "ogrinfo -al " + ShellQuote(path) + " 2>&1" : "true");
-        const std::string count = gdal ? "Feature Count: " + std::to_string(t.Shapes.size()) : "";
-        EXPECT_TRUE(info.iExit == 0 && info.strOut.find(count) != std::string::npos &&
-                    info.strOut.find("ERROR") == std::string::npos &&
-                    info.strOut.find("Warning") == std::string::npos)
-            << info.strOut;
-        const TCommandResult view =
-            RunCommand(pyshp ? TL_GIS_PYTHON + std::string(kPyshpView) + ShellQuote(t.strStem) : "true");
-        EXPECT_EQ(view.strOut, pyshp ? PyshpView(t) : "") << view.strErr;
+        if (gdal) {
+            const TCommandResult info = RunCommand("ogrinfo -al " + ShellQuote(path) + " 2>&1");
+            const std::string count = "Feature Count: " + std::to_string(t.Shapes.size());
+            EXPECT_TRUE(info.iExit == 0 && info.strOut.find(count) != std::string::npos &&
+                        info.strOut.find("ERROR") == std::string::npos &&
+                        info.strOut.find("Warning") == std::string::npos)
+                << info.strOut;
+        }
+        if (pyshp) {
+            const TCommandResult view =
+                RunCommand(TL_GIS_PYTHON + std::string(kPyshpView) + ShellQuote(t.strStem));
+            EXPECT_EQ(view.strOut, PyshpView(t)) << view.strErr;
+        }
     }
 }
 

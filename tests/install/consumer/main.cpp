@@ -1,24 +1,40 @@
-// A host built against the installed library: loads a job file into a layer, writes the layer
-// to a second job file and reads that back. Prints "ok N VERSION" with the elements read back.
+// A program built against the installed library as a host builds it. On Windows it includes
+// <windows.h> first, as a desktop host does: none of its macros (MB_OK, IDYES, PS_SOLID,
+// R2_COPYPEN, min, max) may clash with the library's names. It classifies two names, loads a
+// job file and writes the layer out as a MapInfo pair in the folder given, then prints
+// "ok ELEMENTS loaded RESULT written RESULT VERSION".
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include <tl_gis/tl_gis.h>
 
 #include <cstdio>
-#include <fstream>
 #include <string>
 
+#ifdef _WIN32
+// The answers keep the values of the Windows message box's own.
+static_assert(ANSWER_OK == IDOK && ANSWER_CANCEL == IDCANCEL && ANSWER_YES == IDYES && ANSWER_NO == IDNO);
+#endif
+
 int main(int argc, char** argv) {
-    if (argc < 2) return 2;
-    const std::string folder = argv[1];
-    std::ofstream(folder + "/field.job", std::ios::binary)
-        << ".JOB 12 FARM\r\n.VERSION 1\r\n.MAR 3 Gate\r\n\tTYPE 5\r\n\t45.5 -93.25\r\n"
-           ".POL 1 x\r\n\tINC\r\n\t45.5 -93.3\r\n\t45.6 -93.3\r\n\t45.6 -93.2\r\n";
+    if (TGisMap::GetGisFileType("field.JOB") != GIS_FILE_JOB) return 1;
+    if (TGisMap::GetGisFileType("plan.mid") != GIS_FILE_NONE) return 1;
+    const std::string folder = argc > 1 ? argv[1] : ".";
+    const std::string job = folder + "/field.job", mif = folder + "/field.mif";
+    std::FILE* file = std::fopen(job.c_str(), "wb");
+    if (file == nullptr) return 1;
+    std::fputs(".JOB 12 FARM\r\n.VERSION 1\r\n.MAR 3 Gate\r\n\tTYPE 5\r\n\t45.5 -93.25\r\n"
+               ".POL 1 x\r\n\tINC\r\n\t45.5 -93.3\r\n\t45.6 -93.3\r\n\t45.6 -93.2\r\n",
+               file);
+    std::fclose(file);
+
     TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return ANSWER_NO; });
     TMapLayer layer;
     TGisMap map;
-    if (map.LoadFile((folder + "/field.job").c_str(), &layer, nullptr) != GISFILE_OK) return 1;
-    if (map.WriteFile((folder + "/13.job").c_str(), &layer) != GISFILE_OK) return 1;
-    TMapLayer back;
-    if (map.LoadFile((folder + "/13.job").c_str(), &back, nullptr) != GISFILE_OK) return 1;
-    std::printf("ok %d %s\n", static_cast<int>(back.m_Elements.size()), TL_GIS_VERSION_STRING);
-    return 0;
+    const int loaded = map.LoadFile(job.c_str(), &layer, nullptr);
+    const int written = map.WriteFile(mif.c_str(), &layer);
+    std::printf("ok %d loaded %d written %d %s\n", static_cast<int>(layer.m_Elements.size()), loaded, written,
+                TL_GIS_VERSION_STRING);
+    return loaded == 0 && written == 0 ? 0 : 1;
 }
