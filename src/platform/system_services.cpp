@@ -1,4 +1,5 @@
 #include "platform/system_services.h"
+#include "platform/memory_files.h"
 
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -57,7 +58,8 @@ void SetClockForTesting(std::function<std::time_t()> clock) { TestClock() = std:
 
 bool GetFileModifiedTime(const char* path, TLocalTime& out) {
     struct stat st{};
-    if (path == nullptr || stat(path, &st) != 0) return false;
+    // Files in memory have no time of their own.
+    if (path == nullptr || IsMemoryPath(path) || stat(path, &st) != 0) return false;
     out = ToLocalTime(st.st_mtim.tv_sec);
     out.iHundredths = static_cast<int>(st.st_mtim.tv_nsec / 10000000);
     return true;
