@@ -2,8 +2,6 @@
 // language file, which every language name leads to. After loading, the texts the library
 // formats with arguments are formatted, since a language file's texts are format texts.
 
-#include <filesystem>
-
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/language.h>
 #include "fuzz_support.h"
@@ -19,26 +17,14 @@ const int kFormattedIds[] = {1010, 1011, 2039, 2040, 2041, 3080, 3081,  3082,  3
                              3085, 3086, 3087, 3088, 3089, 3090, 3091,  3096,  5054,  5084,
                              5090, 5173, 5185, 5186, 5187, 5188, 12002, 17001, 17002, 17008};
 
-void UseScratchConfigFolder() {
-    static const bool done = [] {
-        const std::string& folder = tl_fuzz::ScratchFolder();
-        tl_fuzz::WriteScratchFile("language.ini", "");
-        for (const char* name : kLanguageFiles)
-            std::filesystem::create_symlink("language.ini", folder + "/" + name);
-        TLanguageTable::SetConfigFolder(folder);
-        return true;
-    }();
-    (void)done;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     tl_fuzz::PrepareInput(size);
-    UseScratchConfigFolder();
+    TLanguageTable::SetConfigFolder(tl_fuzz::ScratchFolder());
     const auto files = tl_fuzz::SplitInput(data, size, 2);
     tl_fuzz::WriteScratchFile("Orvanta.ini", files[0]);
-    tl_fuzz::WriteScratchFile("language.ini", files[1]);
+    for (const char* name : kLanguageFiles) tl_fuzz::WriteScratchFile(name, files[1]);
     GetTlGisApp().InitInstance();
 
     for (int id : kFormattedIds) FormatText(GetText(id), {"input.job", 45.5, 17, -93.25, "x", 3u});
