@@ -103,8 +103,7 @@ constexpr std::size_t kWriteBlockBytes = 256 * 1024;
 }  // namespace
 
 bool TByteFile::Write(const void* src, std::size_t n) {
-    if (m_bMemory && m_bWriting) return WriteMemory(src, n);
-    if (m_pFile == nullptr || !m_bWriting) return false;
+    if (m_pFile == nullptr || !m_bWriting) return m_bMemory && m_bWriting && WriteMemory(src, n);
     if (m_strOut.size() + n > kWriteBlockBytes && !FlushWrite()) return false;
     if (n >= kWriteBlockBytes) {
         if (fseeko(m_pFile, 0, SEEK_CUR) != 0 || std::fwrite(src, 1, n, m_pFile) != n) m_bWriteError = true;
