@@ -42,6 +42,18 @@ void EraseBelow(TMemoryTable& table, std::string_view folder) {
     }
 }
 
+// Calls use with the bytes of the memory file at path, the table locked; false when there is none.
+template <class TUse>
+bool UseMemoryFile(const char* path, TUse use) {
+    TMemoryTable& table = Table();
+    if (path == nullptr || table.iFolders.load(std::memory_order_acquire) == 0) return false;
+    const std::lock_guard guard(table.lock);
+    const auto it = table.files.find(std::string_view(path));
+    if (it == table.files.end()) return false;
+    use(it->second);
+    return true;
+}
+
 }  // namespace
 
 TMemoryFolder::TMemoryFolder(std::string folder) : m_strFolder(std::move(folder)) {
@@ -90,23 +102,12 @@ bool IsMemoryPath(const char* path) {
 }
 
 bool ReadMemoryFile(const char* path, std::string& bytes) {
-    TMemoryTable& table = Table();
-    if (path == nullptr || table.iFolders.load(std::memory_order_acquire) == 0) return false;
-    const std::lock_guard guard(table.lock);
-    const auto it = table.files.find(std::string_view(path));
-    if (it == table.files.end()) return false;
-    bytes = it->second;
-    return true;
+    return UseMemoryFile(path, [&](const std::string& stored) { bytes = stored; });
 }
 
 bool GetMemoryFileSize(const char* path, std::int64_t& size) {
-    TMemoryTable& table = Table();
-    if (path == nullptr || table.iFolders.load(std::memory_order_acquire) == 0) return false;
-    const std::lock_guard guard(table.lock);
-    const auto it = table.files.find(std::string_view(path));
-    if (it == table.files.end()) return false;
-    size = static_cast<std::int64_t>(it->second.size());
-    return true;
+    return UseMemoryFile(path,
+                         [&](const std::string& stored) { size = static_cast<std::int64_t>(stored.size()); });
 }
 
 void StoreMemoryFile(const std::string& path, std::string bytes) {
