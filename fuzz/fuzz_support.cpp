@@ -1,12 +1,8 @@
 #include "fuzz_support.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
-#include "scratch_folder.h"
+#include "platform/memory_files.h"
 
 #ifndef TL_GIS_SOURCE_DIR
 #define TL_GIS_SOURCE_DIR "."
@@ -17,16 +13,10 @@ namespace {
 
 int g_iAnswer = ANSWER_NO;
 
-void RemoveScratchFolder();
-
-std::string& ScratchPath() {
-    static std::string path;
-    return path;
-}
-
-void RemoveScratchFolder() {
-    std::error_code ignored;
-    if (!ScratchPath().empty()) std::filesystem::remove_all(ScratchPath(), ignored);
+// A name no disk holds: every path below it is a memory file.
+const TMemoryFolder& Scratch() {
+    static const TMemoryFolder folder("/tl_gis-fuzz-memory");
+    return folder;
 }
 
 }  // namespace
@@ -41,29 +31,22 @@ void PrepareInput(std::size_t size) {
     }();
     (void)prepared;
     g_iAnswer = (size % 2) ? ANSWER_YES : ANSWER_NO;
+    Scratch().Clear();
 }
 
 const std::string& ScratchFolder() {
-    std::string& path = ScratchPath();
-    if (path.empty()) {
-        path = MakeScratchFolder("tl_gis_fuzz.");
-        if (path.empty()) {
-            std::fprintf(stderr, "tl_gis fuzz: cannot create a scratch folder\n");
-            std::abort();
-        }
-        std::atexit(RemoveScratchFolder);
-    }
-    return path;
+    return Scratch().Path();
 }
 
 std::string WriteScratchFile(const std::string& name, std::string_view bytes) {
-    std::string path = ScratchFolder() + "/" + name;
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() || std::fclose(file) != 0) {
-        std::perror(path.c_str());
-        std::abort();
-    }
-    return path;
+    Scratch().Put(name, bytes);
+    return Scratch().File(name);
+}
+
+std::string ReadScratchFile(const std::string& name) {
+    std::string bytes;
+    Scratch().Get(name, bytes);
+    return bytes;
 }
 
 std::vector<std::string_view> SplitInput(const std::uint8_t* data, std::size_t size, std::size_t count) {

@@ -71,7 +71,7 @@ void JobSeeds(TSeeds& seeds) {
             const std::string output = tl_fuzz::ScratchFolder() + "/34.job";
             if (TGisFileJob{}.WriteFile(output.c_str(), &layer) != GISFILE_OK) continue;
             seeds[std::string("seed-") + source[0] + "-written-v" + std::to_string(format + 1)] =
-                ReadFile(output);
+                tl_fuzz::ReadScratchFile("34.job");
         }
     }
     TGisFile::s_iGisFileFormat = savedFormat;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platform/file_system.h"
+#include "platform/memory_files.h"
 
 TByteFile::~TByteFile() {
     Close();
@@ -17,6 +18,7 @@ bool TByteFile::Open(const char* path, OpenMode mode) {
         m_iOpenError = ENOENT;
         return false;
     }
+    if (IsMemoryPath(path)) return OpenInMemory(path, mode);
     std::FILE* f = OpenFileUtf8(path, mode == modeRead ? "rb" : "w+b");
     if (f == nullptr) {
         m_iOpenError = errno != 0 ? errno : EIO;
@@ -41,9 +43,27 @@ bool TByteFile::Open(const char* path, OpenMode mode) {
 void TByteFile::OpenMemory(std::string_view data) {
     Close();
     m_bMemory = true;
+    m_bWriting = false;
     m_strMemory.assign(data);
     m_iPos = 0;
     m_strPath = "<memory>";
+}
+
+bool TByteFile::OpenInMemory(const char* path, OpenMode mode) {
+    std::string bytes;
+    if (mode == modeRead && !ReadMemoryFile(path, bytes)) {
+        m_iOpenError = ENOENT;
+        return false;
+    }
+    // A created file exists, empty, from now on, as on disk; what is written is stored on Close().
+    if (mode == modeCreate) StoreMemoryFile(path, {});
+    m_bMemory = true;
+    m_bWriting = mode == modeCreate;
+    m_bWriteError = false;
+    m_strMemory = std::move(bytes);
+    m_iPos = 0;
+    m_strPath = path;
+    return true;
 }
 
 bool TByteFile::Close() {
@@ -53,6 +73,7 @@ bool TByteFile::Close() {
         if (std::fclose(m_pFile) != 0) ok = false;
         m_pFile = nullptr;
     }
+    if (m_bMemory && m_bWriting) StoreMemoryFile(m_strPath, std::move(m_strMemory));
     if (!ok) m_bWriteError = true;
     m_bMemory = false;
     m_strMemory.clear();
@@ -82,7 +103,7 @@ constexpr std::size_t kWriteBlockBytes = 256 * 1024;
 }  // namespace
 
 bool TByteFile::Write(const void* src, std::size_t n) {
-    if (m_pFile == nullptr || !m_bWriting) return false;
+    if (m_pFile == nullptr || !m_bWriting) return m_bMemory && m_bWriting && WriteMemory(src, n);
     if (m_strOut.size() + n > kWriteBlockBytes && !FlushWrite()) return false;
     if (n >= kWriteBlockBytes) {
         if (!SeekFileHere(m_pFile) || std::fwrite(src, 1, n, m_pFile) != n) m_bWriteError = true;
@@ -91,6 +112,15 @@ bool TByteFile::Write(const void* src, std::size_t n) {
     if (m_strOut.capacity() < kWriteBlockBytes) m_strOut.reserve(kWriteBlockBytes);
     m_strOut.append(static_cast<const char*>(src), n);
     return !m_bWriteError;
+}
+
+bool TByteFile::WriteMemory(const void* src, std::size_t n) {
+    // Past the end, the gap reads as zeros, as a file written beyond its end does.
+    const auto at = static_cast<std::size_t>(m_iPos);
+    if (at > m_strMemory.size()) m_strMemory.resize(at, '\0');
+    m_strMemory.replace(at, std::min(n, m_strMemory.size() - at), static_cast<const char*>(src), n);
+    m_iPos += static_cast<std::int64_t>(n);
+    return true;
 }
 
 bool TByteFile::FlushWrite() {
@@ -131,6 +161,7 @@ std::int64_t TByteFile::GetLength() const {
 bool TByteFile::GetStatus(const char* path, std::int64_t& size) {
     TFileStatus status;
     size = 0;
+    if (path != nullptr && IsMemoryPath(path)) return GetMemoryFileSize(path, size);
     if (!GetPathStatus(path, status) || status.bFolder) return false;
     size = status.iSize;
     return true;

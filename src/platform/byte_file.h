@@ -35,6 +35,10 @@ public:
     static bool GetStatus(const char* path, std::int64_t& size);
 
 private:
+    // Open for a path below a memory folder (tests and fuzzers): reads copy the stored bytes,
+    // writes go to the copy, which is stored on Close().
+    bool OpenInMemory(const char* path, OpenMode mode);
+    bool WriteMemory(const void* src, std::size_t n);
     bool FlushWrite();
 
     std::FILE* m_pFile = nullptr;

@@ -1,4 +1,5 @@
 #include "platform/system_services.h"
+#include "platform/memory_files.h"
 
 #include <chrono>
 
@@ -54,7 +55,8 @@ void SetClockForTesting(std::function<std::time_t()> clock) {
 // As the system dates its files: the last-write time of the file opened for shared reading,
 // turned into local time by Windows' own rules.
 bool GetFileModifiedTime(const char* path, TLocalTime& out) {
-    if (path == nullptr) return false;
+    // Files in memory have no time of their own.
+    if (path == nullptr || IsMemoryPath(path)) return false;
     const std::wstring wide = WidePath(path);
     if (wide.empty()) return false;
     const HANDLE file =
@@ -84,7 +86,8 @@ bool GetFileModifiedTime(const char* path, TLocalTime& out) {
 #else
 bool GetFileModifiedTime(const char* path, TLocalTime& out) {
     struct stat st {};
-    if (path == nullptr || stat(path, &st) != 0) return false;
+    // Files in memory have no time of their own.
+    if (path == nullptr || IsMemoryPath(path) || stat(path, &st) != 0) return false;
     out = ToLocalTime(st.st_mtim.tv_sec);
     out.iHundredths = static_cast<int>(st.st_mtim.tv_nsec / 10000000);
     return true;

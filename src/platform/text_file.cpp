@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platform/file_system.h"
+#include "platform/memory_files.h"
 
 TTextFile::~TTextFile() {
     Close();
@@ -17,6 +18,7 @@ bool TTextFile::Open(const char* path, OpenMode mode) {
         m_iOpenError = ENOENT;
         return false;
     }
+    if (IsMemoryPath(path)) return OpenInMemory(path, mode);
     // Binary on every system: the reader takes CR LF and LF itself, and the writer puts CR LF
     // itself, so a Windows text-mode stream must not add a second CR.
     std::FILE* f = OpenFileUtf8(path, mode == modeRead ? "rb" : "wb");
@@ -68,12 +70,40 @@ void TTextFile::OpenMemory(std::string_view data) {
     m_strPath = "<memory>";
 }
 
+bool TTextFile::OpenInMemory(const char* path, OpenMode mode) {
+    if (mode == modeRead) {
+        std::string bytes;
+        if (!ReadMemoryFile(path, bytes)) {
+            m_iOpenError = ENOENT;
+            return false;
+        }
+        OpenMemory(bytes);
+    } else {
+        // Created empty at once, as on disk; the text written is stored when the file is closed.
+        StoreMemoryFile(path, {});
+        m_bMemory = true;
+        m_bWriting = true;
+        m_bWriteError = false;
+        m_iPos = m_iEnd = 0;
+        m_iBufStart = 0;
+        m_strMemory.clear();
+        m_strOut.clear();
+    }
+    m_strPath = path;
+    return true;
+}
+
 bool TTextFile::Close() {
     bool ok = true;
     if (m_pFile != nullptr) {
         if (m_bWriting) ok = FlushWrite();
         if (std::fclose(m_pFile) != 0) ok = false;
         m_pFile = nullptr;
+    }
+    if (m_bMemory && m_bWriting) {
+        FlushWrite();
+        StoreMemoryFile(m_strPath, std::move(m_strMemory));
+        m_strMemory.clear();
     }
     if (m_bWriting && !ok) m_bWriteError = true;
     m_bMemory = false;
@@ -243,7 +273,7 @@ std::int64_t TTextFile::GetLength() const {
 }
 
 bool TTextFile::WriteString(std::string_view text) {
-    if (m_pFile == nullptr || !m_bWriting) return false;
+    if ((m_pFile == nullptr && !m_bMemory) || !m_bWriting) return false;
     std::size_t start = 0;
     while (start < text.size()) {
         const void* hit = std::memchr(text.data() + start, '\n', text.size() - start);
@@ -262,6 +292,12 @@ bool TTextFile::WriteString(std::string_view text) {
 
 bool TTextFile::FlushWrite() {
     if (m_strOut.empty()) return !m_bWriteError;
+    if (m_bMemory) {
+        m_strMemory.append(m_strOut);
+        m_iBufStart += static_cast<std::int64_t>(m_strOut.size());
+        m_strOut.clear();
+        return true;
+    }
     const std::size_t put = std::fwrite(m_strOut.data(), 1, m_strOut.size(), m_pFile);
     if (put != m_strOut.size()) m_bWriteError = true;
     m_iBufStart += static_cast<std::int64_t>(m_strOut.size());

@@ -10,23 +10,34 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/text_file.h>
 #include "platform/byte_file.h"
+#include "platform/memory_files.h"
 #include "test_support.h"
 
 namespace {
 
-// A writer fills in its header after the body, and may read back what it wrote.
+// A writer fills in its header after the body, and may read back what it wrote: on disk and
+// in a memory folder alike.
 TEST(ByteFile, HeaderRewrittenAfterTheBody) {
     TTempDir dir;
-    TByteFile file;
-    ASSERT_TRUE(file.Open(dir.File("out.bin").c_str(), TByteFile::modeCreate));
+    const TMemoryFolder memory("/tl_gis-test-memory");
     const std::string body(3 << 20, 'b');  // more than the output buffer holds
-    ASSERT_TRUE(file.Write("HHHH", 4) && file.Write(body.data(), body.size()));
-    ASSERT_TRUE(file.Seek(0) && file.Write("1234", 4));
-    EXPECT_EQ(file.GetLength(), 4 + static_cast<std::int64_t>(body.size()));
-    char two[2];
-    EXPECT_TRUE(file.Seek(1) && file.Read(two, 2) == 2 && std::string(two, 2) == "23");
-    ASSERT_TRUE(file.Write("X", 1) && file.Close());
-    EXPECT_TRUE(ReadFileBytes(dir.File("out.bin")) == "123X" + body);
+    for (const bool inMemory : {false, true}) {
+        const std::string path = inMemory ? memory.File("out.bin") : dir.File("out.bin");
+        TByteFile file;
+        ASSERT_TRUE(file.Open(path.c_str(), TByteFile::modeCreate));
+        ASSERT_TRUE(file.Write("HHHH", 4) && file.Write(body.data(), body.size()));
+        ASSERT_TRUE(file.Seek(0) && file.Write("1234", 4));
+        EXPECT_EQ(file.GetLength(), 4 + static_cast<std::int64_t>(body.size())) << path;
+        char two[2];
+        EXPECT_TRUE(file.Seek(1) && file.Read(two, 2) == 2 && std::string(two, 2) == "23") << path;
+        ASSERT_TRUE(file.Write("X", 1) && file.Close());
+        std::string written;
+        if (inMemory)
+            EXPECT_TRUE(memory.Get("out.bin", written));
+        else
+            written = ReadFileBytes(path);
+        EXPECT_TRUE(written == "123X" + body) << path;
+    }
 }
 
 template <class TFile>

@@ -1,11 +1,14 @@
-// TTextFile: bounded and zero-copy line reads on disk and in memory, positions, CR LF on output.
+// TTextFile: bounded and zero-copy line reads on disk, from a memory block and from a memory
+// folder, positions, CR LF on output.
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <tl_gis/platform/text_file.h>
+#include "platform/memory_files.h"
 #include "test_support.h"
 
 namespace {
@@ -33,13 +36,19 @@ TEST(TextFileRead, BoundedReadsAndViews) {
     };
     // clang-format on
     TTempDir dir;
-    for (const bool disk : {false, true})
+    const TMemoryFolder memory("/tl_gis-test-memory");
+    // A path opens the file on disk or in the memory folder; no path, the bytes as a memory block.
+    const std::pair<const char*, std::string> places[] = {
+        {"memory block", ""}, {"disk", dir.File("in.txt")}, {"memory folder", memory.File("in.txt")}};
+    for (const auto& [where, path] : places)
         for (const TCase& c : cases) {
             TTextFile file;
             WriteFileBytes(dir.File("in.txt"), c.bytes);
+            memory.Put("in.txt", c.bytes);
             const auto open = [&] {
-                return disk ? file.Open(dir.File("in.txt").c_str(), TTextFile::modeRead)
-                            : (file.OpenMemory(c.bytes), true);
+                if (!path.empty()) return file.Open(path.c_str(), TTextFile::modeRead);
+                file.OpenMemory(c.bytes);
+                return true;
             };
             ASSERT_TRUE(open());
             std::vector<std::string> read, view;
@@ -49,8 +58,8 @@ TEST(TextFileRead, BoundedReadsAndViews) {
             std::string_view line;
             while (file.ReadLineView(line, c.cap) && view.size() < 100)
                 view.push_back(std::string(line) + (file.LastLineComplete() ? "" : "+"));
-            EXPECT_EQ(read, c.read) << c.name << (disk ? ", disk" : ", memory");
-            EXPECT_EQ(view, c.view) << c.name << (disk ? ", disk" : ", memory");
+            EXPECT_EQ(read, c.read) << c.name << ", " << where;
+            EXPECT_EQ(view, c.view) << c.name << ", " << where;
         }
 }
 
@@ -90,16 +99,25 @@ TEST(TextFileRead, LineEndAcrossTheRefill) {
     }
 }
 
-// Output turns every LF into CR LF, also across a flush.
+// Output turns every LF into CR LF, also across a flush, on disk and in a memory folder.
 TEST(TextFileWrite, LineFeedsBecomeCrLf) {
     TTempDir dir;
-    TTextFile file;
-    ASSERT_TRUE(file.Open(dir.File("out.txt").c_str(), TTextFile::modeCreate));
+    const TMemoryFolder memory("/tl_gis-test-memory");
     std::string big, expected = "a\r\nbc\r\n\r\n";
     for (int i = 0; i < 120000; ++i) big += "0123456789\n", expected += "0123456789\r\n";
-    ASSERT_TRUE(file.WriteString("a\nbc") && file.WriteString("\n\n") && file.WriteString(big));
-    EXPECT_TRUE(file.GetPosition() == static_cast<std::int64_t>(expected.size()) && file.Close());
-    EXPECT_TRUE(ReadFileBytes(dir.File("out.txt")) == expected);
+    for (const bool inMemory : {false, true}) {
+        const std::string path = inMemory ? memory.File("out.txt") : dir.File("out.txt");
+        TTextFile file;
+        ASSERT_TRUE(file.Open(path.c_str(), TTextFile::modeCreate));
+        ASSERT_TRUE(file.WriteString("a\nbc") && file.WriteString("\n\n") && file.WriteString(big));
+        EXPECT_TRUE(file.GetPosition() == static_cast<std::int64_t>(expected.size()) && file.Close()) << path;
+        std::string written;
+        if (inMemory)
+            EXPECT_TRUE(memory.Get("out.txt", written));
+        else
+            written = ReadFileBytes(path);
+        EXPECT_TRUE(written == expected) << path;
+    }
 }
 
 }  // namespace

@@ -82,6 +82,9 @@ public:
     static constexpr std::size_t kMaxViewLine = 1 << 16;
 
 private:
+    // Open for a path below a memory folder (tests and fuzzers): reads copy the stored bytes,
+    // writes gather the text and store it on Close().
+    bool OpenInMemory(const char* path, OpenMode mode);
     bool Fill();  // moves the unread tail to the front and reads more; false when nothing new came
     bool FlushWrite();
     // ReadLineView for a line that is not whole in the buffer: refills, cuts pieces, ends files.
@@ -100,6 +103,6 @@ private:
     std::size_t m_iPos = 0;        // next unread byte in m_pBuf
     std::size_t m_iEnd = 0;        // end of valid bytes in m_pBuf
     std::int64_t m_iBufStart = 0;  // file offset of m_pBuf[0]
-    std::string m_strMemory;
+    std::string m_strMemory;       // text written to a memory file, up to the last flush
     std::string m_strOut;
 };
