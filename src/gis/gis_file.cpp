@@ -11,6 +11,10 @@
 double TGisFile::s_dDecimationLimitM = 0.0;
 int TGisFile::s_iCompatible = REDUCE_BY_TOLERANCE;
 int TGisFile::s_iGisFileFormat = GISFILE_JOB_V1;
+bool TGisFile::s_bCompleteProfile = false;
+std::string TGisFile::s_strIdField;
+std::string TGisFile::s_strValueField;
+std::string TGisFile::s_strNameField;
 
 TGisFile::~TGisFile() {
     ReleaseLocArray();

@@ -4,6 +4,7 @@
 
 #include <tl_gis/export.h>
 #include <cstdint>
+#include <string>
 
 #include <tl_gis/hostmap/map_layer.h>
 #include <tl_gis/platform/result_codes.h>
@@ -59,6 +60,16 @@ public:
     static double s_dDecimationLimitM;  // JOB decimation tolerance of option 2, metres
     static int s_iCompatible;           // REDUCTION_OPTIONS
     static int s_iGisFileFormat;        // GISFILE_FORMAT
+
+    // Beyond the system's own behaviour, off by default: the complete profile, in which the
+    // readers take everything a file holds that the map model can carry and the writers write
+    // every element a format can hold, so that GDAL and QGIS open the files completely.
+    static bool s_bCompleteProfile;
+    // Attribute columns (or properties) that complete-profile readers take as each element's
+    // id, as a polygon's value (a number) and as a point's or marker's name; empty for none.
+    static std::string s_strIdField;
+    static std::string s_strValueField;
+    static std::string s_strNameField;
 
 protected:
     // Reports the reading position of the file to the progress callback when it has changed.
