@@ -13,6 +13,15 @@ TLGIS_FILE_TYPE TGisMap::GetGisFileType(const char* path) {
 }
 
 int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+    return Load(path, layer, progress, nullptr);
+}
+
+int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport& report) {
+    report.Clear();
+    return Load(path, layer, progress, &report);
+}
+
+int TGisMap::Load(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport* report) {
     TModuleStateGuard moduleState;
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
@@ -20,6 +29,7 @@ int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback pr
         return GISFILE_ERR_UNAVAILABLE;
     std::unique_ptr<TGisFile> reader(format->pfnCreateReader());
     if (!reader) return GISFILE_ERR_UNAVAILABLE;
+    reader->SetLoadReport(report);
     return reader->LoadFile(path, layer, progress);
 }
 

@@ -8,6 +8,7 @@
 #include <tl_gis/platform/result_codes.h>
 
 class TFileBase;
+class TLoadReport;
 
 // Receives a rough percentage of the file read; may be null.
 typedef void (*GisProgressCallback)(int);
@@ -38,6 +39,11 @@ public:
     virtual int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress);
 
     static bool IsValidFile(const char* path);
+
+    // The report the next load records into: what it added, passed over and where it stopped
+    // (see load_report.h). Null, the default, records nothing. The report stays the caller's.
+    void SetLoadReport(TLoadReport* report) { m_pLoadReport = report; }
+    TLoadReport* GetLoadReport() const { return m_pLoadReport; }
 
     // Export settings, set by the host before a write.
     static double s_dDecimationLimitM;  // JOB decimation tolerance of option 2, metres
@@ -71,6 +77,9 @@ public:
     GisProgressCallback m_pfnProgress = nullptr;
     int m_iProgressStep = 0;
     int m_iLastProgress = 0;
+
+protected:
+    TLoadReport* m_pLoadReport = nullptr;
 };
 
 // Tells whether the text after the last '.' of the path equals ext, ignoring case.

@@ -3,6 +3,7 @@
 // write through a fresh format object and returns its result code.
 
 #include <tl_gis/gis/gis_file.h>
+#include <tl_gis/gis/load_report.h>
 
 enum TLGIS_FILE_TYPE {
     GIS_FILE_NONE = 0,
@@ -24,6 +25,9 @@ public:
     static TLGIS_FILE_TYPE GetGisFileType(const char* path);
     // Reads the file into the layer, adding to what it holds.
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    // As above, and fills report with what the load added, passed over and where it stopped;
+    // the result is the same. A name no format takes leaves the report empty.
+    int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport& report);
     // Writes the layer's elements in the format the name selects.
     int WriteFile(const char* path, TMapLayer* layer);
 
@@ -35,4 +39,7 @@ public:
 
     bool m_bWriteBoundaries = false;  // a shapefile export writes boundary polygons instead of spray
     bool m_bReserved = false;
+
+private:
+    static int Load(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport* report);
 };

@@ -39,3 +39,12 @@ constexpr std::uint32_t COLOR_NONE = 0xFFFFFFFFu;
 constexpr bool IsLineKind(std::uint32_t kind) {
     return (kind & 0xFFF00000u) == ELEMENT_LINE;
 }
+
+// Kinds in the order reports list them: boundary, area, road, water, misc, generic, line,
+// marker, point, spray, pattern, then "unknown" for every other code.
+constexpr int ELEMENT_KIND_ORDER_COUNT = 12;
+// The position of a kind code (its high 20 bits) in that order.
+int GetElementKindOrder(std::uint32_t kind);
+// The name of the kind at a position of that order, or of a kind code.
+const char* GetElementKindNameAt(int order);
+const char* GetElementKindName(std::uint32_t kind);
