@@ -6,7 +6,9 @@
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/load_recording.h"
 
 namespace {
 // Where the reader is within an object. Shared by every reader in the process and kept from
@@ -80,6 +82,31 @@ bool ScanTwoDoubles(std::string_view text, double& x, double& y) {
     std::size_t pos = 0;
     return ScanDouble(text, pos, x) && ScanDouble(text, pos, y);
 }
+
+struct TUnreadObject {
+    const char* pszKeyword;
+    TLoadCause eCause;
+};
+
+// Objects of the DATA section the reader takes nothing from. The parts of a Collection are
+// objects of their own (its regions and polylines are read), so the Collection line is not one.
+constexpr TUnreadObject kUnreadObjects[] = {
+    {"LINE", LOAD_MIF_LINE},       {"ARC", LOAD_MIF_ARC},
+    {"TEXT", LOAD_MIF_TEXT},       {"MULTIPOINT", LOAD_MIF_MULTIPOINT},
+    {"RECT", LOAD_MIF_RECT},       {"ROUNDRECT", LOAD_MIF_ROUNDRECT},
+    {"ELLIPSE", LOAD_MIF_ELLIPSE}, {"NONE", LOAD_MIF_NONE},
+};
+
+// The first word of a line: the run of characters above a blank.
+std::string_view FirstWord(std::string_view line) {
+    std::size_t end = 0;
+    while (end < line.size() && !IsMifBlank(line[end])) ++end;
+    return line.substr(0, end);
+}
+
+std::string PointText(double lat, double lon) {
+    return "(" + FormatRoundTrip(lat) + ", " + FormatRoundTrip(lon) + ")";
+}
 }  // namespace
 
 bool TGisFileMidMif::IsValidFile(const char* path) {
@@ -88,8 +115,11 @@ bool TGisFileMidMif::IsValidFile(const char* path) {
 
 int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
+    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_LINE);
     if (!m_MifFile.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
+    m_lLine = 0;
+    m_bInData = false;
     std::string_view line;
     bool continuation = false;
     while (m_MifFile.ReadLineView(line)) {
@@ -97,6 +127,7 @@ int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCall
         const bool piece = continuation;
         continuation = !m_MifFile.LastLineComplete();
         if (piece) continue;
+        ++m_lLine;
         if (ProcessMifLine(line, layer) != 0) break;
         UpdateProgressControl(m_MifFile);
     }
@@ -126,18 +157,25 @@ int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
             while (i < line.size() && !IsMifBlank(line[i])) ++i;
             m_iExpectedVertices = ParseInt(line.substr(i));
             s_iMifReadState = MIF_STATE_COUNT;
+            // PLINE MULTIPLE has sections where a count would be; the report says so when that
+            // stops the reading.
+            while (i < line.size() && IsMifBlank(line[i])) ++i;
+            m_bMultiplePline = StartsWithNoCase(line.substr(i), "MULTIPLE");
             return 0;
         }
         case KW_REGION:
             SaveCurrentPolyline();
             s_iMifReadState = MIF_STATE_REGION;
+            if (m_pLoadReport != nullptr) NoteRegionRings(line);
             return 0;
         case KW_DATA:
             m_iObjectNumber = 0;
+            m_bInData = true;
             return 0;
         case KW_POINT:
             SaveCurrentPolyline();
             ProcessPointKeyword(line, layer);
+            if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_MIF_POINT, m_lLine);
             return 0;
         case KW_EOF:
             SaveCurrentPolyline();
@@ -148,7 +186,45 @@ int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
         case KW_NONE:
             break;
     }
+    if (m_pLoadReport != nullptr && m_bInData) NoteUnreadObject(line);
     return ProcessPlainLine(line);
+}
+
+void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
+    // Point lines, the bulk of a file, start with a digit or a sign.
+    const char c = line[0];
+    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'))) return;
+    // A line that an open object takes as its count or a point is not an object of its own.
+    if (s_iMifReadState == MIF_STATE_REGION || s_iMifReadState == MIF_STATE_COUNT ||
+        (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
+        return;
+    const std::string_view word = FirstWord(line);
+    for (const TUnreadObject& object : kUnreadObjects) {
+        if (EqualsNoCase(word, object.pszKeyword)) {
+            m_pLoadReport->Skip(object.eCause, m_lLine);
+            return;
+        }
+    }
+}
+
+// Only the first ring of a region is read; the region line gives how many it has.
+void TGisFileMidMif::NoteRegionRings(std::string_view line) {
+    const int rings = ParseInt(line.substr(FirstWord(line).size()));
+    if (rings > 1) m_pLoadReport->Skip(LOAD_MIF_REGION_RING, m_lLine, rings - 1);
+}
+
+int TGisFileMidMif::NoteStop(int result, const std::string& reason) {
+    if (m_pLoadReport == nullptr) return result;
+    std::string text = reason;
+    if (m_MifFile.IsOpen() && m_MifFile.PeekChar() >= 0) {
+        text += "; lines ";
+        AppendInt(text, m_lLine + 1);
+        text += ".. were not read";
+    } else {
+        text += "; it was the last line";
+    }
+    m_pLoadReport->Stop(m_lLine, false, text);
+    return result;
 }
 
 int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
@@ -159,8 +235,19 @@ int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
             return 0;
         case MIF_STATE_COUNT:
             // The count is checked before anything is allocated for it.
-            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices) return MIF_ERR_COUNT;
-            if (!AllocateLocArray(m_iExpectedVertices)) return MIF_ERR_MEMORY;
+            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices) {
+                if (m_pLoadReport == nullptr) return MIF_ERR_COUNT;
+                std::string reason = "a point count of ";
+                AppendInt(reason, m_iExpectedVertices);
+                reason += ", outside 1 to 30000";
+                if (m_bMultiplePline) reason += " (a PLINE MULTIPLE object, which is not read)";
+                return NoteStop(MIF_ERR_COUNT, reason);
+            }
+            if (!AllocateLocArray(m_iExpectedVertices)) {
+                std::string reason = "no memory for ";
+                AppendInt(reason, m_iExpectedVertices);
+                return NoteStop(MIF_ERR_MEMORY, reason + " points");
+            }
             m_iVerticesHeld = 0;
             s_iMifReadState = MIF_STATE_POINTS;
             return StorePointLine(line);
@@ -182,11 +269,17 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
         case COORD_GEOGRAPHIC:
             m_pLocs[m_iVerticesHeld++] = {y, x};
             return 0;
-        case COORD_PROJECTED:
+        case COORD_PROJECTED: {
             // Either answer ends the reading: the import cannot go on with projected values.
-            return PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
+            const int answer = PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
+            if (m_pLoadReport == nullptr) return answer;
+            return NoteStop(answer, "a point " + PointText(y, x) + " looks projected (answered " +
+                                        (answer == ANSWER_YES ? "Yes" : "No") +
+                                        "; either answer ends the reading)");
+        }
         default:
-            return 2;
+            if (m_pLoadReport == nullptr) return 2;
+            return NoteStop(2, "a point " + PointText(y, x) + " is outside the degree range");
     }
 }
 

@@ -95,6 +95,14 @@ private:
     int ProcessPlainLine(std::string_view line);
     int StorePointLine(std::string_view line);
     void ProcessPointKeyword(std::string_view line, TMapLayer* layer);
+    // Load report entries: an object of the DATA section that is not read, the rings of a region
+    // after its first, and the line that ends the reading (result is returned).
+    void NoteUnreadObject(std::string_view line);
+    void NoteRegionRings(std::string_view line);
+    int NoteStop(int result, const std::string& reason);
+    long long m_lLine = 0;          // line of the .mif being handled, for the report
+    bool m_bInData = false;         // the DATA line has been read
+    bool m_bMultiplePline = false;  // the open PLINE is a PLINE MULTIPLE
 
     void WriteMif(std::string_view text) { m_MifFile.WriteString(text); }
     // A POINT object with its SYMBOL line.
