@@ -12,6 +12,7 @@
 #include "gis/job/job_body.h"
 #include "gis/job/job_texts.h"
 #include "gis/job/job_vertex_buffer.h"
+#include "gis/load_recording.h"
 #include "gis/text_format.h"
 
 namespace {
@@ -62,7 +63,7 @@ void ShowMemoryExhausted(int firstTextId, const char* id) {
     ShowMessageBox(FormatText(format, {id}), "", MSGBOX_OK | MSGBOX_ICONEXCLAMATION, firstTextId);
 }
 
-int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary) {
+int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary, TLoadReport* report) {
     TJobVertexBuffer vertices;
     if (!vertices.Allocate()) return kNoVertexBuffer;
     const std::string lineId = id != nullptr ? id : "";
@@ -99,9 +100,11 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         result = ClassifyCoordinate(lat, lon);
         if (result == COORD_PROJECTED &&
             PromptProjectedCoordinate(file.GetFilePath().c_str(), lat, lon) == ANSWER_YES) {
+            if (report != nullptr) report->Skip(LOAD_LINE_ABANDONED, GetJobLine());
             cancelled = true;
             return false;
         }
+        if (report != nullptr) report->Skip(RefusedCoordinateCause(lat, lon, false), GetJobLine());
         return true;
     });
     if (cancelled) return GISFILE_ERR_CANCELLED;
@@ -122,14 +125,33 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
     }
     return result;
 }
+
+// A body read for a reader that counts its lines itself: the count goes on from its line.
+int ReadCountedLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary, TLoadReport* report,
+                        long long* line) {
+    if (line != nullptr) SetJobNextLine(*line + 1);
+    const int result = ReadLineBody(file, layer, id, boundary, report);
+    if (line != nullptr) *line = GetJobNextLine() - 1;
+    return result;
+}
 }  // namespace
 
-int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char*) {
-    if (layer == nullptr) return GISFILE_ERR_DATA;
-    return ReadLineBody(file, layer, id, true);
+int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char* name) {
+    return ReadPolygon(file, layer, id, name, nullptr);
 }
 
-int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char*) {
+int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char* name) {
+    return ReadPolyline(file, layer, id, name, nullptr);
+}
+
+int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char*,
+                             TLoadReport* report, long long* line) {
     if (layer == nullptr) return GISFILE_ERR_DATA;
-    return ReadLineBody(file, layer, id, false);
+    return ReadCountedLineBody(file, layer, id, true, report, line);
+}
+
+int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char*,
+                              TLoadReport* report, long long* line) {
+    if (layer == nullptr) return GISFILE_ERR_DATA;
+    return ReadCountedLineBody(file, layer, id, false, report, line);
 }

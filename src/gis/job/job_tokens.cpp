@@ -1,10 +1,28 @@
 #include "gis/job/job_tokens.h"
 
 #include <cmath>
+#include <cstring>
 
 #include <tl_gis/platform/text_file.h>
 
 char g_szJobTokens[JOB_TOKEN_COUNT][JOB_TOKEN_CHARS + 1];
+
+namespace {
+long long s_lJobLine = 0;
+long long s_lJobNextLine = 1;
+}  // namespace
+
+long long GetJobLine() {
+    return s_lJobLine;
+}
+
+long long GetJobNextLine() {
+    return s_lJobNextLine;
+}
+
+void SetJobNextLine(long long line) {
+    s_lJobNextLine = line;
+}
 
 void TokenizeJobLine(const char* line) {
     const unsigned char* p = reinterpret_cast<const unsigned char*>(line);
@@ -19,6 +37,9 @@ void TokenizeJobLine(const char* line) {
 bool ReadJobTokens(TTextFile& file) {
     char line[JOB_LINE_CHARS + 1];
     if (!file.ReadLine(line, sizeof line)) return true;
+    s_lJobLine = s_lJobNextLine;
+    // The line end is kept only on the last piece of a line.
+    if (std::strchr(line, '\n') != nullptr) ++s_lJobNextLine;
     TokenizeJobLine(line);
     return false;
 }

@@ -38,5 +38,6 @@ private:
     // Writes the text and a line end.
     void writeALine(std::string_view text);
 
-    TTextFile m_File;  // the file being written; closed with the object
+    TTextFile m_File;       // the file being written; closed with the object
+    long long m_lLine = 0;  // lines read by ReadLine, for the load report
 };
