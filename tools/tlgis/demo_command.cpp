@@ -64,7 +64,7 @@ bool LoadDemoLayer(const fs::path& job, const fs::path& flight, bool withSpray, 
         options.values["spray"] = flight.string();
         options.values["source"] = flight.string();
     }
-    if (LoadLayer(job.string(), layer, options).iResult != 0) return false;
+    if (!LoadLayer(job.string(), layer, options).Complete()) return false;
     return AugmentLayer(layer, options);
 }
 
@@ -118,7 +118,7 @@ bool CheckReadBack(const fs::path& file, const TToolOptions& common) {
     const TLoadOutcome loaded = LoadLayer(file.string(), layer, common);
     const std::string name = file.filename().string();
     const char* typeName = TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(loaded.iType));
-    if (loaded.iResult != 0) {
+    if (!loaded.Complete()) {
         std::printf("  %-28s %-7s FAILED (%d)\n", name.c_str(), typeName, loaded.iResult);
         return false;
     }
