@@ -1,5 +1,8 @@
 #include <tl_gis/gis/load_report.h>
 
+#include <charconv>
+#include <cmath>
+
 #include <tl_gis/hostmap/map_layer.h>
 #include <tl_gis/platform/numbers.h>
 
@@ -151,6 +154,17 @@ std::string TLoadReport::CauseText(TLoadCause cause, long long count) {
     if (cause < 0 || cause >= LOAD_CAUSE_COUNT) return "unknown cause";
     const TCauseText& t = kCauses[cause];
     return std::string(count == 1 ? t.pszOne : t.pszMany) + " " + t.pszWhat;
+}
+
+std::string TLoadReport::PointText(double lat, double lon) {
+    const auto plain = [](double v) {
+        const double a = std::fabs(v);
+        if (!std::isfinite(v) || (a != 0.0 && (a < 1e-6 || a >= 1e15))) return FormatRoundTrip(v);
+        char buf[64];
+        const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::fixed);
+        return ec == std::errc() ? std::string(buf, end) : FormatRoundTrip(v);
+    };
+    return "(" + plain(lat) + ", " + plain(lon) + ")";
 }
 
 std::string TLoadReport::EscapeText(std::string_view text, std::size_t maxChars) {

@@ -141,6 +141,9 @@ public:
 
     // The cause as a report lists it after a count: singular for 1, plural otherwise.
     static std::string CauseText(TLoadCause cause, long long count);
+    // "(lat, lon)" with each value as the shortest text that reads back the same, in plain
+    // decimals (5000000, not 5e+06) unless it is huge or tiny.
+    static std::string PointText(double lat, double lon);
     // Text from a file made safe to show: printable ASCII kept, every other byte as \xNN, and
     // at most maxChars characters of the text (then "...").
     static std::string EscapeText(std::string_view text, std::size_t maxChars = 40);

@@ -450,9 +450,8 @@ int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {
     if (PromptProjectedCoordinate(source.c_str(), lat, lon) != ANSWER_YES) return 1;
     if (m_pLoadReport != nullptr)
         m_pLoadReport->Stop(m_lLine, false,
-                            "the projected-coordinate question about (" + FormatRoundTrip(lat) + ", " +
-                                FormatRoundTrip(lon) +
-                                ") was answered Yes; the rest of the file was not read");
+                            "the projected-coordinate question about " + TLoadReport::PointText(lat, lon) +
+                                " was answered Yes; the rest of the file was not read");
     return GISFILE_ERR_CANCELLED;
 }
 

@@ -103,10 +103,6 @@ std::string_view FirstWord(std::string_view line) {
     while (end < line.size() && !IsMifBlank(line[end])) ++end;
     return line.substr(0, end);
 }
-
-std::string PointText(double lat, double lon) {
-    return "(" + FormatRoundTrip(lat) + ", " + FormatRoundTrip(lon) + ")";
-}
 }  // namespace
 
 bool TGisFileMidMif::IsValidFile(const char* path) {
@@ -273,13 +269,13 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
             // Either answer ends the reading: the import cannot go on with projected values.
             const int answer = PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
             if (m_pLoadReport == nullptr) return answer;
-            return NoteStop(answer, "a point " + PointText(y, x) + " looks projected (answered " +
-                                        (answer == ANSWER_YES ? "Yes" : "No") +
-                                        "; either answer ends the reading)");
+            return NoteStop(answer,
+                            "a point " + TLoadReport::PointText(y, x) + " looks projected (answered " +
+                                (answer == ANSWER_YES ? "Yes" : "No") + "; either answer ends the reading)");
         }
         default:
             if (m_pLoadReport == nullptr) return 2;
-            return NoteStop(2, "a point " + PointText(y, x) + " is outside the degree range");
+            return NoteStop(2, "a point " + TLoadReport::PointText(y, x) + " is outside the degree range");
     }
 }
 

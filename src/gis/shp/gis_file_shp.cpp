@@ -49,10 +49,6 @@ TLoadCause SkippedTypeCause(std::int32_t shapeType) {
             return LOAD_SHP_UNKNOWN_TYPE;
     }
 }
-
-std::string PointText(const tagLOC& loc) {
-    return "(" + FormatRoundTrip(loc.dLat) + ", " + FormatRoundTrip(loc.dLon) + ")";
-}
 }  // namespace
 
 TGisFileShp::TGisFileShp() : m_pIo(std::make_unique<TShpFileIo>()) {}
@@ -97,7 +93,7 @@ int TGisFileShp::ReportDamagedRecord(int recordNumber, const std::string& proble
     AppendInt(text, recordNumber);
     text += " is damaged: ";
     text += problem;
-    NoteStop(recordNumber, false, text);
+    NoteStop(recordNumber, false, "the record is damaged: " + problem);
     return ReportDamage(text, GISFILE_ERR_DATA);
 }
 
@@ -124,7 +120,7 @@ void TGisFileShp::NoteEndOfData() {
 void TGisFileShp::NoteStopAfterRecord(int recordNumber, const tagLOC& last, int coordClass) {
     if (m_pLoadReport == nullptr) return;
     std::string reason =
-        "its last point " + PointText(last) +
+        "its last point " + TLoadReport::PointText(last.dLat, last.dLon) +
         (coordClass == COORD_PROJECTED ? " looks projected" : " is outside the degree range");
     // The records that follow are counted, not loaded, so that the report can say what is lost.
     TShpRecord record;
@@ -265,7 +261,8 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
                 PromptProjectedCoordinate(polygon ? kPolygonSource : m_strLineSource.c_str(), loc.dLat,
                                           loc.dLon) == ANSWER_YES) {
                 NoteStop(recordNumber, false,
-                         "the projected-coordinate question about " + PointText(loc) +
+                         "the projected-coordinate question about " +
+                             TLoadReport::PointText(loc.dLat, loc.dLon) +
                              " was answered Yes; the rest of the file was not read");
                 return GISFILE_ERR_CANCELLED;
             }

@@ -1,0 +1,49 @@
+#pragma once
+// A load report in one line, so that a table of cases can state what each file must leave:
+// "2 PointZ records not read (shape type 11); first: record 2 | stopped after record 4: ...".
+
+#include <string>
+#include <vector>
+
+#include <tl_gis/gis/gis_map.h>
+#include <tl_gis/gis/load_report.h>
+
+struct TSkipWant {
+    TLoadCause eCause;
+    long long lCount;
+    std::string strFirst;
+};
+
+inline std::string DescribeSkip(TLoadCause cause, long long count, const std::string& first) {
+    return std::to_string(count) + " " + TLoadReport::CauseText(cause, count) + "; first: " + first;
+}
+
+// The skipped causes in report order, then the stop ("stopped at line 7: why") when there is one.
+inline std::string DescribeReport(const TLoadReport& report) {
+    std::string out;
+    for (const TLoadReport::TSkipped& s : report.GetSkipped())
+        out += (out.empty() ? "" : " | ") + DescribeSkip(s.eCause, s.lCount, s.strFirst);
+    if (report.HasStopped()) {
+        const TLoadReport::TStopped& stop = report.GetStopped();
+        out += (out.empty() ? "" : " | ") + std::string("stopped ") + (stop.bAfter ? "after " : "at ") +
+               stop.strAt + ": " + stop.strReason;
+    }
+    return out;
+}
+
+// The same line for what a case expects: the causes (in report order) and the stop, if any.
+inline std::string DescribeWanted(const std::vector<TSkipWant>& skips, const std::string& stop = "") {
+    std::string out;
+    for (const TSkipWant& s : skips)
+        out += (out.empty() ? "" : " | ") + DescribeSkip(s.eCause, s.lCount, s.strFirst);
+    if (!stop.empty()) out += (out.empty() ? "" : " | ") + std::string("stopped ") + stop;
+    return out;
+}
+
+// "boundary 2, point 1": what the report says was added.
+inline std::string DescribeAdded(const TLoadReport& report) {
+    std::string out;
+    for (const auto& [kind, count] : report.GetAdded())
+        out += (out.empty() ? "" : ", ") + kind + " " + std::to_string(count);
+    return out;
+}
