@@ -2,8 +2,11 @@
 // A load report in one line, so that a table of cases can state what each file must leave:
 // "2 PointZ records not read (shape type 11); first: record 2 | stopped after record 4: ...".
 
+#include <algorithm>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/load_report.h>
@@ -38,6 +41,18 @@ inline std::string DescribeWanted(const std::vector<TSkipWant>& skips, const std
         out += (out.empty() ? "" : " | ") + DescribeSkip(s.eCause, s.lCount, s.strFirst);
     if (!stop.empty()) out += (out.empty() ? "" : " | ") + std::string("stopped ") + stop;
     return out;
+}
+
+// A text file from its lines, and "line N" of the first of them that equals text.
+inline std::string JoinLines(const std::vector<std::string>& lines, const char* eol = "\r\n") {
+    std::string text;
+    for (const std::string& line : lines) text += line + eol;
+    return text;
+}
+inline std::string LineAt(const std::vector<std::string>& lines, const std::string& text) {
+    const auto it = std::find(lines.begin(), lines.end(), text);
+    EXPECT_NE(it, lines.end()) << text;
+    return "line " + std::to_string(it - lines.begin() + 1);
 }
 
 // "boundary 2, point 1": what the report says was added.

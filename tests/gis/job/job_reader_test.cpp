@@ -7,6 +7,7 @@
 #include <tl_gis/platform/numbers.h>
 #include "gis/job/job_vertex_buffer.h"
 #include "job_test_support.h"
+#include "load_report_check.h"
 
 namespace {
 // The fields the reader fills in, one element after the other.
@@ -132,6 +133,70 @@ TEST(JobReader, RecordBodies) {
         std::string asked;
         for (const TMessageBoxRequest& m : messages.Shown()) asked += m.IsQuestion() ? "?" : "!";
         EXPECT_EQ(asked, c.answer != 0 ? "?" : "") << c.name;
+    }
+}
+
+// Line numbers count the file's lines: the pieces of a long line share its number, and a body
+// that reads one line too far gives it back.
+TEST(JobReader, LoadReportCountsWhatIsLeftOut) {
+    TTestLanguage language;
+    const std::string longLine = "\t45.6 -93.2" + std::string(110, ' ') + "x";
+    const std::vector<std::string> causes = {
+        ".JOB 1 FARM",      "stray text",    ".MAR 3 Gate", "\t0.5 0.5",    "\t45.5 -93.25",
+        ".XYZ 1 odd",       "\tbody of odd", ".POL 5 N",    "\t45.5 -93.3", "\t45.5 200",
+        "\t5000000 500000", "\t45.6 -93.3",  longLine,      "\t0.2 0.3",    ".GPL 6 N",
+        "\t45.5 -93.3",     ".VERSION 2",    "\t45 -93",    ".JOB 2 X"};
+    const std::vector<std::string> abandoned = {".JOB 1 F",         ".POL 5 N",     "\t45.5 -93.3",
+                                                "\t5000000 500000", "\t45.6 -93.3", ".POL 6 N",
+                                                "\t45.5 -93.3"};
+    const struct {
+        const char* name;
+        std::vector<std::string> lines;
+        int answer;
+        int result;
+        std::vector<TSkipWant> skips;
+        std::string stop;
+        const char* added;
+    } cases[] = {
+        {"refused coordinates, unknown records, stray lines",
+         causes,
+         ANSWER_NO,
+         GISFILE_OK,
+         {{LOAD_VERTEX_NEAR_ORIGIN, 3, LineAt(causes, "\t0.5 0.5")},
+          {LOAD_VERTEX_OUT_OF_RANGE, 1, LineAt(causes, "\t45.5 200")},
+          {LOAD_VERTEX_PROJECTED, 1, LineAt(causes, "\t5000000 500000")},
+          {LOAD_UNKNOWN_RECORD, 2, LineAt(causes, ".XYZ 1 odd") + " (.XYZ)"},
+          {LOAD_STRAY_LINE, 2, LineAt(causes, "stray text")}},
+         "",
+         "boundary 1, generic 1, marker 1"},
+        {"Yes gives up the boundary; its other lines are stray",
+         abandoned,
+         ANSWER_YES,
+         GISFILE_OK,
+         {{LOAD_LINE_ABANDONED, 1, LineAt(abandoned, "\t5000000 500000")},
+          {LOAD_STRAY_LINE, 1, LineAt(abandoned, "\t45.6 -93.3")}},
+         "",
+         "boundary 1"},
+        {"not a job file",
+         {"JOB 1 F", ".POL 5 N"},
+         ANSWER_NO,
+         GISFILE_ERR_OPEN,
+         {},
+         "at line 1: the first line does not start with \".JOB\"",
+         ""},
+    };
+    for (const auto& c : cases) {
+        TScriptedMessages messages({c.answer});
+        TMapLayer layer, plain;
+        TGisFileJob job;
+        TLoadReport report;
+        job.SetLoadReport(&report);
+        EXPECT_EQ(LoadJobText(JoinLines(c.lines, "\n"), layer, &job), c.result) << c.name;
+        TScriptedMessages again({c.answer});
+        LoadJobText(JoinLines(c.lines, "\n"), plain);
+        EXPECT_EQ(Describe(layer), Describe(plain)) << c.name;
+        EXPECT_EQ(DescribeReport(report), DescribeWanted(c.skips, c.stop)) << c.name;
+        EXPECT_EQ(DescribeAdded(report), c.added) << c.name;
     }
 }
 

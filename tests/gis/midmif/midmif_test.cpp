@@ -132,19 +132,6 @@ TEST(MifRead, FilesWrittenByGdal) {
     }
 }
 
-// "line N" of the first line of a file's lines that equals text.
-std::string At(const std::vector<std::string>& lines, const std::string& text) {
-    const auto it = std::find(lines.begin(), lines.end(), text);
-    EXPECT_NE(it, lines.end()) << text;
-    return "line " + std::to_string(it - lines.begin() + 1);
-}
-
-std::string Joined(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) text += line + "\r\n";
-    return text;
-}
-
 // Columns named like objects (Text, Line) come before DATA and are no objects.
 TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
     const std::vector<std::string> head = {"Version 300", "Columns 2", "  Text Char(10)", "  Line Integer",
@@ -200,22 +187,22 @@ TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
     } cases[] = {
         {"objects it does not read",
          objects,
-         {{LOAD_MIF_LINE, 2, At(objects, "Line 10 45 10.1 45.1")},
-          {LOAD_MIF_ARC, 1, At(objects, "Arc 10 45 10.1 45.1")},
-          {LOAD_MIF_TEXT, 1, At(objects, "Text \"hello\"")},
-          {LOAD_MIF_MULTIPOINT, 1, At(objects, "Multipoint 2")},
-          {LOAD_MIF_RECT, 1, At(objects, "Rect 10 45 10.1 45.1")},
-          {LOAD_MIF_ROUNDRECT, 1, At(objects, "Roundrect 10 45 10.1 45.1 0.01")},
-          {LOAD_MIF_ELLIPSE, 1, At(objects, "Ellipse 10 45 10.1 45.1")},
-          {LOAD_MIF_NONE, 1, At(objects, "none")},
-          {LOAD_MIF_REGION_RING, 2, At(objects, "Region 3")},
-          {LOAD_MIF_POINT, 1, At(objects, "Point 10.5 45.2")}},
+         {{LOAD_MIF_LINE, 2, LineAt(objects, "Line 10 45 10.1 45.1")},
+          {LOAD_MIF_ARC, 1, LineAt(objects, "Arc 10 45 10.1 45.1")},
+          {LOAD_MIF_TEXT, 1, LineAt(objects, "Text \"hello\"")},
+          {LOAD_MIF_MULTIPOINT, 1, LineAt(objects, "Multipoint 2")},
+          {LOAD_MIF_RECT, 1, LineAt(objects, "Rect 10 45 10.1 45.1")},
+          {LOAD_MIF_ROUNDRECT, 1, LineAt(objects, "Roundrect 10 45 10.1 45.1 0.01")},
+          {LOAD_MIF_ELLIPSE, 1, LineAt(objects, "Ellipse 10 45 10.1 45.1")},
+          {LOAD_MIF_NONE, 1, LineAt(objects, "none")},
+          {LOAD_MIF_REGION_RING, 2, LineAt(objects, "Region 3")},
+          {LOAD_MIF_POINT, 1, LineAt(objects, "Point 10.5 45.2")}},
          "",
          "boundary 2"},
         {"PLINE MULTIPLE stops the reading",
          multiple,
          {},
-         "at " + At(multiple, "  2") +
+         "at " + LineAt(multiple, "  2") +
              ": a point count of 0, outside 1 to 30000 (a PLINE MULTIPLE object, which is not read); lines "
              "8.. were "
              "not read",
@@ -223,13 +210,13 @@ TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
         {"a point out of the degree range stops the reading",
          outOfRange,
          {},
-         "at " + At(outOfRange, "200 95") +
+         "at " + LineAt(outOfRange, "200 95") +
              ": a point (95, 200) is outside the degree range; lines 9.. were not read",
          "boundary 1"},
         {"a projected point stops the reading, answered No",
          projected,
          {},
-         "at " + At(projected, "500000 5000000") +
+         "at " + LineAt(projected, "500000 5000000") +
              ": a point (5000000, 500000) looks projected (answered No; either answer ends the reading); it "
              "was the "
              "last line",
@@ -237,13 +224,14 @@ TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
         {"a point count over 30000",
          tooMany,
          {},
-         "at " + At(tooMany, "10 45") + ": a point count of 30001, outside 1 to 30000; it was the last line",
+         "at " + LineAt(tooMany, "10 45") +
+             ": a point count of 30001, outside 1 to 30000; it was the last line",
          ""},
-        {"only Text objects", texts, {{LOAD_MIF_TEXT, 2, At(texts, "Text \"a\"")}}, "", ""},
+        {"only Text objects", texts, {{LOAD_MIF_TEXT, 2, LineAt(texts, "Text \"a\"")}}, "", ""},
     };
     for (const auto& c : cases) {
         TTempDir dir;
-        WriteFileBytes(dir.File("t.mif"), Joined(c.lines));
+        WriteFileBytes(dir.File("t.mif"), JoinLines(c.lines));
         TLoadReport report;
         EXPECT_EQ(LoadMif(dir.File("t.mif"), ANSWER_NO, &report), LoadMif(dir.File("t.mif"))) << c.name;
         EXPECT_EQ(DescribeReport(report), DescribeWanted(c.skips, c.stop)) << c.name;
