@@ -149,23 +149,24 @@ int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
     s.strOpenEntity.clear();
     s.bInBlocks = false;
     s.bInEntities = false;
-    m_lLine = m_lEntityLine = m_lOpenLine = 0;
+    m_lEntityLine = m_lOpenLine = 0;
     m_bInsertPending = false;
 
     TDxfLineReader reader(file);
+    m_pLines = &reader;
     std::string_view line;
+    bool more = reader.Next(line);
+    if (more && line.starts_with(kBinarySentinel)) {
+        if (m_pLoadReport != nullptr)
+            m_pLoadReport->Stop(1, false,
+                                "the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); "
+                                "only ASCII DXF is read");
+        more = false;
+    }
     // Progress changes only when the position leaves the step it is in; lines within one step
     // need no report.
     std::int64_t stepStart = 0, stepEnd = 0;
-    while (reader.Next(line)) {
-        m_lLine = reader.GetLineNumber();
-        if (m_lLine == 1 && line.starts_with(kBinarySentinel)) {
-            if (m_pLoadReport != nullptr)
-                m_pLoadReport->Stop(1, false,
-                                    "the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); "
-                                    "only ASCII DXF is read");
-            break;
-        }
+    for (; more; more = reader.Next(line)) {
         result = ProcessDxfLine(line);
         if (result == GISFILE_ERR_CANCELLED) {
             result = GISFILE_ERR_UNAVAILABLE;
@@ -179,6 +180,7 @@ int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
         }
     }
     NoteTaglessInsert();
+    m_pLines = nullptr;
     return result;
 }
 
@@ -203,7 +205,7 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
     switch (code) {
         case 0:
             s.strEntity.assign(TextValue(value));
-            m_lEntityLine = m_lLine;
+            m_lEntityLine = CurrentLine();
             ProcessNewEntity();
             return GISFILE_OK;
         case 1:
@@ -265,7 +267,7 @@ int TGisFileDxf::ProcessLightweightVertex() {
     }
     const int result = AskAboutCoordinate(lat, lon);
     if (result == GISFILE_ERR_CANCELLED) return result;
-    NoteRefused(lat, lon, false, m_lLine);
+    NoteRefused(lat, lon, false, CurrentLine());
     // One vertex fewer to wait for, so the polyline still ends with the ones that remain.
     if (s.iVertexCount > 0) --s.iVertexCount;
     return result;
@@ -449,10 +451,14 @@ int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {
     const std::string source = DescribeSourceForPrompt(" DXF ");
     if (PromptProjectedCoordinate(source.c_str(), lat, lon) != ANSWER_YES) return 1;
     if (m_pLoadReport != nullptr)
-        m_pLoadReport->Stop(m_lLine, false,
+        m_pLoadReport->Stop(CurrentLine(), false,
                             "the projected-coordinate question about " + TLoadReport::PointText(lat, lon) +
                                 " was answered Yes; the rest of the file was not read");
     return GISFILE_ERR_CANCELLED;
+}
+
+long long TGisFileDxf::CurrentLine() const {
+    return m_pLines != nullptr ? m_pLines->GetLineNumber() : 0;
 }
 
 void TGisFileDxf::NoteRefused(double lat, double lon, bool wholeEntity, long long line) {

@@ -1,7 +1,6 @@
 #include "gis/job/job_tokens.h"
 
 #include <cmath>
-#include <cstring>
 
 #include <tl_gis/platform/text_file.h>
 
@@ -38,8 +37,8 @@ bool ReadJobTokens(TTextFile& file) {
     char line[JOB_LINE_CHARS + 1];
     if (!file.ReadLine(line, sizeof line)) return true;
     s_lJobLine = s_lJobNextLine;
-    // The line end is kept only on the last piece of a line.
-    if (std::strchr(line, '\n') != nullptr) ++s_lJobNextLine;
+    // Only the last piece of a long line ends it.
+    if (file.LastLineComplete()) ++s_lJobNextLine;
     TokenizeJobLine(line);
     return false;
 }

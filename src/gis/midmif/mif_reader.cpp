@@ -42,10 +42,14 @@ const TKeywordEntry kKeywords[] = {
     {"SYMBOL", KW_IGNORED}, {"VERSION", KW_IGNORED}, {"*EOF", KW_EOF},
 };
 
+bool IsAsciiLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 TMifKeyword MatchKeyword(std::string_view line) {
     // Point lines start with a digit or a sign: most lines leave here.
     const char c = line[0];
-    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '*')) return KW_NONE;
+    if (!IsAsciiLetter(c) && c != '*') return KW_NONE;
     for (const TKeywordEntry& k : kKeywords)
         if (StartsWithNoCase(line, k.pszText)) return k.eKeyword;
     return KW_NONE;
@@ -182,14 +186,12 @@ int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
         case KW_NONE:
             break;
     }
-    if (m_pLoadReport != nullptr && m_bInData) NoteUnreadObject(line);
+    // Point lines, the bulk of a file, start with a digit or a sign.
+    if (IsAsciiLetter(line[0]) && m_bInData && m_pLoadReport != nullptr) NoteUnreadObject(line);
     return ProcessPlainLine(line);
 }
 
 void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
-    // Point lines, the bulk of a file, start with a digit or a sign.
-    const char c = line[0];
-    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'))) return;
     // A line that an open object takes as its count or a point is not an object of its own.
     if (s_iMifReadState == MIF_STATE_REGION || s_iMifReadState == MIF_STATE_COUNT ||
         (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
@@ -205,13 +207,37 @@ void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
 
 // Only the first ring of a region is read; the region line gives how many it has.
 void TGisFileMidMif::NoteRegionRings(std::string_view line) {
-    const int rings = ParseInt(line.substr(FirstWord(line).size()));
+    std::size_t i = 6;  // after "REGION"
+    while (i < line.size() && !IsMifBlank(line[i])) ++i;
+    while (i < line.size() && IsCSpace(line[i])) ++i;
+    // Most regions have one ring.
+    if (i + 1 == line.size() && line[i] == '1') return;
+    const int rings = ParseInt(line.substr(i));
     if (rings > 1) m_pLoadReport->Skip(LOAD_MIF_REGION_RING, m_lLine, rings - 1);
 }
 
-int TGisFileMidMif::NoteStop(int result, const std::string& reason) {
-    if (m_pLoadReport == nullptr) return result;
-    std::string text = reason;
+int TGisFileMidMif::NoteStop(int result, double y, double x) {
+    std::string text;
+    switch (result) {
+        case MIF_ERR_COUNT:
+            text = "a point count of ";
+            AppendInt(text, m_iExpectedVertices);
+            text += ", outside 1 to 30000";
+            if (m_bMultiplePline) text += " (a PLINE MULTIPLE object, which is not read)";
+            break;
+        case MIF_ERR_MEMORY:
+            text = "no memory for ";
+            AppendInt(text, m_iExpectedVertices);
+            text += " points";
+            break;
+        case COORD_OUT_OF_RANGE:
+            text = "a point " + TLoadReport::PointText(y, x) + " is outside the degree range";
+            break;
+        default:
+            text = "a point " + TLoadReport::PointText(y, x) + " looks projected (answered " +
+                   (result == ANSWER_YES ? "Yes" : "No") + "; either answer ends the reading)";
+            break;
+    }
     if (m_MifFile.IsOpen() && m_MifFile.PeekChar() >= 0) {
         text += "; lines ";
         AppendInt(text, m_lLine + 1);
@@ -231,19 +257,10 @@ int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
             return 0;
         case MIF_STATE_COUNT:
             // The count is checked before anything is allocated for it.
-            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices) {
-                if (m_pLoadReport == nullptr) return MIF_ERR_COUNT;
-                std::string reason = "a point count of ";
-                AppendInt(reason, m_iExpectedVertices);
-                reason += ", outside 1 to 30000";
-                if (m_bMultiplePline) reason += " (a PLINE MULTIPLE object, which is not read)";
-                return NoteStop(MIF_ERR_COUNT, reason);
-            }
-            if (!AllocateLocArray(m_iExpectedVertices)) {
-                std::string reason = "no memory for ";
-                AppendInt(reason, m_iExpectedVertices);
-                return NoteStop(MIF_ERR_MEMORY, reason + " points");
-            }
+            if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices)
+                return m_pLoadReport != nullptr ? NoteStop(MIF_ERR_COUNT) : MIF_ERR_COUNT;
+            if (!AllocateLocArray(m_iExpectedVertices))
+                return m_pLoadReport != nullptr ? NoteStop(MIF_ERR_MEMORY) : MIF_ERR_MEMORY;
             m_iVerticesHeld = 0;
             s_iMifReadState = MIF_STATE_POINTS;
             return StorePointLine(line);
@@ -268,14 +285,10 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
         case COORD_PROJECTED: {
             // Either answer ends the reading: the import cannot go on with projected values.
             const int answer = PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
-            if (m_pLoadReport == nullptr) return answer;
-            return NoteStop(answer,
-                            "a point " + TLoadReport::PointText(y, x) + " looks projected (answered " +
-                                (answer == ANSWER_YES ? "Yes" : "No") + "; either answer ends the reading)");
+            return m_pLoadReport != nullptr ? NoteStop(answer, y, x) : answer;
         }
         default:
-            if (m_pLoadReport == nullptr) return 2;
-            return NoteStop(2, "a point " + TLoadReport::PointText(y, x) + " is outside the degree range");
+            return m_pLoadReport != nullptr ? NoteStop(COORD_OUT_OF_RANGE, y, x) : COORD_OUT_OF_RANGE;
     }
 }
 

@@ -432,9 +432,9 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
 // A drawing of 100,000 CIRCLE entities loads with as many allocations as one of a single CIRCLE.
 TEST(DxfReader, RepeatedCausesCostNoAllocationEach) {
     TTempDir dir;
-    long long allocations[2] = {};
+    long long allocations[3] = {};
     int i = 0;
-    for (int n : {1, 100000}) {
+    for (int n : {1, 1, 100000}) {
         std::string circles;
         for (int k = 0; k < n; ++k) circles += "0 CIRCLE|8 0|10 10.5|20 45.5|";
         WriteFileBytes(dir.File("c.dxf"), Drawing(circles + "0 LINE|8 0"));
@@ -445,8 +445,9 @@ TEST(DxfReader, RepeatedCausesCostNoAllocationEach) {
         allocations[i++] = count.Count();
         EXPECT_EQ(report.GetCount(LOAD_DXF_CIRCLE), n);
     }
-    EXPECT_GT(allocations[0], 0) << "the count works";
-    EXPECT_EQ(allocations[1], allocations[0]);
+    // The first load also sets up what every load shares.
+    EXPECT_GT(allocations[1], 0) << "the count works";
+    EXPECT_EQ(allocations[2], allocations[1]);
 }
 
 // Golden drawings carry a local time stamp: pin the clock (5 March 2025 14:07:09 UTC) and the zone.

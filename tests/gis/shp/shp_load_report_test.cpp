@@ -200,9 +200,9 @@ TEST(ShpLoadReport, RepeatedCausesCostNoAllocationEach) {
         for (int i = 1; i <= n; ++i) b.Record(i, std::string(4, '\0'));
         return b.Bytes();
     };
-    long long allocations[2] = {};
+    long long allocations[3] = {};
     int i = 0;
-    for (int n : {1, 200000}) {
+    for (int n : {1, 1, 200000}) {
         WriteFileBytes(dir.File("nulls.shp"), nulls(n));
         TMapLayer layer;
         TLoadReport report;
@@ -211,8 +211,9 @@ TEST(ShpLoadReport, RepeatedCausesCostNoAllocationEach) {
         allocations[i++] = count.Count();
         EXPECT_EQ(report.GetCount(LOAD_SHP_NULL), n);
     }
-    EXPECT_GT(allocations[0], 0) << "the count works";
-    EXPECT_EQ(allocations[1], allocations[0]);
+    // The first load also sets up what every load shares.
+    EXPECT_GT(allocations[1], 0) << "the count works";
+    EXPECT_EQ(allocations[2], allocations[1]);
 }
 
 // pyshp or GDAL writes PointZ points, MultiPoint records and polygons with holes; the report

@@ -10,6 +10,7 @@
 #include <tl_gis/gis/gis_file.h>
 
 class TDxfGroupWriter;
+class TDxfLineReader;
 
 class TGisFileDxf : public TGisFile {
 public:
@@ -61,6 +62,8 @@ private:
     void NoteNotTaken(long long line);
     void NoteIgnoredEntity(const std::string& type);
     void NoteTaglessInsert();
+    // The number of the line being handled (0 outside a load).
+    long long CurrentLine() const;
 
     // Writing: one element each; each returns a result code.
     int WriteFilePolygon(TDxfGroupWriter& out, const TMapElement& element);
@@ -74,9 +77,9 @@ private:
     int m_iSprayOnlyMode;
     int m_iLineState = 0;  // 0: the next line is a group code; 1: it is that group's value
     int m_iGroupCode = 0;
-    // Line numbers for the load report: the line being handled, the type line of the entity being
-    // read and of the compound entity that is open; and whether an INSERT waits for attributes.
-    long long m_lLine = 0;
+    // For the load report: the lines of the load, the type line of the entity being read and of
+    // the compound entity that is open, and whether an INSERT waits for attributes.
+    const TDxfLineReader* m_pLines = nullptr;
     long long m_lEntityLine = 0;
     long long m_lOpenLine = 0;
     bool m_bInsertPending = false;
