@@ -1,8 +1,6 @@
 #pragma once
 // What the readers share to fill a load report.
 
-#include <cstddef>
-
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
@@ -20,24 +18,15 @@ inline TLoadCause RefusedCoordinateCause(double lat, double lon, bool wholeEntit
     }
 }
 
-// Clears a report and sets what its places count on entry to a reader's LoadFile, and on every
-// way out tallies the elements the load added to the layer.
-class TLoadReportScope {
-public:
-    TLoadReportScope(TLoadReport* report, const TMapLayer* layer, TLoadPlaceUnit unit)
-        : m_pReport(report), m_pLayer(layer), m_nFirst(layer != nullptr ? layer->m_Elements.size() : 0) {
-        if (m_pReport == nullptr) return;
-        m_pReport->Clear();
-        m_pReport->SetPlaceUnit(unit);
-    }
-    ~TLoadReportScope() {
-        if (m_pReport != nullptr && m_pLayer != nullptr) m_pReport->CountAdded(*m_pLayer, m_nFirst);
-    }
-    TLoadReportScope(const TLoadReportScope&) = delete;
-    TLoadReportScope& operator=(const TLoadReportScope&) = delete;
+// Counts an element a reader has just handed to the layer (none when it is null), where it is
+// added, so that no pass over the layer is needed after the load.
+inline void NoteAdded(TLoadReport* report, const TMapElement* element) {
+    if (report != nullptr && element != nullptr) report->CountAdded(element->m_dwType);
+}
 
-private:
-    TLoadReport* m_pReport;
-    const TMapLayer* m_pLayer;
-    std::size_t m_nFirst;
-};
+// What a reader's LoadFile does first with its report: clear it and set what its places count.
+inline void StartLoadReport(TLoadReport* report, TLoadPlaceUnit unit) {
+    if (report == nullptr) return;
+    report->Clear();
+    report->SetPlaceUnit(unit);
+}

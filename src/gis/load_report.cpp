@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 
-#include <tl_gis/hostmap/map_layer.h>
 #include <tl_gis/platform/numbers.h>
 
 namespace {
@@ -95,11 +94,6 @@ void TLoadReport::Stop(long long place, bool after, std::string reason) {
     m_Stopped.strReason = std::move(reason);
     m_Stopped.strAt = PlaceText(place);
     m_Stopped.bAfter = after;
-}
-
-void TLoadReport::CountAdded(const TMapLayer& layer, std::size_t first) {
-    for (std::size_t i = first; i < layer.m_Elements.size(); ++i)
-        ++m_alAdded[GetElementKindOrder(layer.m_Elements[i]->m_dwType)];
 }
 
 std::string TLoadReport::PlaceText(long long place) const {

@@ -84,8 +84,6 @@ enum TLoadCause : int {
 // What the places of a load count: records (shapefiles) or lines (the text formats).
 enum TLoadPlaceUnit : int { LOAD_PLACE_RECORD = 0, LOAD_PLACE_LINE = 1 };
 
-class TMapLayer;
-
 class TLoadReport {
 public:
     struct TSkipped {
@@ -120,8 +118,8 @@ public:
     void SetFirstNote(TLoadCause cause, std::string note) { m_aCounters[cause].strNote = std::move(note); }
     // Reading stopped at (or after) place; only the first stop of a load is kept.
     void Stop(long long place, bool after, std::string reason);
-    // Tallies the elements of the layer from index first on as added by this load.
-    void CountAdded(const TMapLayer& layer, std::size_t first);
+    // Counts an element of the kind code as added by this load.
+    void CountAdded(std::uint32_t kind) { ++m_alAdded[GetElementKindOrder(kind)]; }
 
     // Reading, by the host.
     // The causes that occurred, in the order of TLoadCause.

@@ -136,7 +136,7 @@ bool TGisFileDxf::IsValidFile(const char* path) {
 
 int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
-    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_LINE);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     TTextFile file;
     if (layer == nullptr || !file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
@@ -346,8 +346,8 @@ int TGisFileDxf::ProcessDxfEntity() {
             if (result != GISFILE_ERR_CANCELLED) NoteRefused(refused.dLat, refused.dLon, true, m_lEntityLine);
             return result;
         }
-        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_GENERIC), 0, 2, points, "", false, COLOR_NONE,
-                        false, false, false);
+        NoteAdded(m_pLoadReport, AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_GENERIC), 0, 2,
+                                                 points, "", false, COLOR_NONE, false, false, false));
         return GISFILE_OK;
     }
     if (Is(type, "INSERT")) {
@@ -374,11 +374,15 @@ int TGisFileDxf::ProcessSeqEnd() {
     TDxfParseState& s = s_State;
     int result = GISFILE_OK;
     if (s.bImport && (s.bInPolyline || s.bInLwPolyline)) {
-        if (m_iNumLocs > 0 &&
-            AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
-                            COLOR_NONE, false, false, false) == nullptr &&
-            m_iFeatureType == static_cast<int>(ELEMENT_MARKER) && m_pLoadReport != nullptr)
-            m_pLoadReport->Skip(LOAD_DXF_MARKER_LAYER_LINE, m_lOpenLine);
+        if (m_iNumLocs > 0) {
+            const TFeatureLine* line =
+                AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
+                                COLOR_NONE, false, false, false);
+            NoteAdded(m_pLoadReport, line);
+            if (line == nullptr && m_iFeatureType == static_cast<int>(ELEMENT_MARKER) &&
+                m_pLoadReport != nullptr)
+                m_pLoadReport->Skip(LOAD_DXF_MARKER_LAYER_LINE, m_lOpenLine);
+        }
     } else if (s.bImport && Is(s.strOpenEntity, "INSERT")) {
         result = ProcessInsert();
     } else if (!s.bImport && (s.bInPolyline || s.bInLwPolyline || Is(s.strOpenEntity, "INSERT"))) {
@@ -404,9 +408,12 @@ int TGisFileDxf::ProcessInsert() {
         if (result != GISFILE_ERR_CANCELLED) NoteRefused(lat, lon, true, m_lOpenLine);
         return result;
     }
-    if (const TDxfTagClass* row = FindDxfTagClass(s.strName))
+    if (const TDxfTagClass* row = FindDxfTagClass(s.strName)) {
+        const std::size_t before = m_pLayer->m_Elements.size();
         AddImportedMarker(m_pLayer, row->iSymbol, TLoc(lat, lon), s.strText.c_str());
-    else if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_DXF_INSERT_NO_TAG, m_lOpenLine))
+        if (m_pLoadReport != nullptr && m_pLayer->m_Elements.size() > before)
+            m_pLoadReport->CountAdded(ELEMENT_MARKER);
+    } else if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_DXF_INSERT_NO_TAG, m_lOpenLine))
         m_pLoadReport->SetFirstNote(LOAD_DXF_INSERT_NO_TAG, "tag " + TLoadReport::EscapeText(s.strName));
     return GISFILE_OK;
 }

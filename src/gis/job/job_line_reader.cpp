@@ -116,12 +116,13 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         if (count > 0 && body.iBoundType != BOUNDARY_OPEN)
             close = points[0].dLat != points[count - 1].dLat || points[0].dLon != points[count - 1].dLon;
         layer->m_dValue = body.dValue;
-        AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_BOUNDARY), body.iBoundType, count, points,
-                        lineId.c_str(), close, body.dwColor, body.bRgbFlag1, body.bRgbFlag2, body.bHasColor);
+        NoteAdded(report, AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_BOUNDARY), body.iBoundType,
+                                          count, points, lineId.c_str(), close, body.dwColor, body.bRgbFlag1,
+                                          body.bRgbFlag2, body.bHasColor));
     } else {
         layer->m_dValue = 0.0;
-        AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_GENERIC), BOUNDARY_OPEN, count, points,
-                        lineId.c_str(), false, COLOR_NONE, false, false, false);
+        NoteAdded(report, AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_GENERIC), BOUNDARY_OPEN, count,
+                                          points, lineId.c_str(), false, COLOR_NONE, false, false, false));
     }
     return result;
 }

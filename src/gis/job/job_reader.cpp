@@ -110,6 +110,7 @@ void TGisFileJob::ReadMarker(TTextFile& file, TMapLayer* layer) {
         return true;
     });
     marker->CalculateGeoExtents();
+    NoteAdded(m_pLoadReport, marker.get());
     layer->AddElement(marker.release(), ADD_ELEMENT_OWNED);
 }
 
@@ -124,6 +125,7 @@ void TGisFileJob::ReadPattern(TTextFile& file, TMapLayer* layer) {
     });
     pattern->m_bModified = false;
     pattern->CalculateGeoExtents();
+    NoteAdded(m_pLoadReport, pattern.get());
     layer->AddElement(pattern.release(), ADD_ELEMENT_OWNED);
 }
 
@@ -139,7 +141,7 @@ void TGisFileJob::NoteIgnoredLine(std::string_view key, bool& inUnknownRecord) {
 
 int TGisFileJob::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
-    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_LINE);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     m_iVersion = 0;
     if (layer == nullptr) return GISFILE_ERR_OPEN;
     TTextFile file;

@@ -115,7 +115,7 @@ bool TGisFileMidMif::IsValidFile(const char* path) {
 
 int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
-    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_LINE);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     if (!m_MifFile.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
     m_lLine = 0;
@@ -308,8 +308,9 @@ void TGisFileMidMif::SaveCurrentPolyline() {
     ++m_iObjectNumber;
     std::string name;
     AppendInt(name, m_iObjectNumber);
-    AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC, m_iVerticesHeld, m_pLocs,
-                    name.c_str(), false, COLOR_NONE, false, false, false);
+    NoteAdded(m_pLoadReport, AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC,
+                                             m_iVerticesHeld, m_pLocs, name.c_str(), false, COLOR_NONE, false,
+                                             false, false));
     ReleaseLocArray();
     m_iVerticesHeld = 0;
 }

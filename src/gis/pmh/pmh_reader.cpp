@@ -73,7 +73,7 @@ bool TGisFilePmh::ReadHeader(TTextFile& file, TMapLayer* layer) {
 
 int TGisFilePmh::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
-    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_LINE);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     if (layer == nullptr) return GISFILE_ERR_OPEN;
     TTextFile file;
     if (!file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;

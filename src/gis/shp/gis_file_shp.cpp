@@ -61,7 +61,7 @@ bool TGisFileShp::IsValidFile(const char* path) {
 
 int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     TGisFile::LoadFile(path, layer, progress);
-    const TLoadReportScope reportScope(m_pLoadReport, layer, LOAD_PLACE_RECORD);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_RECORD);
     if (layer == nullptr || !m_pIo->m_ShapeFile.Open(path, TByteFile::modeRead)) {
         m_pIo->m_ShapeFile.Close();
         return GISFILE_ERR_OPEN;
@@ -218,6 +218,7 @@ int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length,
     AppendInt(point->m_strId, recordNumber);
     point->CalculateGeoExtents();
     m_pLayer->AddElement(point, ADD_ELEMENT_OWNED);
+    NoteAdded(m_pLoadReport, point);
     // Points are taken without a test of their coordinates.
     if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(loc.dLat, loc.dLon), recordNumber);
     return GISFILE_OK;
@@ -279,8 +280,9 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
             boundType =
                 (parts > 1 && p == 0) || IsRingClockwise(m_pLocs, count) ? BOUNDARY_INC : BOUNDARY_EXC;
         }
-        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count, m_pLocs,
-                        name.c_str(), false, COLOR_NONE, false, false, false);
+        NoteAdded(m_pLoadReport,
+                  AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count,
+                                  m_pLocs, name.c_str(), false, COLOR_NONE, false, false, false));
     }
     // A last point that is not geographic ends the load after this record.
     if (lastClass != COORD_GEOGRAPHIC) NoteStopAfterRecord(recordNumber, last, lastClass);
