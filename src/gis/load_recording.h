@@ -5,6 +5,13 @@
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
 
+// A kind of thing a file names (a DXF entity type, a MIF object keyword) and the cause a reader
+// counts it under.
+struct TNamedCause {
+    const char* pszName;
+    TLoadCause eCause;
+};
+
 // The cause of a coordinate pair a reader refused: one within the degree range was refused
 // for lying within one degree of 0,0. wholeEntity tells whether the entity went with it.
 inline TLoadCause RefusedCoordinateCause(double lat, double lon, bool wholeEntity) {

@@ -3,9 +3,14 @@
 // test can show that something repeated a hundred thousand times costs no allocation each.
 // Replaces the global operator new and delete: include it in one file of a test program only.
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <string>
+
+#include <tl_gis/gis/gis_map.h>
 
 inline long long g_lAllocations = 0;
 inline bool g_bCountAllocations = false;
@@ -42,4 +47,24 @@ public:
 }
 [[gnu::noinline]] void operator delete[](void* p, std::size_t) noexcept {
     std::free(p);
+}
+
+// Loads the file that write(n) puts at path, for n = 1 and n = many, and expects the same number
+// of allocations, each report counting n of cause. A first load of n = 1 sets up what every load
+// shares.
+template <class TWrite>
+void ExpectNoAllocationPerOccurrence(const std::string& path, TLoadCause cause, int many, TWrite write) {
+    long long allocations[3] = {};
+    int i = 0;
+    for (int n : {1, 1, many}) {
+        write(n);
+        TMapLayer layer;
+        TLoadReport report;
+        TAllocationCount count;
+        EXPECT_EQ(TGisMap().LoadFile(path.c_str(), &layer, nullptr, report), 0);
+        allocations[i++] = count.Count();
+        EXPECT_EQ(report.GetCount(cause), n);
+    }
+    EXPECT_GT(allocations[1], 0) << "the count works";
+    EXPECT_EQ(allocations[2], allocations[1]);
 }

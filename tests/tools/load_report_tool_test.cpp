@@ -46,17 +46,14 @@ TEST(TlgisLoadReport, ExitStatusAndMessages) {
     WriteSamples(dir);
     const std::string shpStop =
         "stopped after record 2: its last point (95, 200) is outside the degree range; records 3.. were not "
-        "read, 2 "
-        "records";
+        "read, 2 records";
     const std::string mifStop =
         "stopped at line 5: a point (5000000, 500000) looks projected (answered Yes; either answer ends the "
-        "reading); "
-        "it was the last line";
+        "reading); it was the last line";
     const std::string zOnly = "3 PointZ records not read (shape type 11)";
     const std::string junk =
         "5 bytes after the last record not read; first: after record 2 (the file ends 5 bytes into the "
-        "header of the "
-        "record after record 2)";
+        "header of the record after record 2)";
     const std::string binary =
         "stopped at line 1: the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); only ASCII DXF "
         "is read";
@@ -101,8 +98,7 @@ TEST(TlgisLoadReport, ProjectedQuestionOncePerFile) {
     WriteSamples(dir);
     const std::string stop =
         "tlgis: reading projected.shp stopped after record 1: its last point (5000100, 500100) looks "
-        "projected; it "
-        "was the last record (1)\n";
+        "projected; it was the last record (1)\n";
     const std::vector<TToolCase> cases = {
         {"continue", "info projected.shp --projected continue", 1,
          "Skipped:  2 coordinate pairs that look projected kept as read, as latitude and longitude; first: "
@@ -110,8 +106,7 @@ TEST(TlgisLoadReport, ProjectedQuestionOncePerFile) {
          "answered No (--projected continue), and so for the rest of this file\n" + stop},
         {"skip", "info projected.shp --projected skip", 1, "",
          "tlgis: --projected skip is now spelled --projected continue; skip is taken as continue until the "
-         "next "
-         "release\n"},
+         "next release\n"},
         {"stop", "info projected.shp", 1, "Stopped:  at record 1: the projected-coordinate question",
          "answered Yes (--projected stop), and so for the rest of this file\n"},
     };
@@ -134,27 +129,23 @@ TEST(TlgisLoadReport, InfoJsonReport) {
         GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
     TTempDir dir;
     WriteSamples(dir);
-    WriteFileBytes(
-        dir.File("check.py"),
-        "import json, subprocess, sys\n"
-        "r = subprocess.run(sys.argv[1:], capture_output=True)\nd = json.loads(r.stdout)['report']\n"
-        "print(r.returncode, sorted(d), d['added'], d['skipped'], d['stopped'])\n");
+    WriteFileBytes(dir.File("check.py"),
+                   "import json, subprocess, sys\nr = subprocess.run(sys.argv[1:], capture_output=True)\nd = "
+                   "json.loads(r.stdout)['report']\nprint(r.returncode, sorted(d), d['added'], d['skipped'], "
+                   "d['stopped'])\n");
     const std::pair<const char*, std::string> cases[] = {
         {"z.shp",
          "1 ['added', 'skipped', 'stopped'] {} [{'cause': 'PointZ records not read (shape type 11)', "
          "'count': 3, 'first': 'record 1'}] None\n"},
         {"stopped.shp",
          "1 ['added', 'skipped', 'stopped'] {'boundary': 1, 'point': 1} [{'cause': 'coordinate pairs out of "
-         "the "
-         "degree range kept as read, as latitude and longitude', 'count': 1, 'first': 'record 2'}] "
-         "{'reason': 'its "
-         "last point (95, 200) is outside the degree range; records 3.. were not read, 2 records', 'at': "
-         "'after "
-         "record 2'}\n"},
+         "the degree range kept as read, as latitude and longitude', 'count': 1, 'first': 'record 2'}] "
+         "{'reason': 'its last point (95, 200) is outside the degree range; records 3.. were not read, 2 "
+         "records', 'at': 'after record 2'}\n"},
         {"junk.shp",
-         "0 ['added', 'skipped', 'stopped'] {'point': 2} [{'cause': 'bytes after the last record not "
-         "read', 'count': 5, 'first': 'after record 2 (the file ends 5 bytes into the header of the "
-         "record after record 2)'}] None\n"},
+         "0 ['added', 'skipped', 'stopped'] {'point': 2} [{'cause': 'bytes after the last record not read', "
+         "'count': 5, 'first': 'after record 2 (the file ends 5 bytes into the header of the record after "
+         "record 2)'}] None\n"},
     };
     for (const auto& [file, parsed] : cases) {
         const TCommandResult r = RunCommand("cd " + ShellQuote(dir.Path()) + " && " + python + " check.py " +

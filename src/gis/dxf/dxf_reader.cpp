@@ -95,13 +95,8 @@ bool Is(const std::string& entity, std::string_view keyword) {
 // A binary drawing starts with this sentinel; nothing of it can be read as group lines.
 constexpr std::string_view kBinarySentinel = "AutoCAD Binary DXF";
 
-struct TIgnoredEntity {
-    const char* pszType;
-    TLoadCause eCause;
-};
-
 // Entities the reader takes nothing from, by the cause a load report counts them under.
-constexpr TIgnoredEntity kIgnoredEntities[] = {
+constexpr TNamedCause kIgnoredEntities[] = {
     {"POINT", LOAD_DXF_POINT},         {"ARC", LOAD_DXF_ARC},
     {"CIRCLE", LOAD_DXF_CIRCLE},       {"ELLIPSE", LOAD_DXF_ELLIPSE},
     {"SPLINE", LOAD_DXF_SPLINE},       {"TEXT", LOAD_DXF_TEXT},
@@ -490,8 +485,8 @@ void TGisFileDxf::NoteIgnoredEntity(const std::string& type) {
     if (m_pLoadReport == nullptr) return;
     for (std::string_view structural : kStructuralEntities)
         if (type == structural) return;
-    for (const TIgnoredEntity& e : kIgnoredEntities) {
-        if (type == e.pszType) {
+    for (const TNamedCause& e : kIgnoredEntities) {
+        if (type == e.pszName) {
             m_pLoadReport->Skip(e.eCause, m_lEntityLine);
             return;
         }

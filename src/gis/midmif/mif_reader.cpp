@@ -87,14 +87,9 @@ bool ScanTwoDoubles(std::string_view text, double& x, double& y) {
     return ScanDouble(text, pos, x) && ScanDouble(text, pos, y);
 }
 
-struct TUnreadObject {
-    const char* pszKeyword;
-    TLoadCause eCause;
-};
-
 // Objects of the DATA section the reader takes nothing from. The parts of a Collection are
 // objects of their own (its regions and polylines are read), so the Collection line is not one.
-constexpr TUnreadObject kUnreadObjects[] = {
+constexpr TNamedCause kUnreadObjects[] = {
     {"LINE", LOAD_MIF_LINE},       {"ARC", LOAD_MIF_ARC},
     {"TEXT", LOAD_MIF_TEXT},       {"MULTIPOINT", LOAD_MIF_MULTIPOINT},
     {"RECT", LOAD_MIF_RECT},       {"ROUNDRECT", LOAD_MIF_ROUNDRECT},
@@ -197,8 +192,8 @@ void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
         (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
         return;
     const std::string_view word = FirstWord(line);
-    for (const TUnreadObject& object : kUnreadObjects) {
-        if (EqualsNoCase(word, object.pszKeyword)) {
+    for (const TNamedCause& object : kUnreadObjects) {
+        if (EqualsNoCase(word, object.pszName)) {
             m_pLoadReport->Skip(object.eCause, m_lLine);
             return;
         }

@@ -79,15 +79,17 @@ std::string Insert(const std::vector<std::vector<std::string>>& attributes,
 
 // Loads the text of a drawing and describes the layer it leaves, one word per element: lines as
 // "<class>/<points>" ("road/4", a closed square "boundary/5"), markers as
-// "m<symbol>:<name>@<lat>,<lon>".
-std::string Load(const std::string& text, int* result = nullptr) {
+// "m<symbol>:<name>@<lat>,<lon>". A report, when given, is filled.
+std::string Load(const std::string& text, int* result = nullptr, TLoadReport* report = nullptr) {
     static const std::pair<std::uint32_t, const char*> kClasses[] = {
         {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
         {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
     TTempDir dir;
     WriteFileBytes(dir.File("drawing.dxf"), text);
     TMapLayer layer;
-    const int r = TGisFileDxf().LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
+    TGisFileDxf reader;
+    reader.SetLoadReport(report);
+    const int r = reader.LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
     if (result) *result = r;
     std::ostringstream out;
     for (const TMapElement* e : layer.m_Elements) {
@@ -299,31 +301,11 @@ long long ValueLine(const std::string& entities, const std::string& group) {
            2 * (1 + std::count(entities.begin(), entities.begin() + static_cast<std::ptrdiff_t>(at), '|'));
 }
 
-// Loads a drawing through a format object holding a report, answering questions as given, and
-// checks that the result and the layer are what a load without a report gives.
-std::string LoadReporting(const std::string& text, TLoadReport& report, int answer, int& result) {
-    TTempDir dir;
-    WriteFileBytes(dir.File("drawing.dxf"), text);
-    TScriptedMessages messages({answer, answer});
-    TMapLayer layer;
-    TGisFileDxf reader;
-    reader.SetLoadReport(&report);
-    result = reader.LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
-    int plain = -1;
-    {
-        TScriptedMessages again({answer, answer});
-        EXPECT_EQ(Load(text, &plain), Load(text)) << "loads alike";
-        EXPECT_EQ(plain, result) << "the same result without a report";
-    }
-    return DescribeAdded(report);
-}
-
 TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
     const std::string proxy = "0 ACAD_\x01\xFF\\PROXY|8 0";
     const std::string kinds =
-        "0 POINT|8 0|10 10.5|20 45.5|0 ARC|8 0|0 CIRCLE|8 0|0 CIRCLE|8 0|0 ELLIPSE|8 0|"
-        "0 SPLINE|8 0|0 TEXT|8 0|0 MTEXT|8 0|0 HATCH|8 0|0 SOLID|8 0|0 3DFACE|8 0|"
-        "0 DIMENSION|8 0|0 VIEWPORT|8 0|" +
+        "0 POINT|8 0|10 10.5|20 45.5|0 ARC|8 0|0 CIRCLE|8 0|0 CIRCLE|8 0|0 ELLIPSE|8 0|0 SPLINE|8 0|0 TEXT|8 "
+        "0|0 MTEXT|8 0|0 HATCH|8 0|0 SOLID|8 0|0 3DFACE|8 0|0 DIMENSION|8 0|0 VIEWPORT|8 0|" +
         proxy + "|" + proxy + "|" + kLine;
     const std::string refused =
         Line("A41", {0.5, 0.5}, {10.5, 45.5}) + "|" + Line("A41", {10.5, 45.5}, {200, 95}) + "|" +
@@ -337,19 +319,9 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
         "0 INSERT|8 0|2 B|10 10.1|20 45.1|" + kLine + "|" + Insert({{"FOO", "x", "10.8", "45.5"}}) + "|" +
         Insert({{"TGR_NAME", "x", "200", "95"}}) + "|" + Insert({{"TIC", "t", "10.8", "45.5"}});
     const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100}) + "|" + kLine;
-    const struct {
-        const char* name;
-        std::string text;
-        int answer;
-        int result;
-        std::vector<TSkipWant> skips;
-        std::string stop;
-        const char* added;
-    } cases[] = {
+    const TReportCase cases[] = {
         {"entity kinds it does not read",
          Drawing(kinds),
-         ANSWER_NO,
-         0,
          {{LOAD_DXF_POINT, 1, "line " + std::to_string(ValueLine(kinds, "0 POINT"))},
           {LOAD_DXF_ARC, 1, "line " + std::to_string(ValueLine(kinds, "0 ARC"))},
           {LOAD_DXF_CIRCLE, 2, "line " + std::to_string(ValueLine(kinds, "0 CIRCLE"))},
@@ -368,8 +340,6 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
          "generic 1"},
         {"coordinates refused, the vertex or the entity dropped",
          Drawing(refused),
-         ANSWER_NO,
-         0,
          {{LOAD_VERTEX_NEAR_ORIGIN, 1, "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 0.5"))},
           {LOAD_VERTEX_OUT_OF_RANGE, 2,
            "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 200"))},
@@ -379,11 +349,11 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
           {LOAD_ENTITY_OUT_OF_RANGE, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 10.5"))},
           {LOAD_ENTITY_PROJECTED, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 500000"))}},
          "",
-         "boundary 1, water 1"},
+         "boundary 1, water 1",
+         GISFILE_OK,
+         "n"},
         {"layers, paper space and marker layers",
          Drawing(left),
-         ANSWER_NO,
-         0,
          {{LOAD_DXF_LAYER_NOT_TAKEN, 2,
            "line " + std::to_string(ValueLine(left, "0 LINE|8 ZIP")) + " (layer ZIP)"},
           {LOAD_DXF_PAPER_SPACE, 1, "line " + std::to_string(ValueLine(left, "0 LINE|8 A41|67"))},
@@ -392,8 +362,6 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
          "generic 1"},
         {"inserts without attributes, with an unknown tag, out of range",
          Drawing(inserts),
-         ANSWER_NO,
-         0,
          {{LOAD_ENTITY_OUT_OF_RANGE, 1,
            "line " + std::to_string(ValueLine(
                          inserts, "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|66 1|0 ATTRIB|8 0|10 200"))},
@@ -403,51 +371,46 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
          "generic 1, marker 1"},
         {"a binary drawing",
          "AutoCAD Binary DXF\r\n\x1a" + std::string(1, '\0') + "\x00\x01SECTION\n",
-         ANSWER_NO,
-         0,
          {},
          "at line 1: the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); only ASCII DXF is "
          "read",
          ""},
         {"projected, answered Yes",
          Drawing(utm),
-         ANSWER_YES,
-         GISFILE_ERR_UNAVAILABLE,
          {},
          "at line " + std::to_string(ValueLine(utm, kLine) - 1) +
              ": the projected-coordinate question about (5000000, 500000) was answered Yes; the rest of the "
-             "file "
-             "was not read",
-         ""},
+             "file was not read",
+         "",
+         GISFILE_ERR_UNAVAILABLE,
+         "y"},
     };
-    for (const auto& c : cases) {
+    for (const TReportCase& c : cases) {
         TLoadReport report;
-        int result = -1;
-        EXPECT_EQ(LoadReporting(c.text, report, c.answer, result), c.added) << c.name;
-        EXPECT_EQ(result, c.result) << c.name;
-        EXPECT_EQ(DescribeReport(report), DescribeWanted(c.skips, c.stop)) << c.name;
+        int with = -1, without = -1;
+        std::string withReport, withoutReport;
+        {
+            TScriptedMessages messages(ScriptedAnswers(c.answers));
+            withReport = Load(c.text, &with, &report);
+        }
+        {
+            TScriptedMessages messages(ScriptedAnswers(c.answers));
+            withoutReport = Load(c.text, &without);
+        }
+        ExpectReport(c, with, report);
+        EXPECT_EQ(withReport, withoutReport) << c.name;
+        EXPECT_EQ(with, without) << c.name;
     }
 }
 
 // A drawing of 100,000 CIRCLE entities loads with as many allocations as one of a single CIRCLE.
 TEST(DxfReader, RepeatedCausesCostNoAllocationEach) {
     TTempDir dir;
-    long long allocations[3] = {};
-    int i = 0;
-    for (int n : {1, 1, 100000}) {
+    ExpectNoAllocationPerOccurrence(dir.File("c.dxf"), LOAD_DXF_CIRCLE, 100000, [&](int n) {
         std::string circles;
         for (int k = 0; k < n; ++k) circles += "0 CIRCLE|8 0|10 10.5|20 45.5|";
         WriteFileBytes(dir.File("c.dxf"), Drawing(circles + "0 LINE|8 0"));
-        TLoadReport report;
-        TMapLayer layer;
-        TAllocationCount count;
-        EXPECT_EQ(TGisMap().LoadFile(dir.File("c.dxf").c_str(), &layer, nullptr, report), 0);
-        allocations[i++] = count.Count();
-        EXPECT_EQ(report.GetCount(LOAD_DXF_CIRCLE), n);
-    }
-    // The first load also sets up what every load shares.
-    EXPECT_GT(allocations[1], 0) << "the count works";
-    EXPECT_EQ(allocations[2], allocations[1]);
+    });
 }
 
 // Golden drawings carry a local time stamp: pin the clock (5 March 2025 14:07:09 UTC) and the zone.
