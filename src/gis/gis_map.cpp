@@ -72,9 +72,11 @@ const char* GetResultCodeText(int code) {
         case GISFILE_ERR_CANCELLED:
             return "import stopped at the projected-coordinate question";
         case 1:
-            return "the output could not be created or completed, or coordinates were not geographic";
+            return "a write could not create or complete its output, or a shapefile load stopped after a "
+                   "record "
+                   "whose last point looks projected";
         case 2:
-            return "coordinates out of the degree range were skipped";
+            return "a shapefile load stopped after a record whose last point is outside the degree range";
         case JOBFILE_ERR_NAME:
             return "the file name is not a valid job name";
         default:
