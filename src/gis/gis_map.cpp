@@ -73,8 +73,7 @@ const char* GetResultCodeText(int code) {
             return "import stopped at the projected-coordinate question";
         case 1:
             return "a write could not create or complete its output, or a shapefile load stopped after a "
-                   "record "
-                   "whose last point looks projected";
+                   "record whose last point looks projected";
         case 2:
             return "a shapefile load stopped after a record whose last point is outside the degree range";
         case JOBFILE_ERR_NAME:
