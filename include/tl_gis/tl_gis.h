@@ -36,6 +36,7 @@
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/language.h>
 #include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/gis/utm.h>
 
 // The formats, and the flight-data file that recorded spray can be made from.

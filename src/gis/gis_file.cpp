@@ -46,6 +46,7 @@ TGisFile& TGisFile::operator=(const TGisFile& other) {
     m_pfnProgress = other.m_pfnProgress;
     m_iProgressStep = other.m_iProgressStep;
     m_iLastProgress = other.m_iLastProgress;
+    m_pLoadReport = other.m_pLoadReport;
     return *this;
 }
 

@@ -13,16 +13,23 @@ TLGIS_FILE_TYPE TGisMap::GetGisFileType(const char* path) {
 }
 
 int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
-    return RunWithoutThrowing([&] { return LoadWithFormat(path, layer, progress); });
+    return RunWithoutThrowing([&] { return LoadWithFormat(path, layer, progress, nullptr); });
 }
 
-int TGisMap::LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress) {
+int TGisMap::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport& report) {
+    report.Clear();
+    return RunWithoutThrowing([&] { return LoadWithFormat(path, layer, progress, &report); });
+}
+
+int TGisMap::LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress,
+                            TLoadReport* report) {
     EnsureLibraryStarted();
     const TGisFormat* format = FindGisFormat(GetGisFileType(path));
     if (format == nullptr || format->pfnCreateReader == nullptr || layer == nullptr)
         return GISFILE_ERR_UNAVAILABLE;
     std::unique_ptr<TGisFile> reader(format->pfnCreateReader());
     if (!reader) return GISFILE_ERR_UNAVAILABLE;
+    reader->SetLoadReport(report);
     return reader->LoadFile(path, layer, progress);
 }
 
@@ -68,9 +75,10 @@ const char* GetResultCodeText(int code) {
         case GISFILE_ERR_CANCELLED:
             return "import stopped at the projected-coordinate question";
         case 1:
-            return "the output could not be created or completed, or coordinates were not geographic";
+            return "a write could not create or complete its output, or a shapefile load stopped after a "
+                   "record whose last point looks projected";
         case 2:
-            return "coordinates out of the degree range were skipped";
+            return "a shapefile load stopped after a record whose last point is outside the degree range";
         case JOBFILE_ERR_NAME:
             return "the file name is not a valid job name";
         default:

@@ -162,12 +162,14 @@ bool TTextFile::ReadLine(char* buf, std::size_t cap) {
     }
     std::size_t n = 0;
     const std::size_t room = cap - 1;
+    m_bLastComplete = false;
     while (n < room) {
         if (m_iPos == m_iEnd && !Fill()) break;
         const char c = m_pBuf[m_iPos];
         if (c == '\n' || c == '\r') {
             if (ConsumeLineEnd()) {
                 buf[n++] = '\n';
+                m_bLastComplete = true;
                 break;
             }
             // A CR inside a line is kept as an ordinary character.

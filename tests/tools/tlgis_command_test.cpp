@@ -23,7 +23,7 @@ TEST(TlgisTool, HelpUsageAndResultCodes) {
         {"no command", "", 2, "", usage},
         {"unknown command", "frobnicate", 2, "", "unknown command 'frobnicate'"},
         {"misspelt flag", "info - --jsno", 2, "", "lists the options of every format)\n" + usage},
-        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, skip or ask"},
+        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, continue or ask"},
         {"value missing", "info - --config", 2, "", "option --config needs a value"},
         {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
         {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},

@@ -19,7 +19,8 @@ int ConvertOne(const std::string& in, const std::string& out, const TToolOptions
     }
     TMapLayer layer;
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
-    if (loaded.iResult != 0) return 1;
+    // A load that stopped early or found nothing it reads is not converted.
+    if (!loaded.Complete()) return 1;
     if (!AugmentLayer(layer, options)) return 1;
     bool written = false;
     const int result = WriteLayer(out, layer, options, written);

@@ -65,7 +65,7 @@ bool LoadDemoLayer(const fs::path& job, const fs::path& flight, bool withSpray, 
         options.values["spray"] = Utf8Of(flight);
         options.values["source"] = Utf8Of(flight);
     }
-    if (LoadLayer(Utf8Of(job), layer, options).iResult != 0) return false;
+    if (!LoadLayer(Utf8Of(job), layer, options).Complete()) return false;
     return AugmentLayer(layer, options);
 }
 
@@ -119,7 +119,7 @@ bool CheckReadBack(const fs::path& file, const TToolOptions& common) {
     const TLoadOutcome loaded = LoadLayer(Utf8Of(file), layer, common);
     const std::string name = Utf8Of(file.filename());
     const char* typeName = TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(loaded.iType));
-    if (loaded.iResult != 0) {
+    if (!loaded.Complete()) {
         std::printf("  %-28s %-7s FAILED (%d)\n", name.c_str(), typeName, loaded.iResult);
         return false;
     }

@@ -27,13 +27,14 @@ int RunInfo(const TToolOptions& options) {
     }
     const std::string path = emptyStart ? "-" : options.positional[0];
     TMapLayer layer;
-    const TLoadOutcome outcome = LoadLayer(path, layer, options);
+    // The report goes to stdout with the rest, so no notes.
+    const TLoadOutcome outcome = LoadLayer(path, layer, options, false);
     if (!AugmentLayer(layer, options)) return 1;
     TReportOptions report;
     report.bPoints = options.Has("points");
     if (options.Has("json"))
-        std::fputs(LayerToJson(path, outcome.iType, outcome.iResult, layer, report).c_str(), stdout);
+        std::fputs(LayerToJson(path, outcome, layer, report).c_str(), stdout);
     else
-        std::fputs(LayerSummary(path, outcome.iType, outcome.iResult, layer).c_str(), stdout);
-    return outcome.iResult == 0 ? 0 : 1;
+        std::fputs(LayerSummary(path, outcome, layer).c_str(), stdout);
+    return outcome.Complete() ? 0 : 1;
 }

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <vector>
 
 #include <tl_gis/gis/gis_map.h>
 #include "extensions.h"
@@ -59,6 +60,54 @@ bool WantProgress(const TToolOptions& options) {
 }
 }  // namespace
 
+std::string DescribeResult(int result, bool writing) {
+    switch (result) {
+        case 1:
+            return writing ? "the output could not be created or completed"
+                           : "the last point of a record looks projected; reading stopped there";
+        case 2:
+            return writing ? "the output could not be completed"
+                           : "the last point of a record is outside the degree range; reading stopped there";
+        case GISFILE_ERR_UNAVAILABLE:
+            return writing ? "no format writes this file"
+                           : "no format reads this file, the file has no status, or a DXF import was stopped "
+                             "at the projected-coordinate question";
+        case GISFILE_ERR_OPEN:
+            return writing ? "cannot create the file"
+                           : "cannot open the file, or it does not start as its format requires";
+        default:
+            return GetResultCodeText(result);
+    }
+}
+
+std::string DescribeSkipped(const TLoadReport::TSkipped& skipped) {
+    return std::to_string(skipped.lCount) + " " + TLoadReport::CauseText(skipped.eCause, skipped.lCount) +
+           "; first: " + skipped.strFirst;
+}
+
+std::string DescribeStop(const TLoadReport::TStopped& stopped) {
+    return std::string(stopped.bAfter ? "after " : "at ") + stopped.strAt + ": " + stopped.strReason;
+}
+
+namespace {
+// The line for a load that is not complete.
+std::string DescribeIncompleteLoad(const std::string& path, const TLoadOutcome& outcome) {
+    const TLoadReport& report = outcome.Report;
+    const std::string code = outcome.iResult != 0 ? " (" + std::to_string(outcome.iResult) + ")" : "";
+    if (report.HasStopped())
+        return "reading " + path + " stopped " + DescribeStop(report.GetStopped()) + code;
+    if (outcome.iResult != 0) return DescribeFailure(path, outcome.iType, outcome.iResult, false);
+    // Nothing was added although the file held data: say what there was.
+    std::string why;
+    const std::vector<TLoadReport::TSkipped> skipped = report.GetSkipped();
+    for (std::size_t i = 0; i < skipped.size() && i < 3; ++i)
+        why += (i > 0 ? "; " : "") + std::to_string(skipped[i].lCount) + " " +
+               TLoadReport::CauseText(skipped[i].eCause, skipped[i].lCount);
+    if (skipped.size() > 3) why += "; and more";
+    return "reading " + path + " added nothing: " + why;
+}
+}  // namespace
+
 std::string DescribeFailure(const std::string& path, int type, int result, bool writing) {
     std::string what;
     if (type == GIS_FILE_NONE) {
@@ -75,8 +124,8 @@ std::string DescribeFailure(const std::string& path, int type, int result, bool 
         else
             what = std::string(writing ? "cannot write " : "cannot open ") + path;
     } else {
-        what =
-            std::string(writing ? "writing " : "reading ") + path + " failed: " + GetResultCodeText(result);
+        what = std::string(writing ? "writing " : "reading ") + path +
+               " failed: " + DescribeResult(result, writing);
     }
     return what + " (" + std::to_string(result) + ")";
 }
@@ -92,7 +141,7 @@ bool AugmentLayer(TMapLayer& layer, const TToolOptions& options) {
     return true;
 }
 
-TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options) {
+TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options, bool notes) {
     TLoadOutcome outcome;
     if (path == "-") return outcome;
     outcome.iType = TGisMap::GetGisFileType(path.c_str());
@@ -109,10 +158,15 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
         return outcome;
     }
     TGisMap map;
-    outcome.iResult = map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr);
-    if (wantProgress) FinishProgress(outcome.iResult == 0);
+    ForgetProjectedAnswer();
+    outcome.iResult =
+        map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr, outcome.Report);
+    if (wantProgress) FinishProgress(outcome.Complete());
+    if (notes)
+        for (const TLoadReport::TSkipped& skipped : outcome.Report.GetSkipped())
+            PrintNote(path + ": " + DescribeSkipped(skipped));
     // A missing file: the base reports no status (6001) and the reader's open fails (6002).
-    if (outcome.iResult != 0) PrintError(DescribeFailure(path, outcome.iType, outcome.iResult, false));
+    if (!outcome.Complete()) PrintError(DescribeIncompleteLoad(path, outcome));
     return outcome;
 }
 

@@ -9,33 +9,7 @@
 #include "json_writer.h"
 
 const char* ElementKindName(const TMapElement& element) {
-    switch (element.GetKind()) {
-        case ELEMENT_LINE_BOUNDARY:
-            return "boundary";
-        case ELEMENT_LINE_AREA:
-            return "area";
-        case ELEMENT_LINE_ROAD:
-            return "road";
-        case ELEMENT_LINE_WATER:
-            return "water";
-        case ELEMENT_LINE_MISC:
-            return "misc";
-        case ELEMENT_LINE_GENERIC:
-            return "generic";
-        case ELEMENT_LINE:
-            return "line";
-        case ELEMENT_MARKER:
-            return "marker";
-        case ELEMENT_POINT:
-            return "point";
-        case ELEMENT_SPRAY:
-        case ELEMENT_SPRAY_ALT:
-            return "spray";
-        case ELEMENT_PATTERN:
-            return "pattern";
-        default:
-            return "unknown";
-    }
+    return GetElementKindName(element.GetKind());
 }
 
 namespace {
@@ -43,6 +17,33 @@ std::string TypeHex(std::uint32_t type) {
     char buf[16];
     std::snprintf(buf, sizeof buf, "0x%08X", type);
     return buf;
+}
+
+void WriteLoadReport(TJsonWriter& json, const TLoadReport& report) {
+    json.Key("report").BeginObject();
+    json.Key("added").BeginObject();
+    for (const auto& [kind, count] : report.GetAdded()) json.Key(kind).Integer(count);
+    json.EndObject();
+    json.Key("skipped").BeginArray();
+    for (const TLoadReport::TSkipped& s : report.GetSkipped()) {
+        json.BeginObject();
+        json.Key("cause").String(s.strCause);
+        json.Key("count").Integer(s.lCount);
+        json.Key("first").String(s.strFirst);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Key("stopped");
+    if (report.HasStopped()) {
+        const TLoadReport::TStopped& stopped = report.GetStopped();
+        json.BeginObject();
+        json.Key("reason").String(stopped.strReason);
+        json.Key("at").String((stopped.bAfter ? "after " : "") + stopped.strAt);
+        json.EndObject();
+    } else {
+        json.Null();
+    }
+    json.EndObject();
 }
 
 void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord* record,
@@ -62,13 +63,13 @@ void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord
 }
 }  // namespace
 
-std::string LayerToJson(const std::string& file, int type, int result, const TMapLayer& layer,
+std::string LayerToJson(const std::string& file, const TLoadOutcome& outcome, const TMapLayer& layer,
                         const TReportOptions& options) {
     TJsonWriter json;
     json.BeginObject();
     json.Key("file").String(file);
-    json.Key("type").Integer(type);
-    json.Key("result").Integer(result);
+    json.Key("type").Integer(outcome.iType);
+    json.Key("result").Integer(outcome.iResult);
     json.Key("layer").BeginObject();
     json.Key("llb").String(layer.m_strLLB);
     json.Key("centroids").BeginArray();
@@ -105,16 +106,18 @@ std::string LayerToJson(const std::string& file, int type, int result, const TMa
         json.EndObject();
     }
     json.EndArray();
+    WriteLoadReport(json, outcome.Report);
     json.EndObject();
     return json.Text() + "\n";
 }
 
-std::string LayerSummary(const std::string& file, int type, int result, const TMapLayer& layer) {
+std::string LayerSummary(const std::string& file, const TLoadOutcome& outcome, const TMapLayer& layer) {
     std::string out;
     out += "File:     " + file + "\n";
-    out += "Type:     " + std::to_string(type) + " (" +
-           TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) + ")\n";
-    out += "Result:   " + std::to_string(result) + " (" + GetResultCodeText(result) + ")\n";
+    out += "Type:     " + std::to_string(outcome.iType) + " (" +
+           TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(outcome.iType)) + ")\n";
+    out += "Result:   " + std::to_string(outcome.iResult) + " (" + DescribeResult(outcome.iResult, false) +
+           ")\n";
     std::map<std::string, int> counts;
     long long vertices = 0;
     for (const TMapElement* e : layer.m_Elements) {
@@ -142,5 +145,17 @@ std::string LayerSummary(const std::string& file, int type, int result, const TM
     }
     for (const TToolExtension& ext : ToolExtensions())
         if (ext.describeLayerText) ext.describeLayerText(out, layer);
+    if (file == "-") return out;
+    const std::vector<TLoadReport::TSkipped> skipped = outcome.Report.GetSkipped();
+    out += "Skipped:  ";
+    if (skipped.empty()) out += "nothing\n";
+    for (std::size_t i = 0; i < skipped.size(); ++i)
+        out += (i > 0 ? "          " : "") + DescribeSkipped(skipped[i]) + "\n";
+    const TLoadReport& report = outcome.Report;
+    out += "Stopped:  ";
+    if (report.HasStopped())
+        out += DescribeStop(report.GetStopped()) + "\n";
+    else
+        out += outcome.iResult == 0 ? "no, the whole file was read\n" : "yes, with the result above\n";
     return out;
 }

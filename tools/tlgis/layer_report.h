@@ -4,6 +4,7 @@
 #include <string>
 
 #include <tl_gis/hostmap/map_layer.h>
+#include "layer_loading.h"
 
 struct TReportOptions {
     bool bPoints = false;  // include every vertex
@@ -13,6 +14,8 @@ struct TReportOptions {
 // spray, pattern, or "unknown".
 const char* ElementKindName(const TMapElement& element);
 
-std::string LayerToJson(const std::string& file, int type, int result, const TMapLayer& layer,
+// Both end with the load report: "report" in JSON (added by kind, skipped causes, the stop or
+// null), a "Skipped" block and a "Stopped" line in the summary.
+std::string LayerToJson(const std::string& file, const TLoadOutcome& outcome, const TMapLayer& layer,
                         const TReportOptions& options);
-std::string LayerSummary(const std::string& file, int type, int result, const TMapLayer& layer);
+std::string LayerSummary(const std::string& file, const TLoadOutcome& outcome, const TMapLayer& layer);

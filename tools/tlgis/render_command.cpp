@@ -121,7 +121,7 @@ int RunRender(const TToolOptions& options) {
     const std::string& out = options.positional[1];
     TMapLayer layer;
     const TLoadOutcome loaded = LoadLayer(in, layer, options);
-    if (loaded.iResult != 0) return 1;
+    if (!loaded.Complete()) return 1;
     if (!AugmentLayer(layer, options)) return 1;
     layer.CalculateGeoExtents();
     if (!RenderLayerSvg(layer, out, in, width)) {

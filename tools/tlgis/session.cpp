@@ -15,6 +15,7 @@
 
 namespace {
 bool g_bQuiet = false;
+int g_iProjectedAnswer = 0;  // the answer given in this file so far, 0 before the first question
 
 bool IsConfigFolder(const std::string& dir) {
     std::error_code ec;
@@ -52,11 +53,21 @@ void SetQuietNotes(bool quiet) {
     g_bQuiet = quiet;
 }
 
+void ForgetProjectedAnswer() {
+    g_iProjectedAnswer = 0;
+}
+
 bool SetUpSession(const TToolOptions& options, std::string& error) {
     g_bQuiet = options.Has("quiet") || options.Has("q");
-    const std::string projected = options.Get("projected", "stop");
-    if (projected != "stop" && projected != "skip" && projected != "ask") {
-        error = "--projected takes stop, skip or ask, not '" + projected + "'";
+    std::string projected = options.Get("projected", "stop");
+    if (projected == "skip") {
+        PrintNote(
+            "--projected skip is now spelled --projected continue; skip is taken as continue until the "
+            "next release");
+        projected = "continue";
+    }
+    if (projected != "stop" && projected != "continue" && projected != "ask") {
+        error = "--projected takes stop, continue or ask, not '" + projected + "'";
         return false;
     }
 
@@ -75,6 +86,8 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         if (text.empty() && request.iTextId != 0) text = "message " + std::to_string(request.iTextId);
         const bool question = request.IsQuestion();
         if (!question && g_bQuiet && (request.uFlags & 0xF0) == MSGBOX_ICONINFORMATION) return ANSWER_OK;
+        // A file asks once per point; the answer given first holds for the rest of the file.
+        if (question && projected != "ask" && g_iProjectedAnswer != 0) return g_iProjectedAnswer;
         std::size_t start = 0;
         while (start <= text.size()) {
             const auto nl = text.find('\n', start);
@@ -86,10 +99,10 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         }
         if (!question) return ANSWER_OK;
         if (projected == "ask") return AskOnTerminal(request);
-        const int answer = projected == "skip" ? ANSWER_NO : ANSWER_YES;
-        std::fprintf(stderr, "%s: answered %s (--projected %s)\n", prefix.c_str(),
-                     answer == ANSWER_YES ? "Yes" : "No", projected.c_str());
-        return answer;
+        g_iProjectedAnswer = projected == "continue" ? ANSWER_NO : ANSWER_YES;
+        std::fprintf(stderr, "%s: answered %s (--projected %s), and so for the rest of this file\n",
+                     prefix.c_str(), g_iProjectedAnswer == ANSWER_YES ? "Yes" : "No", projected.c_str());
+        return g_iProjectedAnswer;
     });
     return true;
 }

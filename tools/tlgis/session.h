@@ -17,3 +17,7 @@ void PrintError(const std::string& message);
 void PrintNote(const std::string& message);
 // Silences notes from here on (the demo prints its own lines instead).
 void SetQuietNotes(bool quiet);
+// Starts a new file: the next question about projected coordinates is shown and answered again
+// (with --projected stop or continue, later ones in the same file are answered the same way
+// without a word).
+void ForgetProjectedAnswer();

@@ -10,6 +10,7 @@
 #include <tl_gis/platform/result_codes.h>
 
 class TFileBase;
+class TLoadReport;
 
 // Receives a rough percentage of the file read; may be null.
 typedef void (*GisProgressCallback)(int);
@@ -27,14 +28,14 @@ enum REDUCTION_OPTIONS {
 // tolerance option sets each of its three warnings in two slots, and reports them in the order
 // total, lines, vertices, then the three again.
 enum JOB_WARNING_SLOT : int {
-    JOB_WARN_LINE_DROPPED = 0,          // options 0 and 1: a line beyond the 500th was dropped
-    JOB_WARN_LINE_REDUCED = 1,          // options 0 and 1: a line decimated, or passed over at the total
-    JOB_WARN_TOO_MANY_LINES = 2,        // option 2: a line's number exceeds 500 (also slot 4)
-    JOB_WARN_TOO_MANY_VERTICES = 3,     // option 2: a line keeps more than 999 vertices (also slot 5)
-    JOB_WARN_TOO_MANY_LINES_2 = 4,      // set with slot 2
-    JOB_WARN_TOO_MANY_VERTICES_2 = 5,   // set with slot 3
-    JOB_WARN_TOTAL_EXCEEDED = 6,        // option 2: the vertex total exceeds 98,901 (also slot 7)
-    JOB_WARN_TOTAL_EXCEEDED_2 = 7,      // set with slot 6
+    JOB_WARN_LINE_DROPPED = 0,         // options 0 and 1: a line beyond the 500th was dropped
+    JOB_WARN_LINE_REDUCED = 1,         // options 0 and 1: a line decimated, or passed over at the total
+    JOB_WARN_TOO_MANY_LINES = 2,       // option 2: a line's number exceeds 500 (also slot 4)
+    JOB_WARN_TOO_MANY_VERTICES = 3,    // option 2: a line keeps more than 999 vertices (also slot 5)
+    JOB_WARN_TOO_MANY_LINES_2 = 4,     // set with slot 2
+    JOB_WARN_TOO_MANY_VERTICES_2 = 5,  // set with slot 3
+    JOB_WARN_TOTAL_EXCEEDED = 6,       // option 2: the vertex total exceeds 98,901 (also slot 7)
+    JOB_WARN_TOTAL_EXCEEDED_2 = 7,     // set with slot 6
     JOB_WARNING_SLOTS = 8,
 };
 
@@ -55,6 +56,11 @@ public:
     virtual int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress);
 
     static bool IsValidFile(const char* path);
+
+    // The report the next load records into: what it added, passed over and where it stopped
+    // (see load_report.h). Null, the default, records nothing. The report stays the caller's.
+    void SetLoadReport(TLoadReport* report) { m_pLoadReport = report; }
+    TLoadReport* GetLoadReport() const { return m_pLoadReport; }
 
     // Export settings, set by the host before a write.
     static double s_dDecimationLimitM;  // JOB decimation tolerance of option 2, metres
@@ -98,6 +104,9 @@ public:
     GisProgressCallback m_pfnProgress = nullptr;
     int m_iProgressStep = 0;
     int m_iLastProgress = 0;
+
+protected:
+    TLoadReport* m_pLoadReport = nullptr;
 };
 
 // Tells whether the text after the last '.' of the path equals ext, ignoring case.

@@ -4,6 +4,7 @@
 
 #include <tl_gis/export.h>
 #include <tl_gis/gis/gis_file.h>
+#include <tl_gis/gis/load_report.h>
 
 enum TLGIS_FILE_TYPE {
     GIS_FILE_NONE = 0,
@@ -25,6 +26,9 @@ public:
     static TLGIS_FILE_TYPE GetGisFileType(const char* path);
     // Reads the file into the layer, adding to what it holds.
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    // As above, and fills report with what the load added, passed over and where it stopped;
+    // the result is the same. A name no format takes leaves the report empty.
+    int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress, TLoadReport& report);
     // Writes the layer's elements in the format the name selects.
     int WriteFile(const char* path, TMapLayer* layer);
 
@@ -39,6 +43,7 @@ public:
 
 private:
     // The load and the write themselves; LoadFile and WriteFile turn what they throw into 6003.
-    int LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress);
+    static int LoadWithFormat(const char* path, TMapLayer* layer, GisProgressCallback progress,
+                              TLoadReport* report);
     int WriteWithFormat(const char* path, TMapLayer* layer);
 };

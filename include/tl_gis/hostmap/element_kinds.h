@@ -34,3 +34,41 @@ constexpr std::uint32_t ELEMENT_STATE_HIGHLIGHT = 0x1u;
 
 // The colour value that means "no colour".
 constexpr std::uint32_t COLOR_NONE = 0xFFFFFFFFu;
+
+// Kinds in the order reports list them: boundary, area, road, water, misc, generic, line,
+// marker, point, spray, pattern, then "unknown" for every other code.
+constexpr int ELEMENT_KIND_ORDER_COUNT = 12;
+// The position of a kind code (its high 20 bits) in that order; inline, as a load report asks
+// it of every element a load adds.
+constexpr int GetElementKindOrder(std::uint32_t kind) {
+    switch (kind & ELEMENT_KIND_MASK) {
+        case ELEMENT_LINE_BOUNDARY:
+            return 0;
+        case ELEMENT_LINE_AREA:
+            return 1;
+        case ELEMENT_LINE_ROAD:
+            return 2;
+        case ELEMENT_LINE_WATER:
+            return 3;
+        case ELEMENT_LINE_MISC:
+            return 4;
+        case ELEMENT_LINE_GENERIC:
+            return 5;
+        case ELEMENT_LINE:
+            return 6;
+        case ELEMENT_MARKER:
+            return 7;
+        case ELEMENT_POINT:
+            return 8;
+        case ELEMENT_SPRAY:
+        case ELEMENT_SPRAY_ALT:
+            return 9;
+        case ELEMENT_PATTERN:
+            return 10;
+        default:
+            return ELEMENT_KIND_ORDER_COUNT - 1;
+    }
+}
+// The name of the kind at a position of that order, or of a kind code.
+TL_GIS_API const char* GetElementKindNameAt(int order);
+TL_GIS_API const char* GetElementKindName(std::uint32_t kind);

@@ -64,7 +64,8 @@ public:
     // Reads a whole line without its end, at most maxLen characters; the rest of a longer
     // line is skipped. False at end of file.
     bool ReadLine(std::string& line, std::size_t maxLen = kMaxViewLine);
-    // True when the last ReadLineView() returned the end of its line, false for a piece.
+    // True when the last ReadLineView() or ReadLine(buf, cap) returned the end of its line, false
+    // for a piece.
     bool LastLineComplete() const { return m_bLastComplete; }
     // The next byte without consuming it; -1 at end of file.
     int PeekChar();

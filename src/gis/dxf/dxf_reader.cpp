@@ -15,6 +15,7 @@
 #include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/dxf_tables.h"
 #include "gis/internal_results.h"
+#include "gis/load_recording.h"
 #include "platform/no_throw.h"
 
 namespace {
@@ -91,6 +92,24 @@ bool Is(const std::string& entity, std::string_view keyword) {
     return std::string_view(entity).starts_with(keyword);
 }
 
+// A binary drawing starts with this sentinel; nothing of it can be read as group lines.
+constexpr std::string_view kBinarySentinel = "AutoCAD Binary DXF";
+
+// Entities the reader takes nothing from, by the cause a load report counts them under.
+constexpr TNamedCause kIgnoredEntities[] = {
+    {"POINT", LOAD_DXF_POINT},         {"ARC", LOAD_DXF_ARC},
+    {"CIRCLE", LOAD_DXF_CIRCLE},       {"ELLIPSE", LOAD_DXF_ELLIPSE},
+    {"SPLINE", LOAD_DXF_SPLINE},       {"TEXT", LOAD_DXF_TEXT},
+    {"MTEXT", LOAD_DXF_MTEXT},         {"HATCH", LOAD_DXF_HATCH},
+    {"SOLID", LOAD_DXF_SOLID},         {"3DFACE", LOAD_DXF_3DFACE},
+    {"DIMENSION", LOAD_DXF_DIMENSION},
+};
+
+// Entities that carry no drawing of their own: the frame of sections and blocks, the attributes
+// and definitions an INSERT reads through its SEQEND, layer entries and viewports.
+constexpr std::string_view kStructuralEntities[] = {"ATTRIB", "ATTDEF",     "BLOCK",    "ENDBLK",
+                                                    "ENDSEC", "LWPOLYLINE", "VIEWPORT", "LAYER"};
+
 }  // namespace
 
 int TGisFileDxf::s_iDefaultSingleBlockMode = 0;
@@ -116,6 +135,7 @@ int TGisFileDxf::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
 
 int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     TTextFile file;
     if (layer == nullptr || !file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
@@ -128,13 +148,24 @@ int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCall
     s.strOpenEntity.clear();
     s.bInBlocks = false;
     s.bInEntities = false;
+    m_lEntityLine = m_lOpenLine = 0;
+    m_bInsertPending = false;
 
     TDxfLineReader reader(file);
+    m_pLines = &reader;
     std::string_view line;
+    bool more = reader.Next(line);
+    if (more && line.starts_with(kBinarySentinel)) {
+        if (m_pLoadReport != nullptr)
+            m_pLoadReport->Stop(1, false,
+                                "the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); "
+                                "only ASCII DXF is read");
+        more = false;
+    }
     // Progress changes only when the position leaves the step it is in; lines within one step
     // need no report.
     std::int64_t stepStart = 0, stepEnd = 0;
-    while (reader.Next(line)) {
+    for (; more; more = reader.Next(line)) {
         result = ProcessDxfLine(line);
         if (result == GISFILE_ERR_CANCELLED) {
             result = GISFILE_ERR_UNAVAILABLE;
@@ -147,6 +178,8 @@ int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCall
             stepEnd = stepStart + m_iProgressStep;
         }
     }
+    NoteTaglessInsert();
+    m_pLines = nullptr;
     return result;
 }
 
@@ -171,6 +204,7 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
     switch (code) {
         case 0:
             s.strEntity.assign(TextValue(value));
+            m_lEntityLine = CurrentLine();
             ProcessNewEntity();
             return GISFILE_OK;
         case 1:
@@ -231,8 +265,10 @@ int TGisFileDxf::ProcessLightweightVertex() {
         return GISFILE_OK;
     }
     const int result = AskAboutCoordinate(lat, lon);
+    if (result == GISFILE_ERR_CANCELLED) return result;
+    NoteRefused(lat, lon, false, CurrentLine());
     // One vertex fewer to wait for, so the polyline still ends with the ones that remain.
-    if (result != GISFILE_ERR_CANCELLED && s.iVertexCount > 0) --s.iVertexCount;
+    if (s.iVertexCount > 0) --s.iVertexCount;
     return result;
 }
 
@@ -246,7 +282,9 @@ int TGisFileDxf::ProcessNewEntity() {
     TDxfParseState& s = s_State;
     s.iPaperSpace = 0;
     if ((!s.bInBlocks && !s.bInEntities) || !Is(s.strEntity, "LWPOLYLINE")) return GISFILE_OK;
+    NoteTaglessInsert();
     s.strOpenEntity = s.strEntity;
+    m_lOpenLine = m_lEntityLine;
     if (!PrepareVertexArray()) return RESULT_NO_VERTEX_ARRAY;
     s.bInLwPolyline = true;
     m_iNumLocs = 0;
@@ -267,7 +305,9 @@ int TGisFileDxf::ProcessDxfEntity() {
     }
     if (!s.bInBlocks && !s.bInEntities) return GISFILE_OK;
     if (Is(type, "POLYLINE")) {
+        NoteTaglessInsert();
         s.strOpenEntity = type;
+        m_lOpenLine = m_lEntityLine;
         if (!PrepareVertexArray()) return RESULT_NO_VERTEX_ARRAY;
         s.bInPolyline = true;
         m_iNumLocs = 0;
@@ -280,30 +320,52 @@ int TGisFileDxf::ProcessDxfEntity() {
         if (s.dBulge > 0.9) s.bClosed = false;
         double lat = 0.0, lon = 0.0;
         // A vertex that is no geographic position is dropped without a question.
-        if (ConvertToLL(s.dX0, s.dY0, &lat, &lon) && !AddVertex(lat, lon)) return GISFILE_ERR_DATA;
+        if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) {
+            NoteRefused(lat, lon, false, m_lEntityLine);
+            return GISFILE_OK;
+        }
+        return AddVertex(lat, lon) ? GISFILE_OK : GISFILE_ERR_DATA;
+    }
+    if (Is(type, "POINT")) {
+        NoteIgnoredEntity(type);
         return GISFILE_OK;
     }
-    if (Is(type, "POINT")) return GISFILE_OK;
     if (Is(type, "LINE")) {
-        if (!s.bImport) return GISFILE_OK;
+        if (!s.bImport) {
+            NoteNotTaken(m_lEntityLine);
+            return GISFILE_OK;
+        }
         tagLOC points[2];
         const bool valid0 = ConvertToLL(s.dX0, s.dY0, &points[0].dLat, &points[0].dLon);
         const bool valid1 = ConvertToLL(s.dX1, s.dY1, &points[1].dLat, &points[1].dLon);
-        if (!valid0 || !valid1) return AskAboutCoordinate(points[0].dLat, points[0].dLon);
-        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_GENERIC), 0, 2, points, "", false, COLOR_NONE,
-                        false, false, false);
+        if (!valid0 || !valid1) {
+            // The question is about the first point, whichever of the two was refused.
+            const int result = AskAboutCoordinate(points[0].dLat, points[0].dLon);
+            const tagLOC& refused = valid0 ? points[1] : points[0];
+            if (result != GISFILE_ERR_CANCELLED) NoteRefused(refused.dLat, refused.dLon, true, m_lEntityLine);
+            return result;
+        }
+        NoteAdded(m_pLoadReport, AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_GENERIC), 0, 2,
+                                                 points, "", false, COLOR_NONE, false, false, false));
         return GISFILE_OK;
     }
     if (Is(type, "INSERT")) {
+        NoteTaglessInsert();
         s.strOpenEntity = type;
         s.bImport = true;
+        m_lOpenLine = m_lEntityLine;
+        m_bInsertPending = true;
         return GISFILE_OK;
     }
-    if (Is(type, "SOLID") || Is(type, "TEXT") || Is(type, "ARC") || Is(type, "LAYER")) return GISFILE_OK;
+    if (Is(type, "SOLID") || Is(type, "TEXT") || Is(type, "ARC") || Is(type, "LAYER")) {
+        NoteIgnoredEntity(type);
+        return GISFILE_OK;
+    }
     if (Is(type, "SEQEND")) return ProcessSeqEnd();
     // A lightweight polyline whose count was not reached (a vertex rejected or missing) ends
     // with its entity, keeping the vertices it has.
     if (Is(type, "LWPOLYLINE") && s.bInLwPolyline) return ProcessSeqEnd();
+    NoteIgnoredEntity(type);
     return GISFILE_OK;
 }
 
@@ -311,12 +373,21 @@ int TGisFileDxf::ProcessSeqEnd() {
     TDxfParseState& s = s_State;
     int result = GISFILE_OK;
     if (s.bImport && (s.bInPolyline || s.bInLwPolyline)) {
-        if (m_iNumLocs > 0)
-            AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
-                            COLOR_NONE, false, false, false);
+        if (m_iNumLocs > 0) {
+            const TFeatureLine* line =
+                AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
+                                COLOR_NONE, false, false, false);
+            NoteAdded(m_pLoadReport, line);
+            if (line == nullptr && m_iFeatureType == static_cast<int>(ELEMENT_MARKER) &&
+                m_pLoadReport != nullptr)
+                m_pLoadReport->Skip(LOAD_DXF_MARKER_LAYER_LINE, m_lOpenLine);
+        }
     } else if (s.bImport && Is(s.strOpenEntity, "INSERT")) {
         result = ProcessInsert();
+    } else if (!s.bImport && (s.bInPolyline || s.bInLwPolyline || Is(s.strOpenEntity, "INSERT"))) {
+        NoteNotTaken(m_lOpenLine);
     }
+    m_bInsertPending = false;
     // Any SEQEND ends the polyline, also one whose entities were not taken, so that a skipped
     // polyline cannot collect the vertices of what follows.
     s.bInPolyline = false;
@@ -331,9 +402,18 @@ int TGisFileDxf::ProcessSeqEnd() {
 int TGisFileDxf::ProcessInsert() {
     TDxfParseState& s = s_State;
     double lat = 0.0, lon = 0.0;
-    if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) return AskAboutCoordinate(lat, lon);
-    if (const TDxfTagClass* row = FindDxfTagClass(s.strName))
+    if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) {
+        const int result = AskAboutCoordinate(lat, lon);
+        if (result != GISFILE_ERR_CANCELLED) NoteRefused(lat, lon, true, m_lOpenLine);
+        return result;
+    }
+    if (const TDxfTagClass* row = FindDxfTagClass(s.strName)) {
+        const std::size_t before = m_pLayer->m_Elements.size();
         AddImportedMarker(m_pLayer, row->iSymbol, TLoc(lat, lon), s.strText.c_str());
+        if (m_pLoadReport != nullptr && m_pLayer->m_Elements.size() > before)
+            m_pLoadReport->CountAdded(ELEMENT_MARKER);
+    } else if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_DXF_INSERT_NO_TAG, m_lOpenLine))
+        m_pLoadReport->SetFirstNote(LOAD_DXF_INSERT_NO_TAG, "tag " + TLoadReport::EscapeText(s.strName));
     return GISFILE_OK;
 }
 
@@ -375,7 +455,57 @@ int TGisFileDxf::AskAboutCoordinate(double lat, double lon) {
     const int kind = ClassifyCoordinate(lat, lon);
     if (kind != COORD_PROJECTED) return kind;
     const std::string source = DescribeSourceForPrompt(" DXF ");
-    return PromptProjectedCoordinate(source.c_str(), lat, lon) == ANSWER_YES ? GISFILE_ERR_CANCELLED : 1;
+    if (PromptProjectedCoordinate(source.c_str(), lat, lon) != ANSWER_YES) return 1;
+    if (m_pLoadReport != nullptr)
+        m_pLoadReport->Stop(CurrentLine(), false,
+                            "the projected-coordinate question about " + TLoadReport::PointText(lat, lon) +
+                                " was answered Yes; the rest of the file was not read");
+    return GISFILE_ERR_CANCELLED;
+}
+
+long long TGisFileDxf::CurrentLine() const {
+    return m_pLines != nullptr ? m_pLines->GetLineNumber() : 0;
+}
+
+void TGisFileDxf::NoteRefused(double lat, double lon, bool wholeEntity, long long line) {
+    if (m_pLoadReport == nullptr) return;
+    if (s_State.iPaperSpace != 0)
+        m_pLoadReport->Skip(LOAD_DXF_PAPER_SPACE, line);
+    else
+        m_pLoadReport->Skip(RefusedCoordinateCause(lat, lon, wholeEntity), line);
+}
+
+void TGisFileDxf::NoteNotTaken(long long line) {
+    if (m_pLoadReport == nullptr) return;
+    if (s_State.iPaperSpace != 0) {
+        m_pLoadReport->Skip(LOAD_DXF_PAPER_SPACE, line);
+    } else if (m_pLoadReport->Skip(LOAD_DXF_LAYER_NOT_TAKEN, line)) {
+        m_pLoadReport->SetFirstNote(LOAD_DXF_LAYER_NOT_TAKEN,
+                                    "layer " + TLoadReport::EscapeText(s_State.strLayer));
+    }
+}
+
+void TGisFileDxf::NoteIgnoredEntity(const std::string& type) {
+    if (m_pLoadReport == nullptr) return;
+    for (std::string_view structural : kStructuralEntities)
+        if (type == structural) return;
+    for (const TNamedCause& e : kIgnoredEntities) {
+        if (type == e.pszName) {
+            m_pLoadReport->Skip(e.eCause, m_lEntityLine);
+            return;
+        }
+    }
+    if (m_pLoadReport->Skip(LOAD_DXF_OTHER_ENTITY, m_lEntityLine))
+        m_pLoadReport->SetFirstNote(LOAD_DXF_OTHER_ENTITY, TLoadReport::EscapeText(type));
+}
+
+// An INSERT with no attributes has no SEQEND: it makes no marker, which is told when the next
+// compound entity replaces it or the drawing ends.
+void TGisFileDxf::NoteTaglessInsert() {
+    if (!m_bInsertPending) return;
+    m_bInsertPending = false;
+    if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_DXF_INSERT_NO_TAG, m_lOpenLine))
+        m_pLoadReport->SetFirstNote(LOAD_DXF_INSERT_NO_TAG, "no attributes");
 }
 
 void TGisFileDxf::ClearFields() {

@@ -9,12 +9,15 @@
 template <class Handler>
 void ReadJobBody(TTextFile& file, Handler&& handle) {
     std::int64_t position = file.GetPosition();
+    long long line = GetJobNextLine();
     while (!ReadJobTokens(file)) {
         if (g_szJobTokens[0][0] == '.') {
             file.Seek(position);
+            SetJobNextLine(line);
             return;
         }
         if (!handle()) return;
         position = file.GetPosition();
+        line = GetJobNextLine();
     }
 }

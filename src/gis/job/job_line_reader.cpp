@@ -12,6 +12,7 @@
 #include "gis/internal_results.h"
 #include "gis/job/job_body.h"
 #include "gis/job/job_vertex_buffer.h"
+#include "gis/load_recording.h"
 #include "gis/text_format.h"
 #include "gis/text_ids.h"
 
@@ -62,7 +63,7 @@ void ShowMemoryExhausted(int firstTextId, const char* id) {
     ShowMessageBox(FormatText(format, {id}), "", MSGBOX_OK | MSGBOX_ICONEXCLAMATION, firstTextId);
 }
 
-int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary) {
+int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary, TLoadReport* report) {
     TJobVertexBuffer vertices;
     if (!vertices.Allocate()) return RESULT_JOB_NO_VERTEX_BUFFER;
     const std::string lineId = id != nullptr ? id : "";
@@ -99,9 +100,11 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         result = ClassifyCoordinate(lat, lon);
         if (result == COORD_PROJECTED &&
             PromptProjectedCoordinate(file.GetFilePath().c_str(), lat, lon) == ANSWER_YES) {
+            if (report != nullptr) report->Skip(LOAD_LINE_ABANDONED, GetJobLine());
             cancelled = true;
             return false;
         }
+        if (report != nullptr) report->Skip(RefusedCoordinateCause(lat, lon, false), GetJobLine());
         return true;
     });
     if (cancelled) return GISFILE_ERR_CANCELLED;
@@ -113,23 +116,43 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
         if (count > 0 && body.iBoundType != BOUNDARY_OPEN)
             close = points[0].dLat != points[count - 1].dLat || points[0].dLon != points[count - 1].dLon;
         layer->m_dValue = body.dValue;
-        AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_BOUNDARY), body.iBoundType, count, points,
-                        lineId.c_str(), close, body.dwColor, body.bRgbFlag1, body.bRgbFlag2, body.bHasColor);
+        NoteAdded(report, AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_BOUNDARY), body.iBoundType,
+                                          count, points, lineId.c_str(), close, body.dwColor, body.bRgbFlag1,
+                                          body.bRgbFlag2, body.bHasColor));
     } else {
         layer->m_dValue = 0.0;
-        AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_GENERIC), BOUNDARY_OPEN, count, points,
-                        lineId.c_str(), false, COLOR_NONE, false, false, false);
+        NoteAdded(report, AddImportedLine(layer, static_cast<int>(ELEMENT_LINE_GENERIC), BOUNDARY_OPEN, count,
+                                          points, lineId.c_str(), false, COLOR_NONE, false, false, false));
     }
+    return result;
+}
+
+// A body read for a reader that counts its lines itself: the count goes on from its line.
+int ReadCountedLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundary, TLoadReport* report,
+                        long long* line) {
+    if (line != nullptr) SetJobNextLine(*line + 1);
+    const int result = ReadLineBody(file, layer, id, boundary, report);
+    if (line != nullptr) *line = GetJobNextLine() - 1;
     return result;
 }
 }  // namespace
 
-int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char*) {
-    if (layer == nullptr) return GISFILE_ERR_DATA;
-    return ReadLineBody(file, layer, id, true);
+int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char* name) {
+    return ReadPolygon(file, layer, id, name, nullptr);
 }
 
-int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char*) {
+int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char* name) {
+    return ReadPolyline(file, layer, id, name, nullptr);
+}
+
+int TGisFileJob::ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char*,
+                             TLoadReport* report, long long* line) {
     if (layer == nullptr) return GISFILE_ERR_DATA;
-    return ReadLineBody(file, layer, id, false);
+    return ReadCountedLineBody(file, layer, id, true, report, line);
+}
+
+int TGisFileJob::ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char*,
+                              TLoadReport* report, long long* line) {
+    if (layer == nullptr) return GISFILE_ERR_DATA;
+    return ReadCountedLineBody(file, layer, id, false, report, line);
 }

@@ -9,6 +9,7 @@
 #include <tl_gis/gis/job/gis_file_job.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/job/job_body.h"
+#include "gis/load_recording.h"
 #include "platform/no_throw.h"
 #include "platform/units.h"
 
@@ -103,10 +104,14 @@ void TGisFileJob::ReadMarker(TTextFile& file, TMapLayer* layer) {
         }
         const double lat = ParseDouble(JobToken(0));
         const double lon = ParseDouble(JobToken(1));
-        if (IsAcceptedJobCoordinate(lat, lon)) marker->m_Loc = TLoc(lat, lon);
+        if (IsAcceptedJobCoordinate(lat, lon))
+            marker->m_Loc = TLoc(lat, lon);
+        else if (m_pLoadReport != nullptr)
+            m_pLoadReport->Skip(RefusedCoordinateCause(lat, lon, false), GetJobLine());
         return true;
     });
     marker->CalculateGeoExtents();
+    NoteAdded(m_pLoadReport, marker.get());
     layer->AddElement(marker.release(), ADD_ELEMENT_OWNED);
 }
 
@@ -121,7 +126,18 @@ void TGisFileJob::ReadPattern(TTextFile& file, TMapLayer* layer) {
     });
     pattern->m_bModified = false;
     pattern->CalculateGeoExtents();
+    NoteAdded(m_pLoadReport, pattern.get());
     layer->AddElement(pattern.release(), ADD_ELEMENT_OWNED);
+}
+
+void TGisFileJob::NoteIgnoredLine(std::string_view key, bool& inUnknownRecord) {
+    if (!key.empty() && key[0] == '.') {
+        inUnknownRecord = true;
+        if (m_pLoadReport->Skip(LOAD_UNKNOWN_RECORD, GetJobLine()))
+            m_pLoadReport->SetFirstNote(LOAD_UNKNOWN_RECORD, TLoadReport::EscapeText(key));
+    } else if (!key.empty() && !inUnknownRecord) {
+        m_pLoadReport->Skip(LOAD_STRAY_LINE, GetJobLine());
+    }
 }
 
 int TGisFileJob::LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) {
@@ -130,18 +146,26 @@ int TGisFileJob::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
 
 int TGisFileJob::ReadJob(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     m_iVersion = 0;
     if (layer == nullptr) return GISFILE_ERR_OPEN;
     TTextFile file;
     if (!file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
+    SetJobNextLine(1);
 
     int lineNumber = 0;
+    bool inUnknownRecord = false;  // the lines after a record line of an unknown keyword are its own
     for (bool end = ReadJobLine(file) != 0; !end; end = ReadJobLine(file) != 0) {
         ++lineNumber;
         const std::string_view key = JobToken(0);
+        if (!key.empty() && key[0] == '.') inUnknownRecord = false;
         if (lineNumber == 1) {
-            if (!StartsWithNoCase(key, ".JOB")) return GISFILE_ERR_OPEN;
+            if (!StartsWithNoCase(key, ".JOB")) {
+                if (m_pLoadReport != nullptr)
+                    m_pLoadReport->Stop(1, false, "the first line does not start with \".JOB\"");
+                return GISFILE_ERR_OPEN;
+            }
             m_strJobName = JobToken(1);
             m_strLLB = JobToken(2);
         } else if (StartsWithNoCase(key, ".VE")) {
@@ -158,9 +182,11 @@ int TGisFileJob::ReadJob(const char* path, TMapLayer* layer, GisProgressCallback
             // The body overwrites the tokens, so the id and name are copied first.
             const std::string id(JobToken(1)), name(JobToken(2));
             if (StartsWithNoCase(key, ".PO"))
-                ReadPolygon(file, layer, id.c_str(), name.c_str());
+                ReadPolygon(file, layer, id.c_str(), name.c_str(), m_pLoadReport);
             else
-                ReadPolyline(file, layer, id.c_str(), name.c_str());
+                ReadPolyline(file, layer, id.c_str(), name.c_str(), m_pLoadReport);
+        } else if (m_pLoadReport != nullptr) {
+            NoteIgnoredLine(key, inUnknownRecord);
         }
         layer->m_strLLB = m_strLLB;
         UpdateProgressControl(file);

@@ -6,6 +6,23 @@
 
 char g_szJobTokens[JOB_TOKEN_COUNT][JOB_TOKEN_CHARS + 1];
 
+namespace {
+long long s_lJobLine = 0;
+long long s_lJobNextLine = 1;
+}  // namespace
+
+long long GetJobLine() {
+    return s_lJobLine;
+}
+
+long long GetJobNextLine() {
+    return s_lJobNextLine;
+}
+
+void SetJobNextLine(long long line) {
+    s_lJobNextLine = line;
+}
+
 void TokenizeJobLine(const char* line) {
     const unsigned char* p = reinterpret_cast<const unsigned char*>(line);
     for (int t = 0; t < JOB_TOKEN_COUNT; ++t) {
@@ -19,6 +36,9 @@ void TokenizeJobLine(const char* line) {
 bool ReadJobTokens(TTextFile& file) {
     char line[JOB_LINE_CHARS + 1];
     if (!file.ReadLine(line, sizeof line)) return true;
+    s_lJobLine = s_lJobNextLine;
+    // Only the last piece of a long line ends it.
+    if (file.LastLineComplete()) ++s_lJobNextLine;
     TokenizeJobLine(line);
     return false;
 }

@@ -28,6 +28,13 @@ class TTextFile;
 // Reads one line of at most 99 characters and tokenises it. True at end of file.
 bool ReadJobTokens(TTextFile& file);
 
+// Line numbers for load reports, shared like the tokens: the line of the file that the last
+// ReadJobTokens read (every piece of a long line has its line's number), and the line the next
+// read starts in. A reader that moves the file sets the next line to match.
+long long GetJobLine();
+long long GetJobNextLine();
+void SetJobNextLine(long long line);
+
 // A coordinate pair of a marker, boundary or polyline body is taken when it is within the
 // degree ranges and not within one degree of latitude 0 and longitude 0 together.
 bool IsAcceptedJobCoordinate(double lat, double lon);

@@ -6,8 +6,10 @@
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/internal_results.h"
+#include "gis/load_recording.h"
 #include "platform/no_throw.h"
 
 namespace {
@@ -39,10 +41,14 @@ const TKeywordEntry kKeywords[] = {
     {"SYMBOL", KW_IGNORED}, {"VERSION", KW_IGNORED}, {"*EOF", KW_EOF},
 };
 
+bool IsAsciiLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 TMifKeyword MatchKeyword(std::string_view line) {
     // Point lines start with a digit or a sign: most lines leave here.
     const char c = line[0];
-    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '*')) return KW_NONE;
+    if (!IsAsciiLetter(c) && c != '*') return KW_NONE;
     for (const TKeywordEntry& k : kKeywords)
         if (StartsWithNoCase(line, k.pszText)) return k.eKeyword;
     return KW_NONE;
@@ -79,6 +85,22 @@ bool ScanTwoDoubles(std::string_view text, double& x, double& y) {
     std::size_t pos = 0;
     return ScanDouble(text, pos, x) && ScanDouble(text, pos, y);
 }
+
+// Objects of the DATA section the reader takes nothing from. The parts of a Collection are
+// objects of their own (its regions and polylines are read), so the Collection line is not one.
+constexpr TNamedCause kUnreadObjects[] = {
+    {"LINE", LOAD_MIF_LINE},       {"ARC", LOAD_MIF_ARC},
+    {"TEXT", LOAD_MIF_TEXT},       {"MULTIPOINT", LOAD_MIF_MULTIPOINT},
+    {"RECT", LOAD_MIF_RECT},       {"ROUNDRECT", LOAD_MIF_ROUNDRECT},
+    {"ELLIPSE", LOAD_MIF_ELLIPSE}, {"NONE", LOAD_MIF_NONE},
+};
+
+// The first word of a line: the run of characters above a blank.
+std::string_view FirstWord(std::string_view line) {
+    std::size_t end = 0;
+    while (end < line.size() && !IsMifBlank(line[end])) ++end;
+    return line.substr(0, end);
+}
 }  // namespace
 
 bool TGisFileMidMif::IsValidFile(const char* path) {
@@ -96,8 +118,11 @@ int TGisFileMidMif::LoadFile(const char* path, TMapLayer* layer, GisProgressCall
 
 int TGisFileMidMif::ReadMif(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     int result = TGisFile::LoadFile(path, layer, progress);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     if (!m_MifFile.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
+    m_lLine = 0;
+    m_bInData = false;
     std::string_view line;
     bool continuation = false;
     while (m_MifFile.ReadLineView(line)) {
@@ -105,6 +130,7 @@ int TGisFileMidMif::ReadMif(const char* path, TMapLayer* layer, GisProgressCallb
         const bool piece = continuation;
         continuation = !m_MifFile.LastLineComplete();
         if (piece) continue;
+        ++m_lLine;
         if (ProcessMifLine(line, layer) != 0) break;
         UpdateProgressControl(m_MifFile);
     }
@@ -134,18 +160,25 @@ int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
             while (i < line.size() && !IsMifBlank(line[i])) ++i;
             m_iExpectedVertices = ParseInt(line.substr(i));
             s_iMifReadState = MIF_STATE_COUNT;
+            // PLINE MULTIPLE has sections where a count would be; the report says so when that
+            // stops the reading.
+            while (i < line.size() && IsMifBlank(line[i])) ++i;
+            m_bMultiplePline = StartsWithNoCase(line.substr(i), "MULTIPLE");
             return 0;
         }
         case KW_REGION:
             SaveCurrentPolyline();
             s_iMifReadState = MIF_STATE_REGION;
+            if (m_pLoadReport != nullptr) NoteRegionRings(line);
             return 0;
         case KW_DATA:
             m_iObjectNumber = 0;
+            m_bInData = true;
             return 0;
         case KW_POINT:
             SaveCurrentPolyline();
             ProcessPointKeyword(line, layer);
+            if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_MIF_POINT, m_lLine);
             return 0;
         case KW_EOF:
             SaveCurrentPolyline();
@@ -156,7 +189,67 @@ int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
         case KW_NONE:
             break;
     }
+    // Point lines, the bulk of a file, start with a digit or a sign.
+    if (IsAsciiLetter(line[0]) && m_bInData && m_pLoadReport != nullptr) NoteUnreadObject(line);
     return ProcessPlainLine(line);
+}
+
+void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
+    // A line that an open object takes as its count or a point is not an object of its own.
+    if (s_iMifReadState == MIF_STATE_REGION || s_iMifReadState == MIF_STATE_COUNT ||
+        (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
+        return;
+    const std::string_view word = FirstWord(line);
+    for (const TNamedCause& object : kUnreadObjects) {
+        if (EqualsNoCase(word, object.pszName)) {
+            m_pLoadReport->Skip(object.eCause, m_lLine);
+            return;
+        }
+    }
+}
+
+// Only the first ring of a region is read; the region line gives how many it has.
+void TGisFileMidMif::NoteRegionRings(std::string_view line) {
+    std::size_t i = 6;  // after "REGION"
+    while (i < line.size() && !IsMifBlank(line[i])) ++i;
+    while (i < line.size() && IsCSpace(line[i])) ++i;
+    // Most regions have one ring.
+    if (i + 1 == line.size() && line[i] == '1') return;
+    const int rings = ParseInt(line.substr(i));
+    if (rings > 1) m_pLoadReport->Skip(LOAD_MIF_REGION_RING, m_lLine, rings - 1);
+}
+
+int TGisFileMidMif::NoteStop(int result, double y, double x) {
+    std::string text;
+    switch (result) {
+        case RESULT_MIF_VERTEX_COUNT:
+            text = "a point count of ";
+            AppendInt(text, m_iExpectedVertices);
+            text += ", outside 1 to 30000";
+            if (m_bMultiplePline) text += " (a PLINE MULTIPLE object, which is not read)";
+            break;
+        case RESULT_NO_VERTEX_ARRAY:
+            text = "no memory for ";
+            AppendInt(text, m_iExpectedVertices);
+            text += " points";
+            break;
+        case COORD_OUT_OF_RANGE:
+            text = "a point " + TLoadReport::PointText(y, x) + " is outside the degree range";
+            break;
+        default:
+            text = "a point " + TLoadReport::PointText(y, x) + " looks projected (answered " +
+                   (result == ANSWER_YES ? "Yes" : "No") + "; either answer ends the reading)";
+            break;
+    }
+    if (m_MifFile.IsOpen() && m_MifFile.PeekChar() >= 0) {
+        text += "; lines ";
+        AppendInt(text, m_lLine + 1);
+        text += ".. were not read";
+    } else {
+        text += "; it was the last line";
+    }
+    m_pLoadReport->Stop(m_lLine, false, text);
+    return result;
 }
 
 int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
@@ -168,8 +261,9 @@ int TGisFileMidMif::ProcessPlainLine(std::string_view line) {
         case MIF_STATE_COUNT:
             // The count is checked before anything is allocated for it.
             if (m_iExpectedVertices < 1 || m_iExpectedVertices > kMaxMifVertices)
-                return RESULT_MIF_VERTEX_COUNT;
-            if (!AllocateLocArray(m_iExpectedVertices)) return RESULT_NO_VERTEX_ARRAY;
+                return m_pLoadReport != nullptr ? NoteStop(RESULT_MIF_VERTEX_COUNT) : RESULT_MIF_VERTEX_COUNT;
+            if (!AllocateLocArray(m_iExpectedVertices))
+                return m_pLoadReport != nullptr ? NoteStop(RESULT_NO_VERTEX_ARRAY) : RESULT_NO_VERTEX_ARRAY;
             m_iVerticesHeld = 0;
             s_iMifReadState = MIF_STATE_POINTS;
             return StorePointLine(line);
@@ -191,11 +285,13 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
         case COORD_GEOGRAPHIC:
             m_pLocs[m_iVerticesHeld++] = {y, x};
             return 0;
-        case COORD_PROJECTED:
+        case COORD_PROJECTED: {
             // Either answer ends the reading: the import cannot go on with projected values.
-            return PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
+            const int answer = PromptProjectedCoordinate(DescribeSourceForPrompt(" MID/MIF ").c_str(), y, x);
+            return m_pLoadReport != nullptr ? NoteStop(answer, y, x) : answer;
+        }
         default:
-            return COORD_OUT_OF_RANGE;
+            return m_pLoadReport != nullptr ? NoteStop(COORD_OUT_OF_RANGE, y, x) : COORD_OUT_OF_RANGE;
     }
 }
 
@@ -215,8 +311,9 @@ void TGisFileMidMif::SaveCurrentPolyline() {
     ++m_iObjectNumber;
     std::string name;
     AppendInt(name, m_iObjectNumber);
-    AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC, m_iVerticesHeld, m_pLocs,
-                    name.c_str(), false, COLOR_NONE, false, false, false);
+    NoteAdded(m_pLoadReport, AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC,
+                                             m_iVerticesHeld, m_pLocs, name.c_str(), false, COLOR_NONE, false,
+                                             false, false));
     ReleaseLocArray();
     m_iVerticesHeld = 0;
 }

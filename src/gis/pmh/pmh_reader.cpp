@@ -2,8 +2,10 @@
 // blocks, which share their syntax with the boundary bodies of JOB files.
 
 #include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/load_recording.h"
 #include "gis/pmh/pmh_header.h"
 #include "platform/no_throw.h"
 
@@ -19,6 +21,7 @@ bool TGisFilePmh::IsValidFile(const char* path) {
 
 bool TGisFilePmh::ReadLine(TTextFile& file, std::string& text) {
     if (!file.ReadLine(text, kMaxLineChars)) return false;
+    ++m_lLine;
     const std::size_t end = text.find_last_not_of(" \t\r\n\v\f");
     text.resize(end == std::string::npos ? 0 : end + 1);
     return true;
@@ -75,11 +78,20 @@ int TGisFilePmh::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
 
 int TGisFilePmh::ReadRateMap(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     const int provisional = TGisFile::LoadFile(path, layer, progress);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_LINE);
     if (layer == nullptr) return GISFILE_ERR_OPEN;
     TTextFile file;
     if (!file.Open(path, TTextFile::modeRead)) return GISFILE_ERR_OPEN;
     m_pLayer = layer;
-    if (!ReadHeader(file, layer)) return GISFILE_ERR_OPEN;
+    m_lLine = 0;
+    if (!ReadHeader(file, layer)) {
+        if (m_pLoadReport != nullptr) {
+            std::string reason = "the file ends after ";
+            AppendInt(reason, m_lLine);
+            m_pLoadReport->Stop(m_lLine + 1, false, reason + " lines, inside the header of 31 lines");
+        }
+        return GISFILE_ERR_OPEN;
+    }
 
     std::string line;
     std::string id;
@@ -90,9 +102,11 @@ int TGisFilePmh::ReadRateMap(const char* path, TMapLayer* layer, GisProgressCall
             id.clear();
             AppendInt(id, ++polygons);
             // A block with refused coordinates still adds what it read; the load goes on.
-            TGisFileJob::ReadPolygon(file, layer, id.c_str(), "");
+            TGisFileJob::ReadPolygon(file, layer, id.c_str(), "", m_pLoadReport, &m_lLine);
         } else if (StartsWithNoCase(line, ".EN")) {
             break;
+        } else if (m_pLoadReport != nullptr && !line.empty()) {
+            m_pLoadReport->Skip(LOAD_STRAY_LINE, m_lLine);
         }
         UpdateProgressControl(file);
     }

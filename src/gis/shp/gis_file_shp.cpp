@@ -8,8 +8,10 @@
 #include <tl_gis/gis/geometry.h>
 #include <tl_gis/gis/language.h>
 #include <tl_gis/gis/line_assembly.h>
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/load_recording.h"
 #include "gis/shp/shp_record_reader.h"
 #include "gis/text_ids.h"
 
@@ -19,6 +21,36 @@ ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
 namespace {
 // Source text of the projected-coordinate question for polygons.
 constexpr const char* kPolygonSource = "This SHP file";
+
+// The cause under which records of a shape type the reader does not read are counted.
+TLoadCause SkippedTypeCause(std::int32_t shapeType) {
+    switch (shapeType) {
+        case 0:
+            return LOAD_SHP_NULL;
+        case 8:
+            return LOAD_SHP_MULTIPOINT;
+        case 11:
+            return LOAD_SHP_POINTZ;
+        case 13:
+            return LOAD_SHP_POLYLINEZ;
+        case 15:
+            return LOAD_SHP_POLYGONZ;
+        case 18:
+            return LOAD_SHP_MULTIPOINTZ;
+        case 21:
+            return LOAD_SHP_POINTM;
+        case 23:
+            return LOAD_SHP_POLYLINEM;
+        case 25:
+            return LOAD_SHP_POLYGONM;
+        case 28:
+            return LOAD_SHP_MULTIPOINTM;
+        case 31:
+            return LOAD_SHP_MULTIPATCH;
+        default:
+            return LOAD_SHP_UNKNOWN_TYPE;
+    }
+}
 }  // namespace
 
 TGisFileShp::TGisFileShp() : m_pIo(std::make_unique<TShpFileIo>()) {}
@@ -40,6 +72,7 @@ int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
 
 int TGisFileShp::ReadShapes(const char* path, TMapLayer* layer, GisProgressCallback progress) {
     TGisFile::LoadFile(path, layer, progress);
+    StartLoadReport(m_pLoadReport, LOAD_PLACE_RECORD);
     if (layer == nullptr || !m_pIo->m_ShapeFile.Open(path, TByteFile::modeRead)) {
         m_pIo->m_ShapeFile.Close();
         return GISFILE_ERR_OPEN;
@@ -71,17 +104,66 @@ int TGisFileShp::ReportDamagedRecord(int recordNumber, const std::string& proble
     AppendInt(text, recordNumber);
     text += " is damaged: ";
     text += problem;
+    NoteStop(recordNumber, false, "the record is damaged: " + problem);
     return ReportDamage(text, GISFILE_ERR_DATA);
+}
+
+void TGisFileShp::NoteStop(int recordNumber, bool after, const std::string& reason) {
+    if (m_pLoadReport != nullptr) m_pLoadReport->Stop(recordNumber, after, reason);
+}
+
+void TGisFileShp::NoteEndOfData() {
+    if (m_pLoadReport == nullptr) return;
+    TShpRecordReader& reader = *m_pIo->m_pReader;
+    const std::int64_t left = reader.GetBytesLeft();
+    if (left <= 0) return;
+    std::string note = reader.GetEndNote();
+    if (note.empty()) {
+        // Zero padding after the last record is no data; anything else behind a record number
+        // of zero is.
+        if (reader.IsRestZero()) return;
+        note = "a record numbered 0 ends the data";
+    }
+    m_pLoadReport->Skip(LOAD_SHP_TRAILING_BYTES, reader.GetLastNumber(), left);
+    m_pLoadReport->SetFirstNote(LOAD_SHP_TRAILING_BYTES, note);
+}
+
+void TGisFileShp::NoteStopAfterRecord(int recordNumber, const tagLOC& last, int coordClass) {
+    if (m_pLoadReport == nullptr) return;
+    std::string reason =
+        "its last point " + TLoadReport::PointText(last.dLat, last.dLon) +
+        (coordClass == COORD_PROJECTED ? " looks projected" : " is outside the degree range");
+    // The records that follow are counted, not loaded, so that the report can say what is lost.
+    TShpRecord record;
+    std::string problem;
+    long long following = 0;
+    std::int32_t next = 0;
+    while (m_pIo->m_pReader->Next(record, problem) == TShpRecordReader::READ_RECORD) {
+        if (following++ == 0) next = record.iNumber;
+    }
+    if (following == 0) {
+        reason += "; it was the last record";
+    } else {
+        reason += "; records ";
+        AppendInt(reason, next);
+        reason += ".. were not read, ";
+        AppendInt(reason, following);
+        reason += following == 1 ? " record" : " records";
+    }
+    m_pLoadReport->Stop(recordNumber, true, reason);
 }
 
 int TGisFileShp::LoadHeader() {
     std::string problem;
-    if (!m_pIo->m_pReader->ReadHeader(m_pIo->m_Header, problem))
+    if (!m_pIo->m_pReader->ReadHeader(m_pIo->m_Header, problem)) {
+        NoteStop(0, false, problem);
         return ReportDamage(problem, GISFILE_ERR_OPEN);
+    }
     if (m_pIo->m_Header.iFileCode != SHP_FILE_CODE) {
         std::string why = "the file does not start with the shapefile code 9994 (it has ";
         AppendInt(why, m_pIo->m_Header.iFileCode);
         why += ")";
+        NoteStop(0, false, why);
         return ReportDamage(why, GISFILE_ERR_OPEN);
     }
     return GISFILE_OK;
@@ -101,10 +183,11 @@ int TGisFileShp::LoadRecord() {
     std::string problem;
     switch (m_pIo->m_pReader->Next(record, problem)) {
         case TShpRecordReader::READ_END:
+            NoteEndOfData();
             return SHP_END_OF_DATA;
         case TShpRecordReader::READ_DAMAGED:
-            return ReportDamage(problem, GISFILE_ERR_DATA);
         case TShpRecordReader::READ_NO_MEMORY:
+            NoteStop(m_pIo->m_pReader->GetLastNumber(), true, problem);
             return ReportDamage(problem, GISFILE_ERR_DATA);
         case TShpRecordReader::READ_RECORD:
             break;
@@ -122,6 +205,14 @@ int TGisFileShp::LoadRecord() {
         default:
             // Null shapes, multipoints and the Z and M variants are passed over.
             m_pLayer->m_iShapeType = -1;
+            if (m_pLoadReport != nullptr) {
+                const TLoadCause cause = SkippedTypeCause(record.iShapeType);
+                if (m_pLoadReport->Skip(cause, record.iNumber) && cause == LOAD_SHP_UNKNOWN_TYPE) {
+                    std::string note = "shape type ";
+                    AppendInt(note, record.iShapeType);
+                    m_pLoadReport->SetFirstNote(cause, note);
+                }
+            }
             return GISFILE_OK;
     }
 }
@@ -138,6 +229,9 @@ int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length,
     AppendInt(point->m_strId, recordNumber);
     point->CalculateGeoExtents();
     m_pLayer->AddElement(point, ADD_ELEMENT_OWNED);
+    NoteAdded(m_pLoadReport, point);
+    // Points are taken without a test of their coordinates.
+    if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(loc.dLat, loc.dLon), recordNumber);
     return GISFILE_OK;
 }
 
@@ -159,6 +253,7 @@ int TGisFileShp::OnPolyRecord(const unsigned char* content, std::size_t length, 
 
 int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon) {
     int lastClass = COORD_GEOGRAPHIC;
+    tagLOC last{};
     const int parts = record.GetPartCount();
     std::string name;
     for (int p = 0; p < parts; ++p) {
@@ -173,12 +268,19 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
         for (int i = 0; i < count; ++i) {
             const tagLOC& loc = m_pLocs[i];
             lastClass = ClassifyCoordinate(loc.dLat, loc.dLon);
+            if (lastClass == COORD_GEOGRAPHIC) continue;
             if (lastClass == COORD_PROJECTED &&
                 PromptProjectedCoordinate(polygon ? kPolygonSource : m_strLineSource.c_str(), loc.dLat,
                                           loc.dLon) == ANSWER_YES) {
+                NoteStop(recordNumber, false,
+                         "the projected-coordinate question about " +
+                             TLoadReport::PointText(loc.dLat, loc.dLon) +
+                             " was answered Yes; the rest of the file was not read");
                 return GISFILE_ERR_CANCELLED;
             }
+            if (m_pLoadReport != nullptr) NoteKept(lastClass, recordNumber);
         }
+        if (count > 0) last = m_pLocs[count - 1];
         name.clear();
         AppendInt(name, recordNumber);
         name += '.';
@@ -189,8 +291,17 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
             boundType =
                 (parts > 1 && p == 0) || IsRingClockwise(m_pLocs, count) ? BOUNDARY_INC : BOUNDARY_EXC;
         }
-        AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count, m_pLocs,
-                        name.c_str(), false, COLOR_NONE, false, false, false);
+        NoteAdded(m_pLoadReport,
+                  AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count,
+                                  m_pLocs, name.c_str(), false, COLOR_NONE, false, false, false));
     }
+    // A last point that is not geographic ends the load after this record.
+    if (lastClass != COORD_GEOGRAPHIC) NoteStopAfterRecord(recordNumber, last, lastClass);
     return lastClass;
+}
+
+void TGisFileShp::NoteKept(int coordClass, int recordNumber) {
+    if (coordClass == COORD_GEOGRAPHIC) return;
+    m_pLoadReport->Skip(coordClass == COORD_PROJECTED ? LOAD_KEPT_PROJECTED : LOAD_KEPT_OUT_OF_RANGE,
+                        recordNumber);
 }

@@ -49,6 +49,27 @@ bool TShpRecordReader::Ensure(std::size_t n) {
     return true;
 }
 
+bool TShpRecordReader::IsRestZero() {
+    const auto zero = [](const unsigned char* p, std::size_t n) {
+        return std::all_of(p, p + n, [](unsigned char c) { return c == 0; });
+    };
+    std::int64_t left = Remaining();
+    const auto inBlock =
+        static_cast<std::size_t>(std::min<std::int64_t>(left, static_cast<std::int64_t>(m_nEnd - m_nPos)));
+    if (inBlock > 0 && !zero(m_pBlock.get() + m_nPos, inBlock)) return false;
+    left -= static_cast<std::int64_t>(inBlock);
+    unsigned char chunk[4096];
+    while (left > 0) {
+        const std::size_t got =
+            m_File.Read(chunk, static_cast<std::size_t>(std::min<std::int64_t>(left, sizeof chunk)));
+        if (got == 0) break;
+        if (!zero(chunk, got)) return false;
+        left -= static_cast<std::int64_t>(got);
+    }
+    m_nPos = m_nEnd;
+    return true;
+}
+
 bool TShpRecordReader::ReadHeader(TShpHeader& header, std::string& problem) {
     if (Remaining() < static_cast<std::int64_t>(SHP_HEADER_BYTES) || !Ensure(SHP_HEADER_BYTES)) {
         problem = "the file has " + Int(m_iFileLength) + " bytes, fewer than the 100 of a shapefile header";

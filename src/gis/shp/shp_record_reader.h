@@ -44,6 +44,12 @@ public:
     // Why the last READ_END came before the file's end: a cut or unreadable record, or bytes
     // after the last record that are not zero padding. Empty for a clean end.
     const std::string& GetEndNote() const { return m_strEndNote; }
+    // Bytes of the file not handed out, and the number of the last record that was.
+    std::int64_t GetBytesLeft() const { return Remaining(); }
+    std::int32_t GetLastNumber() const { return m_iLastNumber; }
+    // Whether every byte not handed out is zero, as the padding some writers leave after the
+    // last record is. Reads the rest of the file: for after the last record only.
+    bool IsRestZero();
 
 private:
     // Makes n bytes from the current position available in the block; false when memory fails

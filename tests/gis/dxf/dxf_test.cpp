@@ -21,6 +21,8 @@
 #include <tl_gis/gis/dxf/gis_file_dxf.h>
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/line_assembly.h>
+#include "allocation_counter.h"
+#include "load_report_check.h"
 #include "platform/system_services.h"
 #include "test_support.h"
 
@@ -77,15 +79,17 @@ std::string Insert(const std::vector<std::vector<std::string>>& attributes,
 
 // Loads the text of a drawing and describes the layer it leaves, one word per element: lines as
 // "<class>/<points>" ("road/4", a closed square "boundary/5"), markers as
-// "m<symbol>:<name>@<lat>,<lon>".
-std::string Load(const std::string& text, int* result = nullptr) {
+// "m<symbol>:<name>@<lat>,<lon>". A report, when given, is filled.
+std::string Load(const std::string& text, int* result = nullptr, TLoadReport* report = nullptr) {
     static const std::pair<std::uint32_t, const char*> kClasses[] = {
         {ELEMENT_LINE_BOUNDARY, "boundary"}, {ELEMENT_LINE_AREA, "area"}, {ELEMENT_LINE_ROAD, "road"},
         {ELEMENT_LINE_WATER, "water"},       {ELEMENT_LINE_MISC, "misc"}, {ELEMENT_LINE_GENERIC, "generic"}};
     TTempDir dir;
     WriteFileBytes(dir.File("drawing.dxf"), text);
     TMapLayer layer;
-    const int r = TGisFileDxf().LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
+    TGisFileDxf reader;
+    reader.SetLoadReport(report);
+    const int r = reader.LoadFile(dir.File("drawing.dxf").c_str(), &layer, nullptr);
     if (result) *result = r;
     std::ostringstream out;
     for (const TMapElement* e : layer.m_Elements) {
@@ -284,6 +288,130 @@ TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
         EXPECT_EQ(result, 0) << c.name;
     }
     if (!ezdxf || !gdal) GTEST_SKIP() << "ezdxf for " << TL_GIS_PYTHON << " or GDAL's ogr2ogr is missing";
+}
+
+// The line of the value of a group in the ENTITIES section of Drawing(entities): the header and
+// the section's start take 14 lines, and each group two.
+long long ValueLine(const std::string& entities, const std::string& group) {
+    const std::size_t at = entities.find(group);
+    if (at == std::string::npos) {
+        ADD_FAILURE() << group << " is not in " << entities;
+        return -1;
+    }
+    return 14 +
+           2 * (1 + std::count(entities.begin(), entities.begin() + static_cast<std::ptrdiff_t>(at), '|'));
+}
+
+TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
+    const std::string proxy = "0 ACAD_\x01\xFF\\PROXY|8 0";
+    const std::string kinds =
+        "0 POINT|8 0|10 10.5|20 45.5|0 ARC|8 0|0 CIRCLE|8 0|0 CIRCLE|8 0|0 ELLIPSE|8 0|0 SPLINE|8 0|0 TEXT|8 "
+        "0|0 MTEXT|8 0|0 HATCH|8 0|0 SOLID|8 0|0 3DFACE|8 0|0 DIMENSION|8 0|0 VIEWPORT|8 0|" +
+        proxy + "|" + proxy + "|" + kLine;
+    const std::string refused =
+        Line("A41", {0.5, 0.5}, {10.5, 45.5}) + "|" + Line("A41", {10.5, 45.5}, {200, 95}) + "|" +
+        Line("A41", {500000, 5000000}, {10.5, 45.5}) + "|" +
+        Poly("F30", {kSquare[0], {0.5, 0.5}, {500000, 5000000}, kSquare[1], {200, 45}}) + "|" +
+        Lw("H12", {kSquare[0], {100.5, 95}, kSquare[1], kSquare[2]});
+    const std::string left = Line("ZIP", {10.5, 45.5}, {10.6, 45.6}) + "|" + Poly("CONTOUR", kSquare) +
+                             "|0 LINE|8 A41|67 1" + XY({10.5, 45.5}) + XY({10.6, 45.6}, "11 21") + "|" +
+                             Poly("NAME", kSquare) + "|" + kLine;
+    const std::string inserts =
+        "0 INSERT|8 0|2 B|10 10.1|20 45.1|" + kLine + "|" + Insert({{"FOO", "x", "10.8", "45.5"}}) + "|" +
+        Insert({{"TGR_NAME", "x", "200", "95"}}) + "|" + Insert({{"TIC", "t", "10.8", "45.5"}});
+    const std::string utm = Line("A41", {500000, 5000000}, {500100, 5000100}) + "|" + kLine;
+    const TReportCase cases[] = {
+        {"entity kinds it does not read",
+         Drawing(kinds),
+         {{LOAD_DXF_POINT, 1, "line " + std::to_string(ValueLine(kinds, "0 POINT"))},
+          {LOAD_DXF_ARC, 1, "line " + std::to_string(ValueLine(kinds, "0 ARC"))},
+          {LOAD_DXF_CIRCLE, 2, "line " + std::to_string(ValueLine(kinds, "0 CIRCLE"))},
+          {LOAD_DXF_ELLIPSE, 1, "line " + std::to_string(ValueLine(kinds, "0 ELLIPSE"))},
+          {LOAD_DXF_SPLINE, 1, "line " + std::to_string(ValueLine(kinds, "0 SPLINE"))},
+          {LOAD_DXF_TEXT, 1, "line " + std::to_string(ValueLine(kinds, "0 TEXT"))},
+          {LOAD_DXF_MTEXT, 1, "line " + std::to_string(ValueLine(kinds, "0 MTEXT"))},
+          {LOAD_DXF_HATCH, 1, "line " + std::to_string(ValueLine(kinds, "0 HATCH"))},
+          {LOAD_DXF_SOLID, 1, "line " + std::to_string(ValueLine(kinds, "0 SOLID"))},
+          {LOAD_DXF_3DFACE, 1, "line " + std::to_string(ValueLine(kinds, "0 3DFACE"))},
+          {LOAD_DXF_DIMENSION, 1, "line " + std::to_string(ValueLine(kinds, "0 DIMENSION"))},
+          // The name as read, every byte that is not printable ASCII written out.
+          {LOAD_DXF_OTHER_ENTITY, 2,
+           "line " + std::to_string(ValueLine(kinds, proxy)) + " (ACAD_\\x01\\xFF\\x5CPROXY)"}},
+         "",
+         "generic 1"},
+        {"coordinates refused, the vertex or the entity dropped",
+         Drawing(refused),
+         {{LOAD_VERTEX_NEAR_ORIGIN, 1, "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 0.5"))},
+          {LOAD_VERTEX_OUT_OF_RANGE, 2,
+           "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 200"))},
+          {LOAD_VERTEX_PROJECTED, 1,
+           "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 500000"))},
+          {LOAD_ENTITY_NEAR_ORIGIN, 1, "line " + std::to_string(ValueLine(refused, "0 LINE"))},
+          {LOAD_ENTITY_OUT_OF_RANGE, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 10.5"))},
+          {LOAD_ENTITY_PROJECTED, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 500000"))}},
+         "",
+         "boundary 1, water 1",
+         GISFILE_OK,
+         "n"},
+        {"layers, paper space and marker layers",
+         Drawing(left),
+         {{LOAD_DXF_LAYER_NOT_TAKEN, 2,
+           "line " + std::to_string(ValueLine(left, "0 LINE|8 ZIP")) + " (layer ZIP)"},
+          {LOAD_DXF_PAPER_SPACE, 1, "line " + std::to_string(ValueLine(left, "0 LINE|8 A41|67"))},
+          {LOAD_DXF_MARKER_LAYER_LINE, 1, "line " + std::to_string(ValueLine(left, "0 POLYLINE|8 NAME"))}},
+         "",
+         "generic 1"},
+        {"inserts without attributes, with an unknown tag, out of range",
+         Drawing(inserts),
+         {{LOAD_ENTITY_OUT_OF_RANGE, 1,
+           "line " + std::to_string(ValueLine(
+                         inserts, "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|66 1|0 ATTRIB|8 0|10 200"))},
+          {LOAD_DXF_INSERT_NO_TAG, 2,
+           "line " + std::to_string(ValueLine(inserts, "0 INSERT|8 0|2 B")) + " (no attributes)"}},
+         "",
+         "generic 1, marker 1"},
+        {"a binary drawing",
+         "AutoCAD Binary DXF\r\n\x1a" + std::string(1, '\0') + "\x00\x01SECTION\n",
+         {},
+         "at line 1: the file is a binary DXF (it starts with \"AutoCAD Binary DXF\"); only ASCII DXF is "
+         "read",
+         ""},
+        {"projected, answered Yes",
+         Drawing(utm),
+         {},
+         "at line " + std::to_string(ValueLine(utm, kLine) - 1) +
+             ": the projected-coordinate question about (5000000, 500000) was answered Yes; the rest of the "
+             "file was not read",
+         "",
+         GISFILE_ERR_UNAVAILABLE,
+         "y"},
+    };
+    for (const TReportCase& c : cases) {
+        TLoadReport report;
+        int with = -1, without = -1;
+        std::string withReport, withoutReport;
+        {
+            TScriptedMessages messages(ScriptedAnswers(c.answers));
+            withReport = Load(c.text, &with, &report);
+        }
+        {
+            TScriptedMessages messages(ScriptedAnswers(c.answers));
+            withoutReport = Load(c.text, &without);
+        }
+        ExpectReport(c, with, report);
+        EXPECT_EQ(withReport, withoutReport) << c.name;
+        EXPECT_EQ(with, without) << c.name;
+    }
+}
+
+// A drawing of 100,000 CIRCLE entities loads with as many allocations as one of a single CIRCLE.
+TEST(DxfReader, RepeatedCausesCostNoAllocationEach) {
+    TTempDir dir;
+    ExpectNoAllocationPerOccurrence(dir.File("c.dxf"), LOAD_DXF_CIRCLE, 100000, [&](int n) {
+        std::string circles;
+        for (int k = 0; k < n; ++k) circles += "0 CIRCLE|8 0|10 10.5|20 45.5|";
+        WriteFileBytes(dir.File("c.dxf"), Drawing(circles + "0 LINE|8 0"));
+    });
 }
 
 // Golden drawings carry a local time stamp: pin the clock (5 March 2025 14:07:09 UTC) and the zone.

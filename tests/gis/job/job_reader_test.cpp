@@ -7,6 +7,7 @@
 #include <tl_gis/platform/numbers.h>
 #include "gis/job/job_vertex_buffer.h"
 #include "job_test_support.h"
+#include "load_report_check.h"
 
 namespace {
 // The fields the reader fills in, one element after the other.
@@ -132,6 +133,63 @@ TEST(JobReader, RecordBodies) {
         std::string asked;
         for (const TMessageBoxRequest& m : messages.Shown()) asked += m.IsQuestion() ? "?" : "!";
         EXPECT_EQ(asked, c.answer != 0 ? "?" : "") << c.name;
+    }
+}
+
+// Line numbers count the file's lines: the pieces of a long line share its number, and a body
+// that reads one line too far gives it back.
+TEST(JobReader, LoadReportCountsWhatIsLeftOut) {
+    TTestLanguage language;
+    const std::string longLine = "\t45.6 -93.2" + std::string(110, ' ') + "x";
+    const std::vector<std::string> causes = {
+        ".JOB 1 FARM",      "stray text",    ".MAR 3 Gate", "\t0.5 0.5",    "\t45.5 -93.25",
+        ".XYZ 1 odd",       "\tbody of odd", ".POL 5 N",    "\t45.5 -93.3", "\t45.5 200",
+        "\t5000000 500000", "\t45.6 -93.3",  longLine,      "\t0.2 0.3",    ".GPL 6 N",
+        "\t45.5 -93.3",     ".VERSION 2",    "\t45 -93",    ".JOB 2 X"};
+    const std::vector<std::string> abandoned = {".JOB 1 F",         ".POL 5 N",     "\t45.5 -93.3",
+                                                "\t5000000 500000", "\t45.6 -93.3", ".POL 6 N",
+                                                "\t45.5 -93.3"};
+    const TReportCase cases[] = {
+        {"refused coordinates, unknown records, stray lines",
+         JoinLines(causes, "\n"),
+         {{LOAD_VERTEX_NEAR_ORIGIN, 3, LineAt(causes, "\t0.5 0.5")},
+          {LOAD_VERTEX_OUT_OF_RANGE, 1, LineAt(causes, "\t45.5 200")},
+          {LOAD_VERTEX_PROJECTED, 1, LineAt(causes, "\t5000000 500000")},
+          {LOAD_UNKNOWN_RECORD, 2, LineAt(causes, ".XYZ 1 odd") + " (.XYZ)"},
+          {LOAD_STRAY_LINE, 2, LineAt(causes, "stray text")}},
+         "",
+         "boundary 1, generic 1, marker 1",
+         GISFILE_OK,
+         "n"},
+        {"Yes gives up the boundary; its other lines are stray",
+         JoinLines(abandoned, "\n"),
+         {{LOAD_LINE_ABANDONED, 1, LineAt(abandoned, "\t5000000 500000")},
+          {LOAD_STRAY_LINE, 1, LineAt(abandoned, "\t45.6 -93.3")}},
+         "",
+         "boundary 1",
+         GISFILE_OK,
+         "y"},
+        {"not a job file",
+         "JOB 1 F\n.POL 5 N\n",
+         {},
+         "at line 1: the first line does not start with \".JOB\"",
+         "",
+         GISFILE_ERR_OPEN},
+    };
+    for (const TReportCase& c : cases) {
+        TMapLayer layer, plain;
+        TGisFileJob job;
+        TLoadReport report;
+        job.SetLoadReport(&report);
+        int result = -1;
+        {
+            TScriptedMessages messages(ScriptedAnswers(c.answers));
+            result = LoadJobText(c.text, layer, &job);
+        }
+        ExpectReport(c, result, report);
+        TScriptedMessages again(ScriptedAnswers(c.answers));
+        LoadJobText(c.text, plain);
+        EXPECT_EQ(Describe(layer), Describe(plain)) << c.name;
     }
 }
 

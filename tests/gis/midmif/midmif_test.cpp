@@ -14,16 +14,18 @@
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include "load_report_check.h"
 #include "test_support.h"
 
 namespace {
 // What a load left, as "id:lat lon,lat lon; ... @lat lon ?questions": the lines with their points
 // ('!' after the id of a line that is no inclusion boundary), the centroids that POINT lines
-// added, the questions asked, and a result other than 0.
-std::string LoadMif(const std::string& path, int answer = ANSWER_NO) {
+// added, the questions asked, and a result other than 0. A report, when given, is filled.
+std::string LoadMif(const std::string& path, int answer = ANSWER_NO, TLoadReport* report = nullptr) {
     TScriptedMessages messages({answer});
     TMapLayer layer;
-    const int result = TGisMap().LoadFile(path.c_str(), &layer, nullptr);
+    const int result = report != nullptr ? TGisMap().LoadFile(path.c_str(), &layer, nullptr, *report)
+                                         : TGisMap().LoadFile(path.c_str(), &layer, nullptr);
     std::ostringstream out;
     std::vector<tagLOC> centroids = layer.m_Centroids;
     for (const TMapElement* e : layer.m_Elements) {
@@ -47,8 +49,8 @@ std::string LoadMif(const std::string& path, int answer = ANSWER_NO) {
 }
 
 const std::string kHeader =
-    "Version 300\r\nCharset \"WindowsLatin1\"\r\nDelimiter \",\"\r\nCoordSys Earth Projection 1, 0\r\n"
-    "Columns 1\r\n  Name Char(10)\r\nData\r\n\r\n";
+    "Version 300\r\nCharset \"WindowsLatin1\"\r\nDelimiter \",\"\r\nCoordSys Earth Projection 1, "
+    "0\r\nColumns 1\r\n  Name Char(10)\r\nData\r\n\r\n";
 
 TEST(MifRead, LinesLeaveTheExpectedLayer) {
     const std::string longLine(10000, 'x');
@@ -129,6 +131,142 @@ TEST(MifRead, FilesWrittenByGdal) {
         ASSERT_EQ(r.iExit, 0) << r.strErr;
         EXPECT_EQ(LoadMif(out), c.expected) << c.options;
     }
+}
+
+// Columns named like objects (Text, Line) come before DATA and are no objects.
+TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
+    const std::vector<std::string> head = {"Version 300", "Columns 2", "  Text Char(10)", "  Line Integer",
+                                           "Data"};
+    const auto with = [&](std::vector<std::string> body) {
+        body.insert(body.begin(), head.begin(), head.end());
+        return body;
+    };
+    const std::vector<std::string> objects = with({"Line 10 45 10.1 45.1",
+                                                   "  Pen (1,2,0)",
+                                                   "Arc 10 45 10.1 45.1",
+                                                   "  0 360",
+                                                   "Text \"hello\"",
+                                                   "  10 45 10.1 45.1",
+                                                   "Multipoint 2",
+                                                   "10 45",
+                                                   "10.1 45.1",
+                                                   "Rect 10 45 10.1 45.1",
+                                                   "Roundrect 10 45 10.1 45.1 0.01",
+                                                   "Ellipse 10 45 10.1 45.1",
+                                                   "none",
+                                                   "Point 10.5 45.2",
+                                                   "Region 3",
+                                                   "  4",
+                                                   "10 45",
+                                                   "10.1 45",
+                                                   "10.1 45.1",
+                                                   "10 45",
+                                                   "  3",
+                                                   "10.02 45.02",
+                                                   "10.05 45.02",
+                                                   "10.05 45.05",
+                                                   "  3",
+                                                   "10.06 45.06",
+                                                   "10.07 45.06",
+                                                   "10.07 45.07",
+                                                   "Pline 2",
+                                                   "10 46",
+                                                   "10.1 46.1",
+                                                   "LINE 11 45 11.1 45.1"});
+    const std::vector<std::string> multiple = with({"Pline Multiple 2", "  2", "10 45", "10.1 45.1"});
+    const std::vector<std::string> outOfRange = with({"Pline 3", "10 45", "200 95", "10 46"});
+    const std::vector<std::string> projected = with({"Pline 2", "10 45", "500000 5000000"});
+    const std::vector<std::string> tooMany = with({"Pline 30001", "10 45"});
+    const std::vector<std::string> texts =
+        with({"Text \"a\"", "  10 45 10.1 45.1", "Text \"b\"", "  10 45 10.1 45.1"});
+    const TReportCase cases[] = {
+        {"objects it does not read",
+         JoinLines(objects),
+         {{LOAD_MIF_LINE, 2, LineAt(objects, "Line 10 45 10.1 45.1")},
+          {LOAD_MIF_ARC, 1, LineAt(objects, "Arc 10 45 10.1 45.1")},
+          {LOAD_MIF_TEXT, 1, LineAt(objects, "Text \"hello\"")},
+          {LOAD_MIF_MULTIPOINT, 1, LineAt(objects, "Multipoint 2")},
+          {LOAD_MIF_RECT, 1, LineAt(objects, "Rect 10 45 10.1 45.1")},
+          {LOAD_MIF_ROUNDRECT, 1, LineAt(objects, "Roundrect 10 45 10.1 45.1 0.01")},
+          {LOAD_MIF_ELLIPSE, 1, LineAt(objects, "Ellipse 10 45 10.1 45.1")},
+          {LOAD_MIF_NONE, 1, LineAt(objects, "none")},
+          {LOAD_MIF_REGION_RING, 2, LineAt(objects, "Region 3")},
+          {LOAD_MIF_POINT, 1, LineAt(objects, "Point 10.5 45.2")}},
+         "",
+         "boundary 2"},
+        {"PLINE MULTIPLE stops the reading",
+         JoinLines(multiple),
+         {},
+         "at " + LineAt(multiple, "  2") +
+             ": a point count of 0, outside 1 to 30000 (a PLINE MULTIPLE object, which is not read); lines "
+             "8.. were not read",
+         ""},
+        {"a point out of the degree range stops the reading",
+         JoinLines(outOfRange),
+         {},
+         "at " + LineAt(outOfRange, "200 95") +
+             ": a point (95, 200) is outside the degree range; lines 9.. were not read",
+         "boundary 1"},
+        {"a projected point stops the reading, answered No",
+         JoinLines(projected),
+         {},
+         "at " + LineAt(projected, "500000 5000000") +
+             ": a point (5000000, 500000) looks projected (answered No; either answer ends the reading); it "
+             "was the last line",
+         "boundary 1"},
+        {"a point count over 30000",
+         JoinLines(tooMany),
+         {},
+         "at " + LineAt(tooMany, "10 45") +
+             ": a point count of 30001, outside 1 to 30000; it was the last line",
+         ""},
+        {"only Text objects", JoinLines(texts), {{LOAD_MIF_TEXT, 2, LineAt(texts, "Text \"a\"")}}, "", ""},
+    };
+    for (const TReportCase& c : cases) {
+        TTempDir dir;
+        WriteFileBytes(dir.File("t.mif"), c.text);
+        TLoadReport report;
+        EXPECT_EQ(LoadMif(dir.File("t.mif"), ANSWER_NO, &report), LoadMif(dir.File("t.mif"))) << c.name;
+        ExpectReport(c, GISFILE_OK, report);
+        EXPECT_EQ(report.IsIncomplete(), !c.stop.empty() || c.added.empty()) << c.name;
+    }
+}
+
+// GDAL writes two-point lines as Line objects, points as Point objects and every ring of a
+// polygon in its Region: the report counts them as written.
+TEST(MifRead, LoadReportOfAFileWrittenByGdal) {
+    if (!HaveProgram("ogr2ogr"))
+        GTEST_SKIP() << "ogr2ogr (GDAL) is not installed; run scripts/install-test-tools.sh";
+    TTempDir dir;
+    std::string features;
+    const auto add = [&](const std::string& geometry) {
+        features += std::string(features.empty() ? "" : ",\n") +
+                    R"({"type":"Feature","properties":{"n":1},"geometry":)" + geometry + "}";
+    };
+    for (int i = 0; i < 3; ++i)
+        add(R"({"type":"LineString","coordinates":[[-93.1,45.)" + std::to_string(2 + i) +
+            R"(],[-93.0,45.3]]})");
+    for (int i = 0; i < 4; ++i)
+        add(R"({"type":"Point","coordinates":[-93.2,45.)" + std::to_string(3 + i) + "]}");
+    add(R"({"type":"LineString","coordinates":[[-93.1,45.2],[-93.05,45.25],[-93.0,45.22]]})");
+    add(R"({"type":"Polygon","coordinates":[[[-93.0,45.0],[-92.9,45.0],[-92.9,45.1],[-93.0,45.0]],)"
+        R"([[-92.98,45.02],[-92.95,45.02],[-92.95,45.05],[-92.98,45.02]]]})");
+    add(R"({"type":"Polygon","coordinates":[[[-94.0,45.0],[-93.9,45.0],[-93.9,45.1],[-94.0,45.0]],)"
+        R"([[-93.98,45.02],[-93.95,45.02],[-93.95,45.05],[-93.98,45.02]],)"
+        R"([[-93.92,45.01],[-93.91,45.01],[-93.91,45.02],[-93.92,45.01]]]})");
+    WriteFileBytes(dir.File("in.geojson"), R"({"type":"FeatureCollection","features":[)" + features + "]}");
+    const TCommandResult r =
+        RunCommand("ogr2ogr -f \"MapInfo File\" -dsco FORMAT=MIF " + ShellQuote(dir.File("gdal.mif")) + " " +
+                   ShellQuote(dir.File("in.geojson")));
+    ASSERT_EQ(r.iExit, 0) << r.strErr;
+    TLoadReport report;
+    LoadMif(dir.File("gdal.mif"), ANSWER_NO, &report);
+    EXPECT_EQ(report.GetCount(LOAD_MIF_LINE), 3);
+    EXPECT_EQ(report.GetCount(LOAD_MIF_POINT), 4);
+    EXPECT_EQ(report.GetCount(LOAD_MIF_REGION_RING), 3);
+    EXPECT_EQ(report.GetSkipped().size(), 3u) << DescribeReport(report);
+    EXPECT_EQ(DescribeAdded(report), "boundary 3");
+    EXPECT_FALSE(report.HasStopped());
 }
 
 // Restores the writer's class settings after each test.

@@ -9,6 +9,7 @@
 #include <tl_gis/gis/pmh/gis_file_pmh.h>
 #include <tl_gis/platform/numbers.h>
 #include "../config_folder_guard.h"
+#include "load_report_check.h"
 #include "test_support.h"
 
 namespace {
@@ -64,6 +65,37 @@ std::string Polygons(const TMapLayer& layer) {
                FormatRoundTrip(e->m_dValue) + " n=" + std::to_string(line.m_iNumPoints) + "|";
     }
     return out + "units " + std::to_string(layer.m_iRateUnits);
+}
+
+// The header's 31 lines are counted, and the polygon blocks go on from there.
+TEST(PmhReader, LoadReportCountsWhatIsLeftOut) {
+    std::string header = HeaderText();
+    const std::string cut = header.substr(0, header.find("PRODUCT\n") + 8) + "\n\n";
+    const std::string noUnits = HeaderText(false) + SquareBlock("INC 5", 45.5) + ".POL\nINC 7\n" +
+                                "45.61 -93.3\n45.62 -93.3\n45.61 200\n.X odd\n.END\n";
+    const TReportCase cases[] = {
+        {"a header cut short",
+         cut,
+         {},
+         "at line 13: the file ends after 12 lines, inside the header of 31 lines",
+         "",
+         GISFILE_ERR_OPEN},
+        // Without a units line the first ".POL" is taken for it, and that polygon's lines are stray.
+        {"no units line",
+         noUnits,
+         {{LOAD_VERTEX_OUT_OF_RANGE, 1, "line 41"}, {LOAD_STRAY_LINE, 6, "line 32"}},
+         "",
+         "boundary 1"},
+    };
+    for (const TReportCase& c : cases) {
+        TTempDir dir;
+        WriteFileBytes(dir.File("in.pmh"), c.text);
+        TMapLayer layer, plain;
+        TLoadReport report;
+        ExpectReport(c, TGisMap().LoadFile(dir.File("in.pmh").c_str(), &layer, nullptr, report), report);
+        EXPECT_EQ(LoadPmhText(c.text, plain), c.result) << c.name;
+        EXPECT_EQ(Polygons(layer), Polygons(plain)) << c.name;
+    }
 }
 
 TEST(PmhReader, PolygonBlocks) {

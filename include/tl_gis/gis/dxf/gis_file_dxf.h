@@ -4,12 +4,14 @@
 // swaths and the recorded track.
 
 #include <tl_gis/export.h>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include <tl_gis/gis/gis_file.h>
 
 class TDxfGroupWriter;
+class TDxfLineReader;
 
 class TL_GIS_API TGisFileDxf : public TGisFile {
 public:
@@ -57,6 +59,15 @@ private:
     // lat := y, lon := x; true when that is a usable geographic position.
     bool ConvertToLL(double x, double y, double* lat, double* lon) const;
     static void AddImportedMarker(TMapLayer* layer, int symbol, const TLoc& at, const char* text);
+    // Load report entries: a refused coordinate pair (the vertex, or the whole entity, dropped),
+    // an entity whose layer or paper space leaves it out, an entity kind that is not read, and an
+    // INSERT that ends without attributes.
+    void NoteRefused(double lat, double lon, bool wholeEntity, long long line);
+    void NoteNotTaken(long long line);
+    void NoteIgnoredEntity(const std::string& type);
+    void NoteTaglessInsert();
+    // The number of the line being handled (0 outside a load).
+    long long CurrentLine() const;
 
     // Writing: one element each; each returns a result code.
     int WriteFilePolygon(TDxfGroupWriter& out, const TMapElement& element);
@@ -70,6 +81,12 @@ private:
     int m_iSprayOnlyMode;
     int m_iLineState = 0;  // 0: the next line is a group code; 1: it is that group's value
     int m_iGroupCode = 0;
+    // For the load report: the lines of the load, the type line of the entity being read and of
+    // the compound entity that is open, and whether an INSERT waits for attributes.
+    const TDxfLineReader* m_pLines = nullptr;
+    long long m_lEntityLine = 0;
+    long long m_lOpenLine = 0;
+    bool m_bInsertPending = false;
     // Positions of every recorded spray sample written so far, drawn as one track at the end.
     std::vector<tagLOC> m_SprayOutline;
 };

@@ -3,11 +3,13 @@
 
 #include <tl_gis/export.h>
 #include <string>
+#include <string_view>
 
 #include <tl_gis/gis/gis_file.h>
 
 class TTextFile;
 class TFeatureLine;
+class TLoadReport;
 
 class TL_GIS_API TGisFileJob : public TGisFile {
 public:
@@ -32,6 +34,13 @@ public:
     // question, else the class of the last refused coordinate line (0 when none).
     static int ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char* name);
     static int ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char* name);
+    // As above, recording refused coordinates and a line given up into report (may be null).
+    // line, when given, is the number of the file's line read last; it comes back as the number
+    // of the body's last line. Without it the count of the JOB reader's own lines goes on.
+    static int ReadPolygon(TTextFile& file, TMapLayer* layer, const char* id, const char* name,
+                           TLoadReport* report, long long* line = nullptr);
+    static int ReadPolyline(TTextFile& file, TMapLayer* layer, const char* id, const char* name,
+                            TLoadReport* report, long long* line = nullptr);
 
     std::string m_strLLB;
     std::string m_strJobName;
@@ -50,6 +59,9 @@ protected:
     // Read the body of the record whose line was read last.
     void ReadMarker(TTextFile& file, TMapLayer* layer);
     void ReadPattern(TTextFile& file, TMapLayer* layer);
+    // Counts a line the reader ignores in the load report: a record of an unknown keyword (whose
+    // lines follow it), or a line outside any record.
+    void NoteIgnoredLine(std::string_view key, bool& inUnknownRecord);
 
     // Write one ".POL" record from vertices (taken over and released): a closed or open
     // boundary, or an open generic line.

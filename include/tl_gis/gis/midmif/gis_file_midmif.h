@@ -99,6 +99,16 @@ private:
     int ProcessPlainLine(std::string_view line);
     int StorePointLine(std::string_view line);
     void ProcessPointKeyword(std::string_view line, TMapLayer* layer);
+    // Load report entries: an object of the DATA section that is not read, the rings of a region
+    // after its first, and the line that ends the reading, told from the line's result (a count
+    // or memory failure, a point out of range, or the answer about a projected point y, x),
+    // which is returned.
+    void NoteUnreadObject(std::string_view line);
+    void NoteRegionRings(std::string_view line);
+    int NoteStop(int result, double y = 0.0, double x = 0.0);
+    long long m_lLine = 0;          // line of the .mif being handled, for the report
+    bool m_bInData = false;         // the DATA line has been read
+    bool m_bMultiplePline = false;  // the open PLINE is a PLINE MULTIPLE
 
     void WriteMif(std::string_view text) { m_MifFile.WriteString(text); }
     // A POINT object with its SYMBOL line.

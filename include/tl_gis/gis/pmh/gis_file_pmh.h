@@ -42,7 +42,8 @@ private:
     // Writes the text and a line end.
     void writeALine(std::string_view text);
 
-    TTextFile m_File;  // the file being written; closed with the object
+    TTextFile m_File;       // the file being written; closed with the object
+    long long m_lLine = 0;  // lines read by ReadLine, for the load report
 };
 
 // The line 31 text of a units code, or null for a code that has none (the file then has no

@@ -109,6 +109,13 @@ private:
     // Tells the user that a record cannot be read and gives the result that ends the load.
     int ReportDamage(const std::string& problem, int result);
     int ReportDamagedRecord(int recordNumber, const std::string& problem);
+    // Load report entries: where reading stopped and why; bytes after the last record that are
+    // not zero padding; a point kept though not geographic; a stop after a record whose last
+    // point is not geographic, with the records it leaves unread counted.
+    void NoteStop(int recordNumber, bool after, const std::string& reason);
+    void NoteEndOfData();
+    void NoteKept(int coordClass, int recordNumber);
+    void NoteStopAfterRecord(int recordNumber, const tagLOC& last, int coordClass);
 
     // Export passes.
     int WriteSprayHeader(bool final);
