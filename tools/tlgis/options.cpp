@@ -15,7 +15,9 @@ std::string TToolOptions::Get(const std::string& name, const std::string& fallba
 }
 
 bool OptionTakesValue(const std::string& name) {
-    static const std::set<std::string> common = {"projected", "config", "lang", "width", "o", "f", "format"};
+    static const std::set<std::string> common = {"projected", "config",   "lang",        "width",     "o",
+                                                 "f",         "format",   "id-field",    "value-field",
+                                                 "name-field"};
     if (common.count(name) != 0) return true;
     for (const TToolExtension& ext : ToolExtensions())
         for (const std::string& v : ext.valueOptions)
@@ -25,7 +27,7 @@ bool OptionTakesValue(const std::string& name) {
 
 bool IsKnownFlag(const std::string& name) {
     static const std::set<std::string> common = {"help",     "version", "json", "points",
-                                                 "progress", "quiet",   "q"};
+                                                 "progress", "quiet",   "q",    "complete"};
     if (common.count(name) != 0) return true;
     for (const TToolExtension& ext : ToolExtensions())
         for (const std::string& f : ext.flagOptions)

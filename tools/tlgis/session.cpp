@@ -1,4 +1,5 @@
 #include "session.h"
+
 #include "utf8_paths.h"
 
 #include <cstdio>
@@ -6,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include <tl_gis/gis/gis_file.h>
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
 
@@ -70,6 +72,13 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         error = "--projected takes stop, continue or ask, not '" + projected + "'";
         return false;
     }
+
+    // The complete profile, and the attribute columns its readers take.
+    TGisFile::s_strIdField = options.Get("id-field");
+    TGisFile::s_strValueField = options.Get("value-field");
+    TGisFile::s_strNameField = options.Get("name-field");
+    TGisFile::s_bCompleteProfile = options.Has("complete") || !TGisFile::s_strIdField.empty() ||
+                                   !TGisFile::s_strValueField.empty() || !TGisFile::s_strNameField.empty();
 
     TLanguageTable::SetConfigFolder(ChooseConfigFolder(options));
     GetTlGisApp().InitInstance();

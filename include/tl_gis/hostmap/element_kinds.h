@@ -1,6 +1,7 @@
 #pragma once
 // Element kind codes (upper 20 bits of an element's m_dwType), bound types and flag bits.
 
+#include <tl_gis/export.h>
 #include <cstdint>
 
 constexpr std::uint32_t ELEMENT_KIND_MASK = 0xFFFFF000u;
