@@ -5,7 +5,8 @@
 #
 #   bench/compare.sh [COUNT]      COUNT polygons (default 100000)
 #
-# Prints a Markdown table; bench/README.md holds the last one.
+# Each pair is also converted in the complete profile (tlgis --complete), whose cost over the
+# default is the last column. Prints a Markdown table; bench/README.md holds the last one.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 count="${1:-100000}"
@@ -58,7 +59,8 @@ measure() {
   echo "$median $((peak / 1024))"
 }
 
-printf '| pair | ogr2ogr s | ogr2ogr MiB | tlgis s | tlgis MiB | speed-up |\n|---|---|---|---|---|---|\n'
+printf '| pair | ogr2ogr s | ogr2ogr MiB | tlgis s | tlgis MiB | speed-up | tlgis --complete s | complete cost |\n'
+printf '|---|---|---|---|---|---|---|---|\n'
 # COMPARE_PAIRS="shp:mif mif:shp" runs some of the pairs.
 pairs=(${COMPARE_PAIRS:-shp:shp shp:dxf dxf:shp shp:mif mif:shp})
 for pair in "${pairs[@]}"; do
@@ -72,6 +74,8 @@ for pair in "${pairs[@]}"; do
   extra=()
   [ "$to" = shp ] && extra=(--boundaries)
   read -r ts tm < <(measure "$tlgis" convert "$work/in/base.$from" "$work/out/result.$to" "${extra[@]}" --quiet)
+  read -r cs _ < <(measure "$tlgis" convert "$work/in/base.$from" "$work/out/result.$to" "${extra[@]}" --quiet --complete)
   ratio="$(awk -v g="$gs" -v t="$ts" 'BEGIN { if (g + 0 > 0 && t + 0 > 0) printf "%.1fx", g / t; else print "-" }')"
-  printf '| %s→%s | %s | %s | %s | %s | %s |\n' "$from" "$to" "$gs" "$gm" "$ts" "$tm" "$ratio"
+  cost="$(awk -v t="$ts" -v c="$cs" 'BEGIN { if (t + 0 > 0 && c + 0 > 0) printf "%+.0f%%", 100 * (c - t) / t; else print "-" }')"
+  printf '| %s→%s | %s | %s | %s | %s | %s | %s | %s |\n' "$from" "$to" "$gs" "$gm" "$ts" "$tm" "$ratio" "$cs" "$cost"
 done
