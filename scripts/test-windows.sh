@@ -33,6 +33,6 @@ trap 'wineserver -k 2>/dev/null || true' EXIT
 # they hold no pipe of ctest's open, which would keep ctest waiting for the end of a test's output.
 wine cmd /c exit >/dev/null 2>&1 </dev/null
 # On a busy machine Wine now and then fails to start a program at all ("wine: failed to start",
-# exit 9009) or stalls on its file system; a test that fails so is run again, up to three times in
-# all. A test that fails three times fails the run.
+# exit 9009). So a failed test runs again, up to three times in all: a real fault fails every time
+# and fails the run.
 ctest --test-dir "$dir" -j "$jobs" --output-on-failure --repeat until-pass:3
