@@ -144,6 +144,9 @@ TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
             if (c.bWrite) FillLayer(layer);
             const std::string path = c.bWrite ? dir.File(c.strFile) : c.strFile;
             const std::unique_ptr<TGisFile> format = c.pfnMake();
+            // The non-spray files go beside the recorded data file, here in the scratch folder.
+            if (auto* shp = dynamic_cast<TGisFileShp*>(format.get()))
+                shp->SetSourceFile(dir.File("flight.csv"));
             const auto [result, made] = RunLimited(
                 [&] {
                     return c.bWrite ? format->WriteFile(path.c_str(), &layer)
