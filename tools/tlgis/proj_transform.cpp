@@ -107,6 +107,11 @@ private:
     // PROJ's last error in this context, without the name of the function that met it.
     std::string LastError() const;
     std::unique_ptr<TCrsTransform> Make(const std::string& definition, std::string& error);
+    // The name PROJ gives the CRS, and its EPSG code when PROJ finds it the same as one.
+    TCrsName NameOf(const PJ* crs) const;
+    // True when PROJ knows a way from the CRS to WGS 84 other than a ballpark shift; otherwise
+    // false with why, naming the datum.
+    bool KnowsExactWayToWgs84(const PJ* crs, std::string& error) const;
 
     // False with the reason when PROJ's library or one of its functions cannot be had.
     bool Load(std::string& error);
@@ -233,6 +238,59 @@ TCrsTransform* TProjSession::Get(const std::string& definition, std::string& err
     return m_Transforms.emplace(definition, std::move(made)).first->second.get();
 }
 
+TCrsName TProjSession::NameOf(const PJ* crs) const {
+    TCrsName name;
+    const char* own = g_Proj.proj_get_name(crs);
+    name.strName = own != nullptr ? own : "";
+    const char* authority = g_Proj.proj_get_id_auth_name(crs, 0);
+    const char* code = g_Proj.proj_get_id_code(crs, 0);
+    if (authority != nullptr && code != nullptr && std::string(authority) == "EPSG") {
+        name.iEpsg = std::atoi(code);
+    } else {
+        // 70 and more: PROJ holds the two for the same CRS, whatever their names.
+        int* confidence = nullptr;
+        PJ_OBJ_LIST* matches = g_Proj.proj_identify(m_pContext, crs, "EPSG", nullptr, &confidence);
+        if (matches != nullptr && g_Proj.proj_list_get_count(matches) > 0 && confidence[0] >= 70) {
+            TPj match(g_Proj.proj_list_get(m_pContext, matches, 0));
+            const char* matchCode = g_Proj.proj_get_id_code(match.Get(), 0);
+            if (matchCode != nullptr) name.iEpsg = std::atoi(matchCode);
+            // A PROJ string's CRS has no name of its own.
+            const char* matchName = g_Proj.proj_get_name(match.Get());
+            if ((name.strName.empty() || name.strName == "unknown") && matchName != nullptr)
+                name.strName = matchName;
+        }
+        if (matches != nullptr) g_Proj.proj_list_destroy(matches);
+        if (confidence != nullptr) g_Proj.proj_int_list_destroy(confidence);
+    }
+    if (name.strName.empty()) name.strName = "unnamed";
+    return name;
+}
+
+bool TProjSession::KnowsExactWayToWgs84(const PJ* crs, std::string& error) const {
+    // The operations are sought as proj_create_crs_to_crs seeks them, leaving out the ballpark
+    // ones: a datum PROJ does not know reaches WGS 84 only by a ballpark shift, which may put a
+    // field hundreds of metres off.
+    PJ_OPERATION_FACTORY_CONTEXT* factory = g_Proj.proj_create_operation_factory_context(m_pContext, nullptr);
+    g_Proj.proj_operation_factory_context_set_allow_ballpark_transformations(m_pContext, factory, 0);
+    g_Proj.proj_operation_factory_context_set_spatial_criterion(m_pContext, factory,
+                                                                PROJ_SPATIAL_CRITERION_PARTIAL_INTERSECTION);
+    g_Proj.proj_operation_factory_context_set_grid_availability_use(
+        m_pContext, factory, PROJ_GRID_AVAILABILITY_DISCARD_OPERATION_IF_MISSING_GRID);
+    PJ_OBJ_LIST* ways = g_Proj.proj_create_operations(m_pContext, crs, m_Wgs84.Get(), factory);
+    const int wayCount = ways != nullptr ? g_Proj.proj_list_get_count(ways) : 0;
+    if (ways != nullptr) g_Proj.proj_list_destroy(ways);
+    g_Proj.proj_operation_factory_context_destroy(factory);
+    if (wayCount > 0) return true;
+    TPj geodetic(g_Proj.proj_crs_get_geodetic_crs(m_pContext, crs));
+    TPj datum(geodetic.Get() != nullptr ? g_Proj.proj_crs_get_datum_forced(m_pContext, geodetic.Get())
+                                        : nullptr);
+    const char* datumName = datum.Get() != nullptr ? g_Proj.proj_get_name(datum.Get()) : nullptr;
+    error = std::string("PROJ does not know its datum") +
+            (datumName != nullptr ? std::string(" '") + datumName + "'" : std::string()) +
+            ", so it knows no exact way to WGS 84";
+    return false;
+}
+
 std::unique_ptr<TCrsTransform> TProjSession::Make(const std::string& definition, std::string& error) {
     m_strLastLog.clear();
     // A PROJ string names an operation unless it says that it is a CRS.
@@ -256,55 +314,11 @@ std::unique_ptr<TCrsTransform> TProjSession::Make(const std::string& definition,
         return nullptr;
     }
 
-    TCrsName name;
-    const char* own = g_Proj.proj_get_name(described);
-    name.strName = own != nullptr ? own : "";
-    const char* authority = g_Proj.proj_get_id_auth_name(described, 0);
-    if (authority != nullptr && std::string(authority) == "EPSG") {
-        name.iEpsg = std::atoi(g_Proj.proj_get_id_code(described, 0));
-    } else {
-        // 70 and more: PROJ holds the two for the same CRS, whatever their names.
-        int* confidence = nullptr;
-        PJ_OBJ_LIST* matches = g_Proj.proj_identify(m_pContext, described, "EPSG", nullptr, &confidence);
-        if (matches != nullptr && g_Proj.proj_list_get_count(matches) > 0 && confidence[0] >= 70) {
-            TPj match(g_Proj.proj_list_get(m_pContext, matches, 0));
-            const char* code = g_Proj.proj_get_id_code(match.Get(), 0);
-            if (code != nullptr) name.iEpsg = std::atoi(code);
-            const char* matchName = g_Proj.proj_get_name(match.Get());
-            if ((name.strName.empty() || name.strName == "unknown") && matchName != nullptr)
-                name.strName = matchName;
-        }
-        if (matches != nullptr) g_Proj.proj_list_destroy(matches);
-        if (confidence != nullptr) g_Proj.proj_int_list_destroy(confidence);
-    }
-    if (name.strName.empty()) name.strName = "unnamed";
+    TCrsName name = NameOf(described);
+    if (!KnowsExactWayToWgs84(crs.Get(), error)) return nullptr;
     const bool wgs84 =
         g_Proj.proj_is_equivalent_to_with_ctx(m_pContext, crs.Get(), m_Wgs84.Get(),
                                               PJ_COMP_EQUIVALENT_EXCEPT_AXIS_ORDER_GEOGCRS) != 0;
-
-    // A datum PROJ does not know reaches WGS 84 only by a ballpark shift, which may put a field
-    // hundreds of metres off: that is refused rather than taken.
-    PJ_OPERATION_FACTORY_CONTEXT* factory = g_Proj.proj_create_operation_factory_context(m_pContext, nullptr);
-    // The operations are sought as proj_create_crs_to_crs seeks them, leaving out the ballpark ones.
-    g_Proj.proj_operation_factory_context_set_allow_ballpark_transformations(m_pContext, factory, 0);
-    g_Proj.proj_operation_factory_context_set_spatial_criterion(m_pContext, factory,
-                                                                PROJ_SPATIAL_CRITERION_PARTIAL_INTERSECTION);
-    g_Proj.proj_operation_factory_context_set_grid_availability_use(
-        m_pContext, factory, PROJ_GRID_AVAILABILITY_DISCARD_OPERATION_IF_MISSING_GRID);
-    PJ_OBJ_LIST* ways = g_Proj.proj_create_operations(m_pContext, crs.Get(), m_Wgs84.Get(), factory);
-    const int wayCount = ways != nullptr ? g_Proj.proj_list_get_count(ways) : 0;
-    if (ways != nullptr) g_Proj.proj_list_destroy(ways);
-    g_Proj.proj_operation_factory_context_destroy(factory);
-    if (wayCount == 0) {
-        TPj geodetic(g_Proj.proj_crs_get_geodetic_crs(m_pContext, crs.Get()));
-        TPj datum(geodetic.Get() != nullptr ? g_Proj.proj_crs_get_datum_forced(m_pContext, geodetic.Get())
-                                            : nullptr);
-        const char* datumName = datum.Get() != nullptr ? g_Proj.proj_get_name(datum.Get()) : nullptr;
-        error = std::string("PROJ does not know its datum") +
-                (datumName != nullptr ? std::string(" '") + datumName + "'" : std::string()) +
-                ", so it knows no exact way to WGS 84";
-        return nullptr;
-    }
 
     TPj transform(
         g_Proj.proj_create_crs_to_crs_from_pj(m_pContext, crs.Get(), m_Wgs84.Get(), nullptr, nullptr));
