@@ -181,6 +181,16 @@ TEST(TlgisReproject, CrsThatCannotBeUsedIsOneLineAndNothingIsWritten) {
         dir.File("few.mif"),
         "Version 300\nCoordSys Earth Projection 8, 104, \"m\", -93\nData\nPline 2\n640000 5040000\n"
         "641000 5041000\n");
+    // A vertex far off any projection's domain, which PROJ cannot bring back to the earth.
+    WriteFileBytes(dir.File("off.shp"), TShpBytes()
+                                            .Record(1, PolyContent(5, {0},
+                                                                   {{640000, 5040000},
+                                                                    {640000, 5041000},
+                                                                    {1e30, 1e30},
+                                                                    {641000, 5041000},
+                                                                    {640000, 5040000}}))
+                                            .Bytes());
+    WriteFileBytes(dir.File("off.prj"), "EPSG:32615");
     WriteFileBytes(dir.File("utm.dxf"),
                    "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\n0\n 10\n640000\n 20\n"
                    "5040000\n 11\n641000\n 21\n5041000\n  0\nENDSEC\n  0\nEOF\n");
@@ -203,6 +213,10 @@ TEST(TlgisReproject, CrsThatCannotBeUsedIsOneLineAndNothingIsWritten) {
          "unknown name)\n"},
         {"--crs that is no CRS", "convert utm.dxf out6.job --crs EPSG:4978", 1, "",
          "tlgis: --crs EPSG:4978: it is no geographic or projected coordinate reference system\n"},
+        {"a pair PROJ cannot map", "convert off.shp out7.job --projected reproject", 1, "",
+         "tlgis: off.shp: 1 coordinate pair the coordinate transform could not map refused as outside the "
+         "degree range; first: record 1\ntlgis: reading off.shp: 1 coordinate pair could not be mapped from "
+         "WGS 84 / UTM zone 15N to WGS 84 (first: record 1); is the CRS right?\n"},
     };
     for (const TToolCase& c : cases) {
         const TCommandResult r = RunCommand(InFolder(dir.Path(), c.args));
@@ -210,7 +224,8 @@ TEST(TlgisReproject, CrsThatCannotBeUsedIsOneLineAndNothingIsWritten) {
         EXPECT_EQ(r.strOut, "") << c.name;
         EXPECT_EQ(r.strErr, c.inErr) << c.name;
     }
-    for (const char* out : {"out1.job", "out2.job", "out3.job", "out4.job", "out5.job", "out6.job"})
+    for (const char* out :
+         {"out1.job", "out2.job", "out3.job", "out4.job", "out5.job", "out6.job", "out7.job"})
         EXPECT_FALSE(std::filesystem::exists(dir.File(out))) << out;
 }
 
