@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what the build and the interoperability tests need, from Debian's packages, when it
 # is missing: the compiler tool chain pieces, GoogleTest, GDAL's command-line tools, PROJ's
-# cs2cs/geod, pyshp and ezdxf for Debian's /usr/bin/python3, and clang's fuzzer runtime.
+# cs2cs/geod, PROJ's header and database (tlgis reprojects through it), pyshp and ezdxf for
+# Debian's /usr/bin/python3, and clang's fuzzer runtime.
 # Safe to run again: it does nothing when everything is present.
 set -euo pipefail
 
@@ -15,6 +16,8 @@ have_cmd g++ || need+=(g++)
 [ -f /usr/include/gtest/gtest.h ] || need+=(libgtest-dev libgmock-dev)
 have_cmd ogrinfo || need+=(gdal-bin)
 have_cmd cs2cs || need+=(proj-bin)
+[ -f /usr/include/proj.h ] || need+=(libproj-dev)
+[ -f /usr/share/proj/proj.db ] || need+=(proj-data)
 [ -x /usr/bin/python3 ] || need+=(python3)
 have_py shapefile || need+=(python3-pyshp)
 have_py ezdxf || need+=(python3-ezdxf)

@@ -1,9 +1,11 @@
 #include <tl_gis/gis/coordinates.h>
 
 #include <cmath>
+#include <limits>
 
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
+#include "gis/coordinate_transform.h"
 #include "gis/text_format.h"
 #include "gis/text_ids.h"
 
@@ -31,4 +33,32 @@ std::string DescribeSourceForPrompt(const char* formatPart) {
     s += formatPart ? formatPart : "";
     s += GetText(TEXT_SOURCE_AFTER_FORMAT);
     return s;
+}
+
+TCoordinateTransformHook g_CoordinateTransformHook;
+
+void SetCoordinateTransform(TCoordinateTransform transform, void* userData) {
+    g_CoordinateTransformHook.pfnTransform = transform;
+    g_CoordinateTransformHook.pUserData = transform != nullptr ? userData : nullptr;
+}
+
+TCoordinateTransform GetCoordinateTransform(void** userData) {
+    if (userData != nullptr) *userData = g_CoordinateTransformHook.pUserData;
+    return g_CoordinateTransformHook.pfnTransform;
+}
+
+bool MapPairThroughTransform(double& lat, double& lon) {
+    double mappedLat = 0.0, mappedLon = 0.0;
+    // Pairs that are not numbers are not handed over: no transform maps them.
+    const bool mapped = std::isfinite(lat) && std::isfinite(lon) &&
+                        g_CoordinateTransformHook.pfnTransform(g_CoordinateTransformHook.pUserData, lon, lat,
+                                                               &mappedLat, &mappedLon) &&
+                        std::isfinite(mappedLat) && std::isfinite(mappedLon);
+    if (mapped) {
+        lat = mappedLat;
+        lon = mappedLon;
+        return true;
+    }
+    lat = lon = std::numeric_limits<double>::quiet_NaN();
+    return false;
 }

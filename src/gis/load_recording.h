@@ -4,6 +4,7 @@
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
+#include "gis/coordinate_transform.h"
 
 // A kind of thing a file names (a DXF entity type, a MIF object keyword) and the cause a reader
 // counts it under.
@@ -13,8 +14,10 @@ struct TNamedCause {
 };
 
 // The cause of a coordinate pair a reader refused: one within the degree range was refused
-// for lying within one degree of 0,0. wholeEntity tells whether the entity went with it.
+// for lying within one degree of 0,0; one the host's transform could not map has its own.
+// wholeEntity tells whether the entity went with it.
 inline TLoadCause RefusedCoordinateCause(double lat, double lon, bool wholeEntity) {
+    if (IsUnmappedPair(lat, lon)) return LOAD_COORD_UNMAPPED;
     switch (ClassifyCoordinate(lat, lon)) {
         case COORD_GEOGRAPHIC:
             return wholeEntity ? LOAD_ENTITY_NEAR_ORIGIN : LOAD_VERTEX_NEAR_ORIGIN;

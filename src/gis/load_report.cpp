@@ -42,6 +42,8 @@ constexpr TCauseText kCauses[] = {
      "kept as read, as latitude and longitude"},
     {"boundary or polyline", "boundaries and polylines",
      "given up at the projected-coordinate question (answered Yes)"},
+    {"coordinate pair the coordinate transform could not map",
+     "coordinate pairs the coordinate transform could not map", "refused as outside the degree range"},
 
     {"POINT entity", "POINT entities", "not read"},
     {"ARC entity", "ARC entities", "not read"},

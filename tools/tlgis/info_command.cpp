@@ -29,6 +29,8 @@ int RunInfo(const TToolOptions& options) {
     TMapLayer layer;
     // The report goes to stdout with the rest, so no notes.
     const TLoadOutcome outcome = LoadLayer(path, layer, options, false);
+    // A file whose CRS could not be used was not read: there is nothing to describe.
+    if (!outcome.bRead && !outcome.strFailure.empty()) return 1;
     if (!AugmentLayer(layer, options)) return 1;
     TReportOptions report;
     report.bPoints = options.Has("points");

@@ -159,14 +159,26 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
     }
     TGisMap map;
     ForgetProjectedAnswer();
+    TFileReprojection reprojection;
+    if (Reprojecting()) {
+        const bool prepared = reprojection.Prepare(path, outcome.iType, options, outcome.strFailure);
+        outcome.Crs = reprojection.GetUse();
+        if (!prepared) {
+            PrintError(outcome.strFailure);
+            return outcome;
+        }
+    }
     outcome.iResult =
         map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr, outcome.Report);
+    outcome.bRead = true;
+    if (Reprojecting()) reprojection.Judge(path, outcome.Report, outcome.strFailure);
     if (wantProgress) FinishProgress(outcome.Complete());
     if (notes)
         for (const TLoadReport::TSkipped& skipped : outcome.Report.GetSkipped())
             PrintNote(path + ": " + DescribeSkipped(skipped));
     // A missing file: the base reports no status (6001) and the reader's open fails (6002).
-    if (!outcome.Complete()) PrintError(DescribeIncompleteLoad(path, outcome));
+    if (!outcome.Complete())
+        PrintError(outcome.strFailure.empty() ? DescribeIncompleteLoad(path, outcome) : outcome.strFailure);
     return outcome;
 }
 

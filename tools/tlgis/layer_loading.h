@@ -6,15 +6,21 @@
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
 #include "options.h"
+#include "reprojection.h"
 
 struct TLoadOutcome {
     int iType = 0;
     int iResult = 0;
     TLoadReport Report;  // what the load added, passed over and where it stopped
+    TCrsUse Crs;         // the CRS the coordinates were brought from, under reproject
+    // Why the file was not read at all (its CRS could not be used), or what reprojection found
+    // wrong after reading it; empty when neither.
+    std::string strFailure;
+    bool bRead = false;  // the library read the file
 
-    // Whether the load did what a user would assume: result 0, read to the end, and not empty
-    // when the file held data.
-    bool Complete() const { return iResult == 0 && !Report.IsIncomplete(); }
+    // Whether the load did what a user would assume: result 0, read to the end, not empty when
+    // the file held data, and, under reproject, every coordinate brought to WGS 84.
+    bool Complete() const { return iResult == 0 && !Report.IsIncomplete() && strFailure.empty(); }
 };
 
 // Loads path into layer ("-" loads nothing). With notes, prints what the load passed over as

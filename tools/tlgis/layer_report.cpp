@@ -46,6 +46,31 @@ void WriteLoadReport(TJsonWriter& json, const TLoadReport& report) {
     json.EndObject();
 }
 
+// Under reproject: the CRS the coordinates were brought from, null when nothing named one.
+void WriteCrs(TJsonWriter& json, const TCrsUse& crs) {
+    json.Key("crs");
+    if (crs.strName.empty()) {
+        json.Null();
+        return;
+    }
+    json.BeginObject();
+    json.Key("name").String(crs.strName);
+    json.Key("epsg");
+    if (crs.iEpsg != 0)
+        json.Integer(crs.iEpsg);
+    else
+        json.Null();
+    json.Key("from").String(crs.strFrom);
+    json.EndObject();
+}
+
+std::string DescribeCrs(const TCrsUse& crs) {
+    if (crs.strName.empty()) return "none named; the coordinates are taken as latitude and longitude";
+    std::string text = crs.strName;
+    if (crs.iEpsg != 0) text += " (EPSG:" + std::to_string(crs.iEpsg) + ")";
+    return text + ", from " + crs.strFrom;
+}
+
 void WriteLine(TJsonWriter& json, const TFeatureLine& line, const TPolygonRecord* record,
                const TReportOptions& options) {
     json.Key("bound").Integer(line.m_iBoundType);
@@ -70,6 +95,7 @@ std::string LayerToJson(const std::string& file, const TLoadOutcome& outcome, co
     json.Key("file").String(file);
     json.Key("type").Integer(outcome.iType);
     json.Key("result").Integer(outcome.iResult);
+    if (outcome.Crs.bReproject) WriteCrs(json, outcome.Crs);
     json.Key("layer").BeginObject();
     json.Key("llb").String(layer.m_strLLB);
     json.Key("centroids").BeginArray();
@@ -118,6 +144,7 @@ std::string LayerSummary(const std::string& file, const TLoadOutcome& outcome, c
            TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(outcome.iType)) + ")\n";
     out += "Result:   " + std::to_string(outcome.iResult) + " (" + DescribeResult(outcome.iResult, false) +
            ")\n";
+    if (outcome.Crs.bReproject) out += "CRS:      " + DescribeCrs(outcome.Crs) + "\n";
     std::map<std::string, int> counts;
     long long vertices = 0;
     for (const TMapElement* e : layer.m_Elements) {

@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "proj_transform.h"
 #include "utf8_paths.h"
 
 #include <cstdio>
@@ -18,6 +19,8 @@
 namespace {
 bool g_bQuiet = false;
 int g_iProjectedAnswer = 0;  // the answer given in this file so far, 0 before the first question
+bool g_bReproject = false;
+bool g_bSawProjected = false;  // under reproject: this file asked the question
 
 bool IsConfigFolder(const std::string& dir) {
     std::error_code ec;
@@ -57,19 +60,30 @@ void SetQuietNotes(bool quiet) {
 
 void ForgetProjectedAnswer() {
     g_iProjectedAnswer = 0;
+    g_bSawProjected = false;
+}
+
+bool Reprojecting() {
+    return g_bReproject;
+}
+
+bool SawProjectedCoordinates() {
+    return g_bSawProjected;
 }
 
 bool SetUpSession(const TToolOptions& options, std::string& error) {
     g_bQuiet = options.Has("quiet") || options.Has("q");
-    std::string projected = options.Get("projected", "stop");
+    std::string projected = options.Get("projected");
     if (projected == "skip") {
         PrintNote(
             "--projected skip is now spelled --projected continue; skip is taken as continue until the "
             "next release");
         projected = "continue";
     }
-    if (projected != "stop" && projected != "continue" && projected != "ask") {
-        error = "--projected takes stop, continue or ask, not '" + projected + "'";
+    if (!projected.empty() && projected != "stop" && projected != "continue" && projected != "ask" &&
+        projected != "reproject") {
+        error = "--projected takes stop, continue or ask, or reproject where PROJ is built in, not '" +
+                projected + "'";
         return false;
     }
 
@@ -79,6 +93,20 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
     TGisFile::s_strNameField = options.Get("name-field");
     TGisFile::s_bCompleteProfile = options.Has("complete") || !TGisFile::s_strIdField.empty() ||
                                    !TGisFile::s_strValueField.empty() || !TGisFile::s_strNameField.empty();
+
+    // --crs asks for reprojection, and so does the complete profile where PROJ is built in.
+    if (projected.empty())
+        projected = options.HasValue("crs") || (TGisFile::s_bCompleteProfile && BuiltWithProj()) ? "reproject"
+                                                                                                 : "stop";
+    if (options.HasValue("crs") && projected != "reproject") {
+        error = "--crs reprojects, so it does not go with --projected " + projected;
+        return false;
+    }
+    if (projected == "reproject" && !BuiltWithProj()) {
+        error = "this tlgis was built without PROJ: --projected reproject and --crs are not available";
+        return false;
+    }
+    g_bReproject = projected == "reproject";
 
     TLanguageTable::SetConfigFolder(ChooseConfigFolder(options));
     GetTlGisApp().InitInstance();
@@ -94,6 +122,12 @@ bool SetUpSession(const TToolOptions& options, std::string& error) {
         std::string prefix = request.strCaption.empty() ? "tlgis" : request.strCaption;
         if (text.empty() && request.iTextId != 0) text = "message " + std::to_string(request.iTextId);
         const bool question = request.IsQuestion();
+        // Under reproject a file whose projected coordinates no transform maps stops at once;
+        // the tool then says in its own line that its CRS is missing.
+        if (question && projected == "reproject") {
+            g_bSawProjected = true;
+            return ANSWER_YES;
+        }
         if (!question && g_bQuiet && (request.uFlags & 0xF0) == MSGBOX_ICONINFORMATION) return ANSWER_OK;
         // A file asks once per point; the answer given first holds for the rest of the file.
         if (question && projected != "ask" && g_iProjectedAnswer != 0) return g_iProjectedAnswer;

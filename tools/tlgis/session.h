@@ -21,3 +21,8 @@ void SetQuietNotes(bool quiet);
 // (with --projected stop or continue, later ones in the same file are answered the same way
 // without a word).
 void ForgetProjectedAnswer();
+// --projected reproject (also asked for by --crs, and by --complete where PROJ is built in).
+bool Reprojecting();
+// Under reproject: the file being read asked the question, so it holds projected coordinates
+// that no transform mapped. Yes was answered without a word.
+bool SawProjectedCoordinates();

@@ -44,6 +44,7 @@ enum TLoadCause : int {
     LOAD_KEPT_OUT_OF_RANGE,
     LOAD_KEPT_PROJECTED,
     LOAD_LINE_ABANDONED,  // a JOB or PMH line given up at the projected-coordinate question
+    LOAD_COORD_UNMAPPED,  // a pair the host's coordinate transform could not map
 
     // DXF entities that are not read, and entities the reader's rules leave out.
     LOAD_DXF_POINT,

@@ -12,6 +12,7 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include <tl_gis/platform/text_file.h>
+#include "gis/coordinate_transform.h"
 #include "gis/dxf/dxf_line_reader.h"
 #include "gis/dxf/dxf_tables.h"
 #include "gis/internal_results.h"
@@ -525,7 +526,8 @@ bool TGisFileDxf::ConvertToLL(double x, double y, double* lat, double* lon) cons
     }
     *lat = y;
     *lon = x;
+    MapCoordinatePair(*lat, *lon);
     // Points within one degree of (0, 0) are taken for drawing units, not positions.
-    const double a = std::fabs(y), b = std::fabs(x);
+    const double a = std::fabs(*lat), b = std::fabs(*lon);
     return a <= 90.0 && b <= 180.0 && (a > 1.0 || b > 1.0);
 }

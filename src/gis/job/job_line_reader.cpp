@@ -9,6 +9,7 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/coordinate_transform.h"
 #include "gis/internal_results.h"
 #include "gis/job/job_body.h"
 #include "gis/job/job_vertex_buffer.h"
@@ -89,8 +90,9 @@ int ReadLineBody(TTextFile& file, TMapLayer* layer, const char* id, bool boundar
             ReadColorLine(body);
             return true;
         }
-        const double lat = ParseDouble(first);
-        const double lon = ParseDouble(JobToken(1));
+        double lat = ParseDouble(first);
+        double lon = ParseDouble(JobToken(1));
+        MapCoordinatePair(lat, lon);
         if (IsAcceptedJobCoordinate(lat, lon)) {
             if (vertices.Append(lat, lon)) return true;
             ShowMemoryExhausted(boundary ? TEXT_JOB_POLYGON_MEMORY : TEXT_JOB_POLYLINE_MEMORY,

@@ -8,6 +8,7 @@
 #include <tl_gis/features/feature_pattern.h>
 #include <tl_gis/gis/job/gis_file_job.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/coordinate_transform.h"
 #include "gis/job/job_body.h"
 #include "gis/load_recording.h"
 #include "platform/no_throw.h"
@@ -27,7 +28,8 @@ int PatternPointSymbol(int index) {
 }
 
 // Applies one pattern body line to the pattern; false when the line means nothing to it.
-bool ApplyPatternLine(TFeaturePattern& pattern, const std::string& llb, const std::string& patternId) {
+bool ApplyPatternLine(TFeaturePattern& pattern, const std::string& llb, const std::string& patternId,
+                      TLoadReport* report) {
     const std::string_view key = JobToken(0);
     struct TKindRule {
         const char* keyword;
@@ -71,7 +73,13 @@ bool ApplyPatternLine(TFeaturePattern& pattern, const std::string& llb, const st
     } else if (key.size() == 1 && ((key[0] >= 'A' && key[0] <= 'R') || (key[0] >= 'a' && key[0] <= 'r'))) {
         const int index = (key[0] >= 'a' ? key[0] - 'a' : key[0] - 'A');
         TFeatureMarker& point = pattern.m_aPoint[index];
-        point.m_Loc = TLoc(ParseDouble(JobToken(1)), ParseDouble(JobToken(2)));
+        double lat = ParseDouble(JobToken(1)), lon = ParseDouble(JobToken(2));
+        // Points take any position; only one the host's transform cannot map is refused.
+        if (!MapCoordinatePair(lat, lon)) {
+            if (report != nullptr) report->Skip(LOAD_COORD_UNMAPPED, GetJobLine());
+            return true;
+        }
+        point.m_Loc = TLoc(lat, lon);
         point.SetLowBits(PatternPointSymbol(index));
         point.m_strName = llb + "-" + patternId + std::string(key);
         point.CalculateGeoExtents();
@@ -102,8 +110,9 @@ void TGisFileJob::ReadMarker(TTextFile& file, TMapLayer* layer) {
             marker->SetLowBits(ok && IsUsableSymbol(symbol) ? symbol : kUnknownSymbol);
             return true;
         }
-        const double lat = ParseDouble(JobToken(0));
-        const double lon = ParseDouble(JobToken(1));
+        double lat = ParseDouble(JobToken(0));
+        double lon = ParseDouble(JobToken(1));
+        MapCoordinatePair(lat, lon);
         if (IsAcceptedJobCoordinate(lat, lon))
             marker->m_Loc = TLoc(lat, lon);
         else if (m_pLoadReport != nullptr)
@@ -121,7 +130,7 @@ void TGisFileJob::ReadPattern(TTextFile& file, TMapLayer* layer) {
     const std::string patternId(JobToken(1));
     pattern->m_strId = patternId;
     ReadJobBody(file, [&]() {
-        ApplyPatternLine(*pattern, m_strLLB, patternId);
+        ApplyPatternLine(*pattern, m_strLLB, patternId, m_pLoadReport);
         return true;
     });
     pattern->m_bModified = false;

@@ -8,6 +8,7 @@
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/coordinate_transform.h"
 #include "gis/internal_results.h"
 #include "gis/load_recording.h"
 #include "platform/no_throw.h"
@@ -234,6 +235,11 @@ int TGisFileMidMif::NoteStop(int result, double y, double x) {
             text += " points";
             break;
         case COORD_OUT_OF_RANGE:
+            if (IsUnmappedPair(y, x)) {
+                m_pLoadReport->Skip(LOAD_COORD_UNMAPPED, m_lLine);
+                text = "a point the coordinate transform could not map";
+                break;
+            }
             text = "a point " + TLoadReport::PointText(y, x) + " is outside the degree range";
             break;
         default:
@@ -281,6 +287,7 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
     double x = 0.0, y = 0.0;
     // A line without two numbers (a point list cut short) is skipped.
     if (!ScanTwoDoubles(line, x, y)) return 0;
+    MapCoordinatePair(y, x);
     switch (ClassifyCoordinate(y, x)) {
         case COORD_GEOGRAPHIC:
             m_pLocs[m_iVerticesHeld++] = {y, x};
@@ -300,9 +307,13 @@ void TGisFileMidMif::ProcessPointKeyword(std::string_view line, TMapLayer* layer
     // space; two spaces after the keyword therefore give x = 0.
     const std::size_t space = line.find(' ');
     const std::string_view rest = space == std::string_view::npos ? line : line.substr(space + 1);
-    const double x = ParseDouble(rest.substr(0, rest.find(' ')));
+    double x = ParseDouble(rest.substr(0, rest.find(' ')));
     const std::size_t last = rest.rfind(' ');
-    const double y = ParseDouble(last == std::string_view::npos ? rest : rest.substr(last + 1));
+    double y = ParseDouble(last == std::string_view::npos ? rest : rest.substr(last + 1));
+    if (!MapCoordinatePair(y, x)) {
+        if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_COORD_UNMAPPED, m_lLine);
+        return;
+    }
     if (layer != nullptr) layer->AddCentroid(tagLOC{y, x});
 }
 

@@ -11,6 +11,7 @@
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/coordinate_transform.h"
 #include "gis/load_recording.h"
 #include "gis/shp/shp_record_reader.h"
 #include "gis/text_ids.h"
@@ -131,8 +132,10 @@ void TGisFileShp::NoteEndOfData() {
 void TGisFileShp::NoteStopAfterRecord(int recordNumber, const tagLOC& last, int coordClass) {
     if (m_pLoadReport == nullptr) return;
     std::string reason =
-        "its last point " + TLoadReport::PointText(last.dLat, last.dLon) +
-        (coordClass == COORD_PROJECTED ? " looks projected" : " is outside the degree range");
+        IsUnmappedPair(last.dLat, last.dLon)
+            ? std::string("the coordinate transform could not map its last point")
+            : "its last point " + TLoadReport::PointText(last.dLat, last.dLon) +
+                  (coordClass == COORD_PROJECTED ? " looks projected" : " is outside the degree range");
     // The records that follow are counted, not loaded, so that the report can say what is lost.
     TShpRecord record;
     std::string problem;
@@ -221,6 +224,7 @@ int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length,
     tagLOC loc;
     std::string problem;
     if (!DecodeShpPoint(content, length, loc, problem)) return ReportDamagedRecord(recordNumber, problem);
+    MapCoordinatePair(loc.dLat, loc.dLon);
     auto* point = new (std::nothrow) TFeaturePoint;
     if (point == nullptr) return GISFILE_OK;
     point->m_dwType = ELEMENT_POINT;
@@ -231,7 +235,7 @@ int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length,
     m_pLayer->AddElement(point, ADD_ELEMENT_OWNED);
     NoteAdded(m_pLoadReport, point);
     // Points are taken without a test of their coordinates.
-    if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(loc.dLat, loc.dLon), recordNumber);
+    if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(loc.dLat, loc.dLon), loc, recordNumber);
     return GISFILE_OK;
 }
 
@@ -266,7 +270,8 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
         }
         record.CopyPoints(start, count, m_pLocs);
         for (int i = 0; i < count; ++i) {
-            const tagLOC& loc = m_pLocs[i];
+            tagLOC& loc = m_pLocs[i];
+            MapCoordinatePair(loc.dLat, loc.dLon);
             lastClass = ClassifyCoordinate(loc.dLat, loc.dLon);
             if (lastClass == COORD_GEOGRAPHIC) continue;
             if (lastClass == COORD_PROJECTED &&
@@ -278,7 +283,7 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
                              " was answered Yes; the rest of the file was not read");
                 return GISFILE_ERR_CANCELLED;
             }
-            if (m_pLoadReport != nullptr) NoteKept(lastClass, recordNumber);
+            if (m_pLoadReport != nullptr) NoteKept(lastClass, loc, recordNumber);
         }
         if (count > 0) last = m_pLocs[count - 1];
         name.clear();
@@ -300,8 +305,12 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
     return lastClass;
 }
 
-void TGisFileShp::NoteKept(int coordClass, int recordNumber) {
+void TGisFileShp::NoteKept(int coordClass, const tagLOC& loc, int recordNumber) {
     if (coordClass == COORD_GEOGRAPHIC) return;
+    if (IsUnmappedPair(loc.dLat, loc.dLon)) {
+        m_pLoadReport->Skip(LOAD_COORD_UNMAPPED, recordNumber);
+        return;
+    }
     m_pLoadReport->Skip(coordClass == COORD_PROJECTED ? LOAD_KEPT_PROJECTED : LOAD_KEPT_OUT_OF_RANGE,
                         recordNumber);
 }

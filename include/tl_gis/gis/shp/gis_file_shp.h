@@ -114,7 +114,7 @@ private:
     // point is not geographic, with the records it leaves unread counted.
     void NoteStop(int recordNumber, bool after, const std::string& reason);
     void NoteEndOfData();
-    void NoteKept(int coordClass, int recordNumber);
+    void NoteKept(int coordClass, const tagLOC& loc, int recordNumber);
     void NoteStopAfterRecord(int recordNumber, const tagLOC& last, int coordClass);
 
     // Export passes.
