@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "gis/shp/dbf_table.h"
+#include "gis/shp/shp_attribute_rows.h"
 #include "gis/shp/shp_codec.h"
 #include "gis/shp/shp_record_reader.h"
 #include "gis/shp/shp_record_writer.h"
@@ -25,4 +26,5 @@ struct TShpFileIo {
     TByteFile m_ShapeFile;
     std::unique_ptr<TShpRecordReader> m_pReader;
     TShpHeader m_Header;
+    std::unique_ptr<TShpAttributeRows> m_pAttributes;  // the complete profile's, when columns are chosen
 };

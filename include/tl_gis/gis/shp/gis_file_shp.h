@@ -17,6 +17,9 @@
 #include <tl_gis/gis/gis_file.h>
 
 struct TShpFileIo;
+struct TShpRecord;
+struct TShpMeasures;
+struct TChosenValues;
 class TShpPolyRecord;
 class TShpPolyEncoder;
 enum TDbfTable : int;
@@ -104,8 +107,19 @@ private:
     int OnPolylineRecord(const unsigned char* content, std::size_t length, int recordNumber);
     int OnPolygonRecord(const unsigned char* content, std::size_t length, int recordNumber);
     int OnPolyRecord(const unsigned char* content, std::size_t length, int recordNumber, bool polygon);
-    // Adds every part of a decoded polyline or polygon record; returns as the handlers do.
-    int AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon);
+    // Adds every part of a decoded polyline, polygon or multipatch record, named by the chosen
+    // columns' values when there are some; returns as the handlers do.
+    int AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon,
+                 const TChosenValues* chosen = nullptr);
+    // Adds a point element, or a marker when the chosen columns name it.
+    void AddPointElement(const tagLOC& loc, std::string id, const TChosenValues* chosen, int recordNumber);
+    // The complete profile's record: every shape type, Z and M values counted as dropped, the
+    // chosen columns of the record's table row; a damaged record or one whose last point is not
+    // latitude and longitude is skipped and noted, and loading goes on.
+    int LoadCompleteRecord(const TShpRecord& record);
+    int SkipDamagedRecord(int recordNumber, const std::string& problem);
+    void NoteMeasures(const TShpMeasures& measures, int recordNumber);
+    void NoteSkippedType(const TShpRecord& record);
     // Tells the user that a record cannot be read and gives the result that ends the load.
     int ReportDamage(const std::string& problem, int result);
     int ReportDamagedRecord(int recordNumber, const std::string& problem);

@@ -1,0 +1,78 @@
+// The complete profile's reading of a record: every shape type with its Z and M variants, a
+// multipoint as one point per point, a multipatch's rings, and the chosen columns of the record's
+// table row. What the map cannot carry is counted in the load report, and a record that cannot
+// be used is skipped alone, so that loading goes on.
+
+#include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/load_report.h>
+#include <tl_gis/gis/shp/gis_file_shp.h>
+#include <tl_gis/platform/numbers.h>
+#include "gis/shp/shp_file_io.h"
+
+int TGisFileShp::LoadCompleteRecord(const TShpRecord& record) {
+    // Rows go with records by position, so every record takes its row, read or not.
+    const TChosenValues* chosen = m_pIo->m_pAttributes ? m_pIo->m_pAttributes->Next(record.iNumber) : nullptr;
+    TShpShapeKind kind;
+    if (!GetShpShapeKind(record.iShapeType, kind)) {
+        NoteSkippedType(record);
+        return GISFILE_OK;
+    }
+    m_pLayer->m_iShapeType = record.iShapeType;
+    std::string problem;
+    std::string id = "Point ";
+    AppendInt(id, record.iNumber);
+    if (kind.iLayout == SHPT_POINT) {
+        tagLOC loc;
+        if (!DecodeShpPoint(record.pContent, record.nLength, loc, problem))
+            return SkipDamagedRecord(record.iNumber, problem);
+        NoteMeasures(CountShpPointMeasures(record.nLength, kind, record.pContent), record.iNumber);
+        AddPointElement(loc, std::move(id), chosen, record.iNumber);
+        return GISFILE_OK;
+    }
+    TShpPolyRecord poly;
+    if (!poly.Decode(record.pContent, record.nLength, kind, problem))
+        return SkipDamagedRecord(record.iNumber, problem);
+    NoteMeasures(poly.GetMeasures(), record.iNumber);
+    const int points = poly.GetPointCount();
+    if (kind.iLayout == SHPT_MULTIPOINT) {
+        // Each point of a multipoint is an element of its own: "Point 7.1", "Point 7.2", ...
+        id += '.';
+        const std::size_t stem = id.size();
+        for (int i = 0; i < points; ++i) {
+            tagLOC loc;
+            poly.CopyPoints(i, 1, &loc);
+            id.resize(stem);
+            AppendInt(id, i + 1);
+            AddPointElement(loc, id, chosen, record.iNumber);
+        }
+        return GISFILE_OK;
+    }
+    // A line or ring that ends outside the degree range would stop the system's load; here the
+    // record alone is left out.
+    if (poly.GetPartCount() > 0 && points > poly.GetPartStart(0)) {
+        tagLOC last;
+        poly.CopyPoints(points - 1, 1, &last);
+        const int lastClass = ClassifyCoordinate(last.dLat, last.dLon);
+        if (lastClass != COORD_GEOGRAPHIC) {
+            if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_SHP_LAST_POINT_OUTSIDE, record.iNumber))
+                m_pLoadReport->SetFirstNote(
+                    LOAD_SHP_LAST_POINT_OUTSIDE,
+                    TLoadReport::PointText(last.dLat, last.dLon) +
+                        (lastClass == COORD_PROJECTED ? " looks projected" : " is outside the degree range"));
+            return GISFILE_OK;
+        }
+    }
+    return AddParts(poly, record.iNumber, kind.iLayout != SHPT_POLYLINE, chosen);
+}
+
+int TGisFileShp::SkipDamagedRecord(int recordNumber, const std::string& problem) {
+    if (m_pLoadReport != nullptr && m_pLoadReport->Skip(LOAD_SHP_DAMAGED_RECORD, recordNumber))
+        m_pLoadReport->SetFirstNote(LOAD_SHP_DAMAGED_RECORD, problem);
+    return GISFILE_OK;
+}
+
+void TGisFileShp::NoteMeasures(const TShpMeasures& measures, int recordNumber) {
+    if (m_pLoadReport == nullptr) return;
+    if (measures.lZ > 0) m_pLoadReport->Skip(LOAD_SHP_Z_VALUES, recordNumber, measures.lZ);
+    if (measures.lM > 0) m_pLoadReport->Skip(LOAD_SHP_M_VALUES, recordNumber, measures.lM);
+}
