@@ -99,21 +99,36 @@ void AppendDbfHeader(std::string& out, std::span<const TDbfField> fields, std::u
     out += static_cast<char>(DBF_HEADER_END);
 }
 
-void TDbfRecordWriter::Begin(std::span<const TDbfField> fields) {
+void TDbfRecordWriter::Begin(std::span<const TDbfField> fields, bool utf8) {
     m_Fields = fields;
+    m_bUtf8 = utf8;
     m_nNext = 0;
     m_strRecord.assign(1, ' ');
+}
+
+std::size_t TDbfRecordWriter::FitLength(std::string_view text, std::size_t width) const {
+    if (text.size() <= width) return text.size();
+    std::size_t length = width;
+    // UTF-8 continuation bytes are 10xxxxxx: never cut in front of one.
+    if (m_bUtf8)
+        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
+    return length;
 }
 
 void TDbfRecordWriter::AddText(std::string_view text) {
     if (m_nNext >= m_Fields.size()) return;
     const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
-    if (text.size() >= width) {
-        m_strRecord.append(text.substr(0, width));
-    } else {
-        m_strRecord.append(width - text.size(), ' ');
-        m_strRecord.append(text);
-    }
+    const std::size_t length = FitLength(text, width);
+    m_strRecord.append(width - length, ' ');
+    m_strRecord.append(text.substr(0, length));
+}
+
+void TDbfRecordWriter::AddLeftText(std::string_view text) {
+    if (m_nNext >= m_Fields.size()) return;
+    const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
+    const std::size_t length = FitLength(text, width);
+    m_strRecord.append(text.substr(0, length));
+    m_strRecord.append(width - length, ' ');
 }
 
 void TDbfRecordWriter::AddNumber(double value, int decimals) {

@@ -4,7 +4,10 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
+#include "gis/polygon_groups.h"
+#include "gis/shp/dbf_complete_table.h"
 #include "gis/shp/dbf_table.h"
 #include "gis/shp/shp_attribute_rows.h"
 #include "gis/shp/shp_codec.h"
@@ -22,6 +25,9 @@ struct TShpFileIo {
     // Writing.
     TShpOutputFiles m_Out;
     TDbfRecordWriter m_DbfRecord;
+    // The complete profile's boundary export: the polygons and the table of ID, BOUND, VALUE, NAME.
+    std::vector<TPolygonGroup> m_Groups;
+    TDbfCompleteTable m_CompleteTable;
     // Reading.
     TByteFile m_ShapeFile;
     std::unique_ptr<TShpRecordReader> m_pReader;

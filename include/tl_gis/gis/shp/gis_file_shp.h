@@ -87,6 +87,9 @@ public:
     void SetSourceFile(const std::string& path) { m_strSourceFile = path; }
     // 0 US units in the attribute tables, anything else metric.
     void SetMetric(int metric) { m_bMetric = metric; }
+    // Every file the last WriteFile created, in the order written (the complete profile adds
+    // the lines and points triples and a .prj and .cpg beside each triple).
+    const std::vector<std::string>& GetWrittenFiles() const;
 
     static ESRISPRAYFORMAT s_eESRISprayFormat;
     static ESRINONSPRAYFORMAT s_eESRINonSprayFormat;
@@ -144,6 +147,15 @@ private:
     int EncodeSprayPath(const TFeatureSpray& spray, TShpPolyEncoder& encoder, unsigned char*& block);
     int DoSprayRec_Type5(TFeatureSpray& spray);
     int WriteShpRecord(const unsigned char* record, int length);
+    // The complete profile's boundary export: rings grouped into polygons with their holes (one
+    // record and row per polygon), then open lines to the target's _Lines triple and markers and
+    // points to its _Points triple, every table with the columns ID, BOUND, VALUE and NAME.
+    void PrepareCompletePolygons();
+    int WriteCompletePolygons();
+    int DoPolygonGroupRec(std::size_t group);
+    int WriteCompanionTriples(const std::string& target);
+    int WriteCompanionTriple(const std::string& stem, bool points);
+    void WriteCompleteRow(const TMapElement& element, int bound);
     // Reads the source file's date and cuts m_strSourceFile to its name.
     void ReadSourceFacts();
     // Fills the attributes that come from one sample (time, field, offset, line, numbers).
@@ -166,6 +178,7 @@ private:
     void WriteSprayDbfFileHdr(bool final);
     void WriteNonSprayDbfFileHdr(bool final);
     void WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount);
+    void WriteCompleteDbfFileHdr(std::uint32_t recordCount);
     int WriteSprayDbfRecord();
     int WriteNonSprayDbfRecord();
     void WriteDbfEnd();
