@@ -34,7 +34,8 @@ const std::string& TDbfCompleteTable::ValueText(double value) {
 void TDbfCompleteTable::Fit(const TCompleteRow& row) {
     Widen(m_Fields[0], row.strId.size());
     Widen(m_Fields[1], std::string_view(BoundTypeName(row.iBound)).size());
-    Widen(m_Fields[2], ValueText(row.dValue).size());
+    // A number too wide for any field is written blank, so it widens nothing.
+    if (ValueText(row.dValue).size() <= kMaxWidth) Widen(m_Fields[2], m_strValue.size());
     Widen(m_Fields[3], row.strName.size());
 }
 

@@ -22,8 +22,10 @@ std::string FileName(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-bool IsBlank(const std::string& text) {
-    return text.find_first_not_of(' ') == std::string::npos;
+std::string_view Trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string::npos) return {};
+    return std::string_view(text).substr(first, text.find_last_not_of(' ') - first + 1);
 }
 }  // namespace
 
@@ -102,10 +104,10 @@ const TChosenValues* TShpAttributeRows::Next(long long recordNumber) {
     if (m_Values.bHasId) m_Values.strId = ToUtf8(m_Values.strId, m_eEncoding);
     if (m_Values.bHasName) m_Values.strName = ToUtf8(m_Values.strName, m_eEncoding);
     // A blank number is the table's way of giving none; any other text that is no number is noted.
-    if (m_pReport != nullptr && m_Columns.iValue >= 0 && !m_Values.bHasValue &&
-        !IsBlank(m_Row[static_cast<std::size_t>(m_Columns.iValue)]) &&
-        m_pReport->Skip(LOAD_SHP_VALUE_NOT_NUMBER, recordNumber))
-        m_pReport->SetFirstNote(LOAD_SHP_VALUE_NOT_NUMBER,
-                                TLoadReport::EscapeText(m_Row[static_cast<std::size_t>(m_Columns.iValue)]));
+    if (m_pReport != nullptr && m_Columns.iValue >= 0 && !m_Values.bHasValue) {
+        const std::string_view text = Trimmed(m_Row[static_cast<std::size_t>(m_Columns.iValue)]);
+        if (!text.empty() && m_pReport->Skip(LOAD_SHP_VALUE_NOT_NUMBER, recordNumber))
+            m_pReport->SetFirstNote(LOAD_SHP_VALUE_NOT_NUMBER, TLoadReport::EscapeText(text));
+    }
     return &m_Values;
 }
