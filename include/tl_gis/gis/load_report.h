@@ -36,7 +36,7 @@ enum TLoadCause : int {
     // attribute table beside the main file.
     LOAD_SHP_Z_VALUES,            // counted in values
     LOAD_SHP_M_VALUES,            // counted in values
-    LOAD_SHP_MULTIPATCH_SURFACE,  // parts that are no rings, counted in parts
+    LOAD_SHP_MULTIPATCH_UNKNOWN_PART,
     LOAD_SHP_LAST_POINT_OUTSIDE,
     LOAD_SHP_DAMAGED_RECORD,
     LOAD_SHP_TABLE_NOT_READ,

@@ -310,9 +310,8 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
         const int start = record.GetPartStart(p);
         const int count = record.GetPartEnd(p) - start;
         const int partType = record.GetPartType(p);
-        // A multipatch's triangles make surfaces, which the map cannot hold; its rings it can.
-        if (partType >= 0 && (partType < SHP_PART_OUTER_RING || partType > SHP_PART_RING)) {
-            if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_SHP_MULTIPATCH_SURFACE, recordNumber);
+        if (partType > SHP_PART_RING) {
+            if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_SHP_MULTIPATCH_UNKNOWN_PART, recordNumber);
             continue;
         }
         // One vertex array serves every part: it is replaced only when a part needs more room,
@@ -344,6 +343,11 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
             AppendInt(name, recordNumber);
             name += '.';
             AppendInt(name, p + 1);
+        }
+        if (partType == SHP_PART_TRIANGLE_STRIP || partType == SHP_PART_TRIANGLE_FAN) {
+            AddTriangles(count, partType == SHP_PART_TRIANGLE_FAN, name,
+                         chosen == nullptr || !chosen->bHasId);
+            continue;
         }
         int boundType = BOUNDARY_OPEN;
         if (partType == SHP_PART_OUTER_RING || partType == SHP_PART_FIRST_RING) {

@@ -1,12 +1,14 @@
 // The complete profile's reading of a record: every shape type with its Z and M variants, a
-// multipoint as one point per point, a multipatch's rings, and the chosen columns of the record's
-// table row. What the map cannot carry is counted in the load report, and a record that cannot
+// multipoint as one point per point, a multipatch's rings and triangles, and the chosen columns of
+// the record's table row. What the map cannot carry is counted in the load report, and a record that cannot
 // be used is skipped alone, so that loading goes on.
 
 #include <tl_gis/gis/coordinates.h>
+#include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/gis/shp/gis_file_shp.h>
 #include <tl_gis/platform/numbers.h>
+#include "gis/load_recording.h"
 #include "gis/shp/shp_file_io.h"
 
 int TGisFileShp::LoadCompleteRecord(const TShpRecord& record) {
@@ -63,6 +65,21 @@ int TGisFileShp::LoadCompleteRecord(const TShpRecord& record) {
         }
     }
     return AddParts(poly, record.iNumber, kind.iLayout != SHPT_POLYLINE, chosen);
+}
+
+void TGisFileShp::AddTriangles(int count, bool fan, const std::string& name, bool numbered) {
+    std::string id = name;
+    for (int i = 0; i + 2 < count; ++i) {
+        // A strip's triangles are each three points in a row; a fan's share its first point.
+        const tagLOC ring[4] = {m_pLocs[fan ? 0 : i], m_pLocs[i + 1], m_pLocs[i + 2], m_pLocs[fan ? 0 : i]};
+        if (numbered) {
+            id = name + '.';
+            AppendInt(id, i + 1);
+        }
+        NoteAdded(m_pLoadReport,
+                  AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), BOUNDARY_INC, 4, ring,
+                                  id.c_str(), false, COLOR_NONE, false, false, false));
+    }
 }
 
 int TGisFileShp::SkipDamagedRecord(int recordNumber, const std::string& problem) {

@@ -90,7 +90,8 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
     const std::vector<TXY> hole = SquareRing(0.002, false);
     withHole.insert(withHole.end(), hole.begin(), hole.end());
     std::vector<TXY> patch = SquareRing(0.01, true);
-    for (const std::vector<TXY>& more : {hole, SquareRing(0.002, true, -93.2)})
+    for (const std::vector<TXY>& more : {hole, SquareRing(0.002, true, -93.2), SquareRing(0.003, true, -93.3),
+                                         SquareRing(0.004, true, -93.4)})
         patch.insert(patch.end(), more.begin(), more.end());
     const std::string point = PointContent(-93.25, 45.5);
     const std::string latin =
@@ -150,13 +151,15 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
          {},
          "point:Point 7.1, point:Point 7.2, point:Point 7.3, point:Point 8.1, point:Point 8.2",
          {{LOAD_SHP_Z_VALUES, 2, "record 8"}}},
-        {"MultiPatch: outer and inner rings, a triangle strip left out",
-         TShpBytes().Record(1, MultiPatch({2, 3, 0}, patch)).Bytes(),
+        {"MultiPatch: outer and inner rings, a triangle strip and fan as rings, a part of type 9 left out",
+         TShpBytes().Record(1, MultiPatch({2, 3, 0, 1, 9}, patch)).Bytes(),
          "",
          "",
          {},
-         "boundary:1.1/16#5, boundary:1.2/17#5",
-         {{LOAD_SHP_Z_VALUES, 15, "record 1"}, {LOAD_SHP_MULTIPATCH_SURFACE, 1, "record 1"}}},
+         "boundary:1.1/16#5, boundary:1.2/17#5, boundary:1.3.1/16#4, boundary:1.3.2/16#4, "
+         "boundary:1.3.3/16#4, "
+         "boundary:1.4.1/16#4, boundary:1.4.2/16#4, boundary:1.4.3/16#4",
+         {{LOAD_SHP_Z_VALUES, 25, "record 1"}, {LOAD_SHP_MULTIPATCH_UNKNOWN_PART, 1, "record 1"}}},
         {"records numbered from 0, big-endian",
          TShpBytes().Record(0, point).Record(1, point).Bytes(),
          "",

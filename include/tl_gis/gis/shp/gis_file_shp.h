@@ -121,6 +121,9 @@ private:
     // latitude and longitude is skipped and noted, and loading goes on.
     int LoadCompleteRecord(const TShpRecord& record);
     int SkipDamagedRecord(int recordNumber, const std::string& problem);
+    // Adds each triangle of a multipatch's strip or fan (its points in the vertex array) as an
+    // inclusion ring, named after the part and numbered when numbered is set.
+    void AddTriangles(int count, bool fan, const std::string& name, bool numbered);
     void NoteMeasures(const TShpMeasures& measures, int recordNumber);
     void NoteSkippedType(const TShpRecord& record);
     // Tells the user that a record cannot be read and gives the result that ends the load.
