@@ -5,31 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include <tl_gis/gis/gis_file.h>
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/language.h>
-#include <tl_gis/platform/numbers.h>
 #include "load_report_check.h"
+#include "shp_complete_support.h"
 #include "shp_test_files.h"
 #include "test_support.h"
 
 using namespace shp_test;
 
 namespace {
-// The complete profile with the chosen columns for one load, and the defaults back afterwards.
-struct TCompleteProfile {
-    TCompleteProfile(const std::string& id, const std::string& value, const std::string& name) {
-        TGisFile::s_bCompleteProfile = true;
-        TGisFile::s_strIdField = id;
-        TGisFile::s_strValueField = value;
-        TGisFile::s_strNameField = name;
-    }
-    ~TCompleteProfile() {
-        TGisFile::s_bCompleteProfile = false;
-        TGisFile::s_strIdField = TGisFile::s_strValueField = TGisFile::s_strNameField = "";
-    }
-};
-
 std::string Doubles(std::initializer_list<double> values) {
     std::string out;
     for (double v : values) PutLEDouble(out, v);
@@ -56,20 +41,6 @@ std::string MultiPointZ(const std::vector<TXY>& points) {
     std::string c = MultiPointContent(points);
     c[0] = 18;
     return c;
-}
-
-// "kind:id", with "/bound#vertices" for lines, " 'name'" for markers and " =value" when not 0.
-std::string Describe(const TMapLayer& layer) {
-    std::string out;
-    for (const TMapElement* e : layer.m_Elements) {
-        out += (out.empty() ? "" : ", ") + std::string(GetElementKindName(e->m_dwType)) + ":" + e->m_strId;
-        if (const auto* line = dynamic_cast<const TFeatureLine*>(e))
-            out += "/" + std::to_string(line->m_iBoundType) + "#" + std::to_string(line->m_iNumPoints);
-        if (const auto* marker = dynamic_cast<const TFeatureMarker*>(e))
-            out += " '" + marker->m_strName + "'";
-        if (e->m_dValue != 0.0) out += " =" + FormatRoundTrip(e->m_dValue);
-    }
-    return out;
 }
 
 struct TCompleteCase {
@@ -290,8 +261,8 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
         EXPECT_EQ(TGisMap().LoadFile(dir.File("t.shp").c_str(), &layer, nullptr, report), GISFILE_OK)
             << c.name;
         EXPECT_EQ(TGisMap().LoadFile(dir.File("t.shp").c_str(), &unreported, nullptr), GISFILE_OK) << c.name;
-        EXPECT_EQ(Describe(layer), c.elements) << c.name;
-        EXPECT_EQ(Describe(unreported), c.elements) << c.name << ": the same without a report";
+        EXPECT_EQ(DescribeElements(layer), c.elements) << c.name;
+        EXPECT_EQ(DescribeElements(unreported), c.elements) << c.name << ": the same without a report";
         EXPECT_EQ(DescribeReport(report), DescribeWanted(c.skips)) << c.name;
         EXPECT_TRUE(messages.Shown().empty()) << c.name;
         EXPECT_EQ(layer.m_dValue, 0.0) << c.name << ": the layer keeps its own value";
