@@ -25,6 +25,7 @@ std::string DescriptorName(const unsigned char* descriptor) {
 bool TDbfReader::Open(const char* path, std::string& problem) {
     m_Columns.clear();
     m_iRowsRead = 0;
+    m_nBlockRow = m_nBlockRows = 0;
     if (!m_File.Open(path, TByteFile::modeRead)) {
         problem = "it cannot be opened";
         return false;
@@ -93,17 +94,27 @@ std::vector<std::string> TDbfReader::GetColumnNames() const {
 }
 
 bool TDbfReader::NextRow(std::vector<std::string>& row, std::span<const int> wanted) {
-    if (m_iRowsRead >= m_iRowsInFile || m_iRowsRead >= static_cast<std::int64_t>(m_uDeclaredRows))
-        return false;
-    m_strRow.resize(m_nRowLength);
-    if (m_File.Read(m_strRow.data(), m_nRowLength) != m_nRowLength) return false;
+    const std::int64_t rows = std::min<std::int64_t>(m_iRowsInFile, m_uDeclaredRows);
+    if (m_iRowsRead >= rows) return false;
+    if (m_nBlockRow >= m_nBlockRows) {
+        // About 64 KiB of rows at a time (one row at least), never more than the file holds.
+        constexpr std::size_t kBlockBytes = 64 * 1024;
+        const auto left = static_cast<std::size_t>(rows - m_iRowsRead);
+        const std::size_t count = std::min(left, std::max<std::size_t>(1, kBlockBytes / m_nRowLength));
+        m_strBlock.resize(count * m_nRowLength);
+        m_nBlockRows = m_File.Read(m_strBlock.data(), m_strBlock.size()) / m_nRowLength;
+        m_nBlockRow = 0;
+        if (m_nBlockRows == 0) return false;
+    }
+    const std::string_view bytes =
+        std::string_view(m_strBlock).substr(m_nBlockRow++ * m_nRowLength, m_nRowLength);
     ++m_iRowsRead;
     for (int c : wanted) {
         if (c < 0 || static_cast<std::size_t>(c) >= m_Columns.size() ||
             static_cast<std::size_t>(c) >= row.size())
             continue;
         const TDbfColumn& column = m_Columns[static_cast<std::size_t>(c)];
-        row[static_cast<std::size_t>(c)].assign(m_strRow, 1 + column.nOffset, column.nWidth);
+        row[static_cast<std::size_t>(c)].assign(bytes.substr(1 + column.nOffset, column.nWidth));
     }
     return true;
 }

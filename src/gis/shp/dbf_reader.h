@@ -45,5 +45,8 @@ private:
     std::int64_t m_iRowsInFile = 0;
     std::int64_t m_iRowsRead = 0;
     std::size_t m_nRowLength = 0;
-    std::string m_strRow;
+    // Rows are read many at a time: a block of whole rows, and the next unread row in it.
+    std::string m_strBlock;
+    std::size_t m_nBlockRow = 0;
+    std::size_t m_nBlockRows = 0;
 };

@@ -22,6 +22,13 @@ std::string FileName(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+// ASCII reads the same in every character set the library knows, so it needs no conversion.
+bool IsAscii(const std::string& text) {
+    for (char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80) return false;
+    return true;
+}
+
 std::string_view Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
     if (first == std::string::npos) return {};
@@ -101,8 +108,9 @@ const TChosenValues* TShpAttributeRows::Next(long long recordNumber) {
         return nullptr;
     }
     m_Values = ReadChosenValues(m_Columns, m_Row);
-    if (m_Values.bHasId) m_Values.strId = ToUtf8(m_Values.strId, m_eEncoding);
-    if (m_Values.bHasName) m_Values.strName = ToUtf8(m_Values.strName, m_eEncoding);
+    if (m_Values.bHasId && !IsAscii(m_Values.strId)) m_Values.strId = ToUtf8(m_Values.strId, m_eEncoding);
+    if (m_Values.bHasName && !IsAscii(m_Values.strName))
+        m_Values.strName = ToUtf8(m_Values.strName, m_eEncoding);
     // A blank number is the table's way of giving none; any other text that is no number is noted.
     if (m_pReport != nullptr && m_Columns.iValue >= 0 && !m_Values.bHasValue) {
         const std::string_view text = Trimmed(m_Row[static_cast<std::size_t>(m_Columns.iValue)]);
