@@ -1,6 +1,7 @@
 #include "gis/shp/dbf_complete_table.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include <tl_gis/platform/numbers.h>
@@ -26,8 +27,13 @@ void TDbfCompleteTable::Clear() {
 }
 
 const std::string& TDbfCompleteTable::ValueText(double value) {
+    // Layers repeat their values (every boundary 0, a few rates): the last text is kept.
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    if (m_bValueKept && bits == m_uValueBits) return m_strValue;
     m_strValue.clear();
     if (std::isfinite(value)) AppendFixed(m_strValue, value, kDecimals);
+    m_bValueKept = true;
+    m_uValueBits = bits;
     return m_strValue;
 }
 

@@ -5,6 +5,7 @@
 // names again. Knows nothing of maps.
 
 #include <array>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,5 +34,7 @@ private:
     const std::string& ValueText(double value);
 
     std::array<TDbfField, 4> m_Fields;
-    std::string m_strValue;
+    std::string m_strValue;  // the text of the value last formatted
+    bool m_bValueKept = false;
+    std::uint64_t m_uValueBits = 0;
 };

@@ -103,7 +103,9 @@ void TDbfRecordWriter::Begin(std::span<const TDbfField> fields, bool utf8) {
     m_Fields = fields;
     m_bUtf8 = utf8;
     m_nNext = 0;
-    m_strRecord.assign(1, ' ');
+    m_nOffset = 1;
+    // The whole record blank at once: the deletion flag and every field not yet filled.
+    m_strRecord.assign(static_cast<std::size_t>(GetDbfRecordLength(fields)), ' ');
 }
 
 std::size_t TDbfRecordWriter::FitLength(std::string_view text, std::size_t width) const {
@@ -115,20 +117,21 @@ std::size_t TDbfRecordWriter::FitLength(std::string_view text, std::size_t width
     return length;
 }
 
-void TDbfRecordWriter::AddText(std::string_view text) {
+void TDbfRecordWriter::Place(std::string_view text, bool left) {
     if (m_nNext >= m_Fields.size()) return;
     const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
     const std::size_t length = FitLength(text, width);
-    m_strRecord.append(width - length, ' ');
-    m_strRecord.append(text.substr(0, length));
+    if (length > 0)
+        std::memcpy(m_strRecord.data() + m_nOffset + (left ? 0 : width - length), text.data(), length);
+    m_nOffset += width;
+}
+
+void TDbfRecordWriter::AddText(std::string_view text) {
+    Place(text, false);
 }
 
 void TDbfRecordWriter::AddLeftText(std::string_view text) {
-    if (m_nNext >= m_Fields.size()) return;
-    const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
-    const std::size_t length = FitLength(text, width);
-    m_strRecord.append(text.substr(0, length));
-    m_strRecord.append(width - length, ' ');
+    Place(text, true);
 }
 
 void TDbfRecordWriter::AddNumber(double value, int decimals) {
@@ -153,6 +156,5 @@ void TDbfRecordWriter::AddFlag(int flag) {
 }
 
 const std::string& TDbfRecordWriter::Bytes() {
-    while (m_nNext < m_Fields.size()) AddText({});
     return m_strRecord;
 }

@@ -21,14 +21,18 @@ int TGisFileShp::LoadCompleteRecord(const TShpRecord& record) {
     }
     m_pLayer->m_iShapeType = record.iShapeType;
     std::string problem;
-    std::string id = "Point ";
-    AppendInt(id, record.iNumber);
+    // Points are named "Point 7", a multipoint's "Point 7.1", "Point 7.2", ...
+    const auto pointId = [&record] {
+        std::string id = "Point ";
+        AppendInt(id, record.iNumber);
+        return id;
+    };
     if (kind.iLayout == SHPT_POINT) {
         tagLOC loc;
         if (!DecodeShpPoint(record.pContent, record.nLength, loc, problem))
             return SkipDamagedRecord(record.iNumber, problem);
         NoteMeasures(CountShpPointMeasures(record.nLength, kind, record.pContent), record.iNumber);
-        AddPointElement(loc, std::move(id), chosen, record.iNumber);
+        AddPointElement(loc, pointId(), chosen, record.iNumber);
         return GISFILE_OK;
     }
     TShpPolyRecord poly;
@@ -37,8 +41,7 @@ int TGisFileShp::LoadCompleteRecord(const TShpRecord& record) {
     NoteMeasures(poly.GetMeasures(), record.iNumber);
     const int points = poly.GetPointCount();
     if (kind.iLayout == SHPT_MULTIPOINT) {
-        // Each point of a multipoint is an element of its own: "Point 7.1", "Point 7.2", ...
-        id += '.';
+        std::string id = pointId() + '.';
         const std::size_t stem = id.size();
         for (int i = 0; i < points; ++i) {
             tagLOC loc;

@@ -10,37 +10,21 @@
 #include "gis/shp/shp_file_io.h"
 
 namespace {
-const TFeatureLine* AsLine(const TMapElement* element) {
-    return dynamic_cast<const TFeatureLine*>(element);
+// The kind codes of lines of every class share their top twelve bits.
+constexpr std::uint32_t kLineFamilyMask = 0xFFF00000u;
+
+bool HasPoints(const TFeatureLine& line) {
+    return line.m_pPoints != nullptr && line.m_iNumPoints > 0;
 }
 
-bool IsRing(const TFeatureLine& line) {
-    return line.m_iBoundType != BOUNDARY_OPEN && line.m_pPoints != nullptr && line.m_iNumPoints > 0;
+TCompleteRow RowOf(const TMapElement& element, int bound, std::string_view name = {}) {
+    return {element.m_strId, bound, element.m_dValue, name};
 }
 
-bool IsOpenLine(const TMapElement* element) {
-    const TFeatureLine* line = AsLine(element);
-    return line != nullptr && line->m_iBoundType == BOUNDARY_OPEN && line->m_pPoints != nullptr &&
-           line->m_iNumPoints > 0;
-}
-
-// A marker's or point's position; false for every other element.
-bool GetPointPosition(const TMapElement* element, tagLOC& loc) {
-    if (const auto* marker = dynamic_cast<const TFeatureMarker*>(element)) {
-        loc = marker->m_Loc;
-        return true;
-    }
-    if (const auto* point = dynamic_cast<const TFeaturePoint*>(element)) {
-        loc = point->m_Loc;
-        return true;
-    }
-    return false;
-}
-
-TCompleteRow RowOf(const TMapElement& element, int bound) {
-    const auto* marker = dynamic_cast<const TFeatureMarker*>(&element);
-    return {element.m_strId, bound, element.m_dValue,
-            marker != nullptr ? std::string_view(marker->m_strName) : std::string_view()};
+// A marker's or point's row: the marker's name is its NAME.
+TCompleteRow PointRowOf(const TShpCompletePoint& point) {
+    return RowOf(*point.pElement, 0,
+                 point.pName != nullptr ? std::string_view(*point.pName) : std::string_view());
 }
 
 // The vertices a ring is written with: its own, and its first once more when it does not end there.
@@ -51,11 +35,26 @@ int RingPointCount(const TFeatureLine& ring) {
 }  // namespace
 
 void TGisFileShp::PrepareCompletePolygons() {
+    // One pass sorts the layer: rings, open lines, and markers and points; the kind code spares
+    // the type test of every element that is none of them.
     std::vector<const TFeatureLine*> rings;
-    if (m_pLayer != nullptr) {
-        for (const TMapElement* element : m_pLayer->m_Elements) {
-            const TFeatureLine* line = AsLine(element);
-            if (line != nullptr && IsRing(*line)) rings.push_back(line);
+    m_pIo->m_OpenLines.clear();
+    m_pIo->m_Points.clear();
+    const std::size_t count = m_pLayer != nullptr ? m_pLayer->m_Elements.size() : 0;
+    rings.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const TMapElement* element = m_pLayer->m_Elements[i];
+        const std::uint32_t kind = element->m_dwType & ELEMENT_KIND_MASK;
+        if ((kind & kLineFamilyMask) == ELEMENT_LINE) {
+            const auto* line = dynamic_cast<const TFeatureLine*>(element);
+            if (line == nullptr || !HasPoints(*line)) continue;
+            (line->m_iBoundType == BOUNDARY_OPEN ? m_pIo->m_OpenLines : rings).push_back(line);
+        } else if (kind == ELEMENT_MARKER) {
+            if (const auto* marker = dynamic_cast<const TFeatureMarker*>(element))
+                m_pIo->m_Points.push_back({marker, marker->m_Loc, &marker->m_strName});
+        } else if (kind == ELEMENT_POINT) {
+            if (const auto* point = dynamic_cast<const TFeaturePoint*>(element))
+                m_pIo->m_Points.push_back({point, point->m_Loc, nullptr});
         }
     }
     m_pIo->m_Groups = GroupRingsIntoPolygons(rings);
@@ -96,12 +95,12 @@ int TGisFileShp::DoPolygonGroupRec(std::size_t group) {
     if (length == 0) return 0;
     ++m_iShapeRecords;
     const int result = WriteShpRecord(block, length);
-    if (result == 0) WriteCompleteRow(*polygon.pOuter, polygon.pOuter->m_iBoundType);
+    if (result == 0) WriteCompleteRow(RowOf(*polygon.pOuter, polygon.pOuter->m_iBoundType));
     return result;
 }
 
-void TGisFileShp::WriteCompleteRow(const TMapElement& element, int bound) {
-    const std::string& bytes = m_pIo->m_CompleteTable.Format(m_pIo->m_DbfRecord, RowOf(element, bound));
+void TGisFileShp::WriteCompleteRow(const TCompleteRow& row) {
+    const std::string& bytes = m_pIo->m_CompleteTable.Format(m_pIo->m_DbfRecord, row);
     m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
 }
 
@@ -112,20 +111,16 @@ int TGisFileShp::WriteCompanionTriples(const std::string& target) {
 }
 
 int TGisFileShp::WriteCompanionTriple(const std::string& stem, bool points) {
-    const auto belongs = [points](const TMapElement* element) {
-        tagLOC loc;
-        return points ? GetPointPosition(element, loc) : IsOpenLine(element);
-    };
+    const std::size_t count = points ? m_pIo->m_Points.size() : m_pIo->m_OpenLines.size();
+    // A layer without such elements gets no triple of them.
+    if (count == 0) return GISFILE_OK;
     TDbfCompleteTable& table = m_pIo->m_CompleteTable;
     table.Clear();
-    bool any = false;
-    for (const TMapElement* element : m_pLayer->m_Elements) {
-        if (!belongs(element)) continue;
-        any = true;
-        table.Fit(RowOf(*element, points ? 0 : BOUNDARY_OPEN));
+    if (points) {
+        for (const TShpCompletePoint& point : m_pIo->m_Points) table.Fit(PointRowOf(point));
+    } else {
+        for (const TFeatureLine* line : m_pIo->m_OpenLines) table.Fit(RowOf(*line, BOUNDARY_OPEN));
     }
-    // A layer without such elements gets no triple of them.
-    if (!any) return GISFILE_OK;
     TShpOutputFiles& out = m_pIo->m_Out;
     if (!out.Create(stem)) {
         out.Close();
@@ -143,31 +138,32 @@ int TGisFileShp::WriteCompanionTriple(const std::string& stem, bool points) {
     TLocRect box;
     box.InitExtents();
     TShpPolyEncoder encoder;
-    for (const TMapElement* element : m_pLayer->m_Elements) {
-        if (!belongs(element)) continue;
+    for (std::size_t i = 0; i < count; ++i) {
         unsigned char* block = nullptr;
         int length = 0;
-        tagLOC loc;
-        if (points && GetPointPosition(element, loc)) {
-            if (!IsFinitePosition(loc)) continue;
-            block = ShpRecordBlock(m_RecordBuffer, SHP_POINT_RECORD_BYTES);
+        if (points) {
+            const tagLOC& loc = m_pIo->m_Points[i].Loc;
+            block = IsFinitePosition(loc) ? ShpRecordBlock(m_RecordBuffer, SHP_POINT_RECORD_BYTES) : nullptr;
             if (block == nullptr) continue;
             EncodeShpPointRecord(block, m_iShapeRecords + 1, loc);
             length = static_cast<int>(SHP_POINT_RECORD_BYTES);
             box.ExpandExtents(loc);
-        } else if (const TFeatureLine* line = AsLine(element); line != nullptr && !points) {
+        } else {
             // Written as held: every vertex, a repeated one and a closing one included.
+            const TFeatureLine& line = *m_pIo->m_OpenLines[i];
             block = ShpRecordBlock(m_RecordBuffer,
-                                   ShpPolyRecordBytes(static_cast<std::size_t>(line->m_iNumPoints)));
+                                   ShpPolyRecordBytes(static_cast<std::size_t>(line.m_iNumPoints)));
             if (block == nullptr) continue;
-            encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, line->m_iNumPoints);
-            for (int i = 0; i < line->m_iNumPoints; ++i) encoder.Add(line->m_pPoints[i]);
+            encoder.Begin(block, m_iShapeRecords + 1, SHPT_POLYLINE, line.m_iNumPoints);
+            for (int k = 0; k < line.m_iNumPoints; ++k) encoder.Add(line.m_pPoints[k]);
             length = encoder.Finish();
             if (length == 0) continue;
             box.ExpandExtents(encoder.GetBox());
         }
         ++m_iShapeRecords;
-        if (WriteShpRecord(block, length) == 0) WriteCompleteRow(*element, points ? 0 : BOUNDARY_OPEN);
+        if (WriteShpRecord(block, length) != 0) continue;
+        WriteCompleteRow(points ? PointRowOf(m_pIo->m_Points[i])
+                                : RowOf(*m_pIo->m_OpenLines[i], BOUNDARY_OPEN));
     }
     WriteDbfEnd();
     if (box.IsEmpty()) box.Clear();

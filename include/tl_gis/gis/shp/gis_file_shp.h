@@ -20,6 +20,7 @@ struct TShpFileIo;
 struct TShpRecord;
 struct TShpMeasures;
 struct TChosenValues;
+struct TCompleteRow;
 class TShpPolyRecord;
 class TShpPolyEncoder;
 enum TDbfTable : int;
@@ -158,7 +159,7 @@ private:
     int DoPolygonGroupRec(std::size_t group);
     int WriteCompanionTriples(const std::string& target);
     int WriteCompanionTriple(const std::string& stem, bool points);
-    void WriteCompleteRow(const TMapElement& element, int bound);
+    void WriteCompleteRow(const TCompleteRow& row);
     // Reads the source file's date and cuts m_strSourceFile to its name.
     void ReadSourceFacts();
     // Fills the attributes that come from one sample (time, field, offset, line, numbers).
