@@ -83,10 +83,7 @@ void LoadWhatAPeerWrote(const char* writer) {
     if (!HavePeer(writer))
         GTEST_SKIP() << writer << " is missing (scripts/install-test-tools.sh installs it)";
     TTempDir dir;
-    WriteFileBytes(dir.File("generate.py"), kPeerWriter);
-    const TCommandResult made =
-        RunCommand(std::string(TL_GIS_PYTHON) + " " + ShellQuote(dir.File("generate.py")) + " " +
-                   ShellQuote(dir.Path()) + " " + writer + " 2>&1");
+    const TCommandResult made = RunPeerScript(dir, kPeerWriter, writer);
     ASSERT_EQ(made.iExit, 0) << made.strOut;
     const std::string m = "boundary:multipatch-";
     const TPeerSet sets[] = {
