@@ -229,16 +229,6 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
          "point:Point 1, point:Point 2, " + plain,
          {{LOAD_SHP_TABLE_NOT_READ, 1,
            "the file header (t.dbf: its header length of 5000 bytes runs past the file's 210 bytes)"}}},
-        {"fields wider than the table's rows",
-         mixed,
-         DbfBytes(columns, rows, -1, -1, 9),
-         "",
-         chosen,
-         "point:Point 1, point:Point 2, " + plain,
-         {{LOAD_SHP_TABLE_NOT_READ, 1,
-           "the file header (t.dbf: its 3 fields are 19 bytes wide, but its rows hold 9 bytes with the "
-           "deletion "
-           "flag)"}}},
         {"a row count past the table's end",
          threePoints,
          DbfBytes(columns, {rows[0]}, 5),
