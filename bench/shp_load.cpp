@@ -1,5 +1,7 @@
 // Loading a large polygon shapefile: 100,000 polygons of 11 vertices (1.1 M vertices, 23 MB),
-// with the centroid and UTM area of every ring, as a host load does.
+// with the centroid and UTM area of every ring, as a host load does: by default (argument 0),
+// in the complete profile (1), and in the complete profile with an ID column of the .dbf beside
+// it taken as each ring's id (2).
 //
 //   cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DTL_GIS_BUILD_BENCH=ON
 //   ninja -C build-release bench_shp_load && build-release/bench/bench_shp_load
@@ -16,11 +18,13 @@
 #include <fstream>
 #include <string>
 
+#include <tl_gis/gis/gis_file.h>
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
 #include "bench_memory.h"
 #include "gis/byte_order.h"
+#include "gis/shp/dbf_table.h"
 
 namespace {
 constexpr int kPolygons = 100000;
@@ -54,17 +58,49 @@ std::string MakeShapefile() {
     return bytes;
 }
 
+// One ID (N 10) per polygon, 1..kPolygons.
+std::string MakeIdTable() {
+    static constexpr TDbfField kFields[] = {{"ID", 'N', 10, 0}};
+    std::string bytes;
+    AppendDbfHeader(bytes, kFields, kPolygons, {});
+    TDbfRecordWriter record;
+    for (int i = 0; i < kPolygons; ++i) {
+        record.Begin(kFields);
+        record.AddInteger(i + 1);
+        bytes += record.Bytes();
+    }
+    return bytes + static_cast<char>(DBF_FILE_END);
+}
+
+std::string BenchStem() {
+    return "/tmp/tl_gis_bench_" + std::to_string(getpid());
+}
+
 const std::string& ShapefilePath() {
     static const std::string path = [] {
-        const std::string p = "/tmp/tl_gis_bench_" + std::to_string(getpid()) + ".shp";
+        const std::string p = BenchStem() + ".shp";
         std::ofstream(p, std::ios::binary) << MakeShapefile();
+        std::ofstream(BenchStem() + ".dbf", std::ios::binary) << MakeIdTable();
         return p;
     }();
     return path;
 }
 
+// Sets the profile of one benchmark run, and the default back afterwards.
+struct TBenchProfile {
+    explicit TBenchProfile(std::int64_t profile) {
+        TGisFile::s_bCompleteProfile = profile > 0;
+        TGisFile::s_strIdField = profile > 1 ? "ID" : "";
+    }
+    ~TBenchProfile() {
+        TGisFile::s_bCompleteProfile = false;
+        TGisFile::s_strIdField.clear();
+    }
+};
+
 void BM_LoadPolygonShapefile(benchmark::State& state) {
     const std::string& path = ShapefilePath();
+    const TBenchProfile profile(state.range(0));
     EnsureLibraryStarted();
     TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_NO); });
     long peakKb = 0, baseKb = 0;
@@ -91,13 +127,16 @@ void BM_LoadPolygonShapefile(benchmark::State& state) {
     state.counters["peak_MB"] = (peakKb - baseKb) / 1024.0;
     state.counters["peak_per_vertex_data"] = (peakKb - baseKb) * 1024.0 / vertexBytes;
 }
-BENCHMARK(BM_LoadPolygonShapefile)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_LoadPolygonShapefile)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 }  // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    if (std::getenv("TL_GIS_BENCH_KEEP") == nullptr) std::remove(ShapefilePath().c_str());
+    if (std::getenv("TL_GIS_BENCH_KEEP") == nullptr) {
+        std::remove(ShapefilePath().c_str());
+        std::remove((BenchStem() + ".dbf").c_str());
+    }
     return 0;
 }

@@ -4,6 +4,8 @@
 //  - 100,000 polygons of 11 vertices read and written again (shp -> shp), timed against the
 //    same round trip through ogr2ogr when GDAL is installed (reported as ogr2ogr_ratio, the
 //    ogr2ogr time over ours).
+// Each by default (argument 0) and in the complete profile (1), which groups the rings into
+// polygons, writes a table row per polygon and a .prj and .cpg beside every triple.
 //
 //   cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DTL_GIS_BUILD_BENCH=ON
 //   ninja -C build-release bench_shp_write_bench && build-release/bench/bench_shp_write_bench
@@ -80,7 +82,14 @@ std::unique_ptr<TMapLayer> MakeSprayLayer() {
     return layer;
 }
 
+// Sets the profile of one benchmark run, and the default back afterwards.
+struct TBenchProfile {
+    explicit TBenchProfile(std::int64_t complete) { TGisFile::s_bCompleteProfile = complete != 0; }
+    ~TBenchProfile() { TGisFile::s_bCompleteProfile = false; }
+};
+
 void BM_ExportSwathPolygons(benchmark::State& state) {
+    const TBenchProfile profile(state.range(0));
     EnsureLibraryStarted();
     TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_OK); });
     const std::unique_ptr<TMapLayer> layer = MakeSprayLayer();
@@ -106,7 +115,7 @@ void BM_ExportSwathPolygons(benchmark::State& state) {
     state.counters["extra_peak_MB"] = extraKb / 1024.0;
     state.counters["layer_samples_MB"] = samples * sizeof(tagSPRAYREC) / (1024.0 * 1024.0);
 }
-BENCHMARK(BM_ExportSwathPolygons)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_ExportSwathPolygons)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // 100,000 rings as a shapefile: written once by the library itself (boundary export), then
 // read back and written again in each iteration.
@@ -150,6 +159,7 @@ void BM_ShpRoundTrip100kPolygons(benchmark::State& state) {
     EnsureLibraryStarted();
     TScopedMessageHandler quiet([](const TMessageBoxRequest&) { return static_cast<int>(ANSWER_NO); });
     const std::string& input = PolygonInput();
+    const TBenchProfile profile(state.range(0));
     const std::string target = WorkDir() + "/copy.shp";
     double ours = 0.0;
     for (auto _ : state) {
@@ -167,7 +177,7 @@ void BM_ShpRoundTrip100kPolygons(benchmark::State& state) {
     state.counters["ogr2ogr_s"] = ogr;
     state.counters["ogr2ogr_ratio"] = ours > 0.0 ? ogr / ours : 0.0;
 }
-BENCHMARK(BM_ShpRoundTrip100kPolygons)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_ShpRoundTrip100kPolygons)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -160,6 +160,12 @@ void ShpSeeds(TSeeds& seeds) {
             .Record(2, PolyContent(3, {0, 2}, line))
             .Record(3, PolyContent(5, {0}, SquareRing(0.01, true)));
     };
+    const std::string multipointAndNull = TShpBytes()
+                                              .Record(1, MultiPointContent({{-93.2, 45.4}, {-93.1, 45.3}}))
+                                              .Record(2, std::string(4, '\0'))
+                                              .Record(3, PointContent(-93.26, 45.51))
+                                              .Bytes();
+    const std::string polygonWithHole = TShpBytes().Record(1, PolyContent(5, {0, 5}, twoRings)).Bytes();
     struct TCase {
         const char* name;
         std::string shp;
@@ -175,16 +181,10 @@ void ShpSeeds(TSeeds& seeds) {
          false, 2},
         {"polyline", TShpBytes().Record(1, PolyContent(3, {0, 2}, line)).Bytes(9994, 3), false, 1},
         {"polygon", TShpBytes().Record(1, PolyContent(5, {0}, SquareRing(0.01, true))).Bytes(), false, 1},
-        {"polygon-with-hole", TShpBytes().Record(1, PolyContent(5, {0, 5}, twoRings)).Bytes(), false, 1},
+        {"polygon-with-hole", polygonWithHole, false, 1},
         {"mixed-big-endian", mixed(false).Bytes(), false, 3},
         {"mixed-little-endian", mixed(true).Bytes(), true, 3},
-        {"multipoint-and-null",
-         TShpBytes()
-             .Record(1, MultiPointContent({{-93.2, 45.4}, {-93.1, 45.3}}))
-             .Record(2, std::string(4, '\0'))
-             .Record(3, PointContent(-93.26, 45.51))
-             .Bytes(),
-         false, 3},
+        {"multipoint-and-null", multipointAndNull, false, 3},
         {"polygon-z",
          TShpBytes().Record(1, PolyContent(15, {0}, SquareRing(0.01, true)) + std::string(48, '\0')).Bytes(),
          false, 1},
@@ -204,6 +204,38 @@ void ShpSeeds(TSeeds& seeds) {
     for (const TCase& c : cases)
         seeds[std::string("seed-") + c.name] =
             tl_fuzz::PackInput({c.shp, IndexFor(c.shp, c.little), AttributeTable(c.records)});
+
+    // The complete profile (an input whose last byte is odd): every shape type, records numbered
+    // from 0, and tables that do not fit their files.
+    std::string multiPatch = PolyContent(31, {0, 5, 10}, twoRings);
+    multiPatch.insert(44 + 12, std::string("\x02\0\0\0\x03\0\0\0\0\0\0\0", 12));
+    const TCase complete[] = {
+        {"mixed", mixed(false).Bytes(), false, 3},
+        {"polygon-with-hole", polygonWithHole, false, 1},
+        {"multipoint-and-null", multipointAndNull, false, 3},
+        {"z-and-m",
+         TShpBytes()
+             .Record(1, PointContent(-93.25, 45.5, 11) + std::string(16, '\0'))
+             .Record(2, PolyContent(23, {0}, line) + std::string(48, '\0'))
+             .Record(3, PolyContent(15, {0}, SquareRing(0.01, true)) + std::string(96, '\0'))
+             .Bytes(),
+         false, 3},
+        {"multipatch", TShpBytes().Record(1, multiPatch + std::string(16 + 8 * 10, '\0')).Bytes(), false, 1},
+        {"record-zero",
+         TShpBytes(true).Record(0, PointContent(-93.25, 45.5)).Record(1, PolyContent(3, {0}, line)).Bytes(),
+         true, 2},
+    };
+    for (const TCase& c : complete) {
+        const std::string table = AttributeTable(c.records);
+        seeds[std::string("seed-complete-") + c.name] =
+            tl_fuzz::PackInput({c.shp, IndexFor(c.shp, c.little), table + '\x01'});
+        // The same table claiming more rows and a longer header than its file holds.
+        std::string hostile = table;
+        hostile[4] = '\x7F';
+        hostile[9] = '\x40';
+        seeds[std::string("seed-complete-hostile-table-") + c.name] =
+            tl_fuzz::PackInput({c.shp, IndexFor(c.shp, c.little), hostile + '\x01'});
+    }
 }
 
 // Configuration and language files: each language as installed, and a few files with one

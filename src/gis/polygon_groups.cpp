@@ -42,7 +42,7 @@ bool IsRingInsideRing(const tagLOC* inner, int innerCount, const tagLOC* outer, 
 
 std::vector<TPolygonGroup> GroupRingsIntoPolygons(const std::vector<const TFeatureLine*>& rings) {
     std::vector<TPolygonGroup> groups;
-    std::vector<TLocRect> outerBoxes;
+    groups.reserve(rings.size());
     std::vector<const TFeatureLine*> exclusions;
     for (const TFeatureLine* ring : rings) {
         if (ring == nullptr) continue;
@@ -51,8 +51,13 @@ std::vector<TPolygonGroup> GroupRingsIntoPolygons(const std::vector<const TFeatu
             continue;
         }
         groups.push_back({ring, {}});
-        outerBoxes.push_back(BoxOf(ring->m_pPoints, ring->m_iNumPoints));
     }
+    // The boxes of the outer rings are needed only to place exclusion rings.
+    if (exclusions.empty()) return groups;
+    std::vector<TLocRect> outerBoxes;
+    outerBoxes.reserve(groups.size());
+    for (const TPolygonGroup& group : groups)
+        outerBoxes.push_back(BoxOf(group.pOuter->m_pPoints, group.pOuter->m_iNumPoints));
     const std::size_t outers = groups.size();
     for (const TFeatureLine* hole : exclusions) {
         const TLocRect box = BoxOf(hole->m_pPoints, hole->m_iNumPoints);

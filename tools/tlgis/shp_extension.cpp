@@ -128,7 +128,9 @@ bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions
     EnsureLibraryStarted();
     const bool boundaries = options.Has("boundaries") || !HasSpray(layer);
     if (!options.Has("boundaries") && boundaries)
-        PrintNote("the layer holds no recorded spray: writing its boundary lines");
+        PrintNote(TGisFile::s_bCompleteProfile
+                      ? "the layer holds no recorded spray: writing its boundaries, lines, markers and points"
+                      : "the layer holds no recorded spray: writing its boundary lines");
     const std::string target =
         ChoosePathSpelling({out, Absolute(out)}, SpraySuffix(), &TGisFileShp::GetSprayOutputFile, "target");
     // The source names the non-spray triple, written only for a layer with recorded spray.
@@ -141,6 +143,11 @@ bool WriteShapefile(const std::string& out, TMapLayer& layer, const TToolOptions
     writer.SetSingleBlockMode(options.Has("single-block") ? 1 : 0);
     result = writer.WriteFile(target.c_str(), &layer);
     if (result != 0) return true;
+    // The complete profile writes more beside each triple: the writer says what.
+    if (TGisFile::s_bCompleteProfile) {
+        for (const std::string& file : writer.GetWrittenFiles()) PrintNote("wrote " + file);
+        return true;
+    }
     NoteTriple(target, &TGisFileShp::GetSprayOutputFile);
     // The non-spray path follows whenever the layer holds recorded spray, in boundary mode too.
     if (HasSpray(layer)) NoteTriple(source, &TGisFileShp::GetNonSprayOutputFile);

@@ -32,6 +32,18 @@ enum TLoadCause : int {
     LOAD_SHP_MULTIPATCH,
     LOAD_SHP_UNKNOWN_TYPE,
     LOAD_SHP_TRAILING_BYTES,  // counted in bytes
+    // The complete profile: what it reads but cannot carry, records it skips to go on, and the
+    // attribute table beside the main file.
+    LOAD_SHP_Z_VALUES,            // counted in values
+    LOAD_SHP_M_VALUES,            // counted in values
+    LOAD_SHP_MULTIPATCH_UNKNOWN_PART,
+    LOAD_SHP_LAST_POINT_OUTSIDE,
+    LOAD_SHP_DAMAGED_RECORD,
+    LOAD_SHP_TABLE_NOT_READ,
+    LOAD_SHP_COLUMN_MISSING,
+    LOAD_SHP_NO_TABLE_ROW,
+    LOAD_SHP_VALUE_NOT_NUMBER,
+    LOAD_SHP_UNKNOWN_CHARSET,
 
     // Coordinates that are not latitude and longitude: the vertex (or position line) dropped,
     // the whole entity left out, or the value kept as read.

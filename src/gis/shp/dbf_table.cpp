@@ -99,21 +99,39 @@ void AppendDbfHeader(std::string& out, std::span<const TDbfField> fields, std::u
     out += static_cast<char>(DBF_HEADER_END);
 }
 
-void TDbfRecordWriter::Begin(std::span<const TDbfField> fields) {
+void TDbfRecordWriter::Begin(std::span<const TDbfField> fields, bool utf8) {
     m_Fields = fields;
+    m_bUtf8 = utf8;
     m_nNext = 0;
-    m_strRecord.assign(1, ' ');
+    m_nOffset = 1;
+    // The whole record blank at once: the deletion flag and every field not yet filled.
+    m_strRecord.assign(static_cast<std::size_t>(GetDbfRecordLength(fields)), ' ');
+}
+
+std::size_t TDbfRecordWriter::FitLength(std::string_view text, std::size_t width) const {
+    if (text.size() <= width) return text.size();
+    std::size_t length = width;
+    // UTF-8 continuation bytes are 10xxxxxx: never cut in front of one.
+    if (m_bUtf8)
+        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
+    return length;
+}
+
+void TDbfRecordWriter::Place(std::string_view text, bool left) {
+    if (m_nNext >= m_Fields.size()) return;
+    const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
+    const std::size_t length = FitLength(text, width);
+    if (length > 0)
+        std::memcpy(m_strRecord.data() + m_nOffset + (left ? 0 : width - length), text.data(), length);
+    m_nOffset += width;
 }
 
 void TDbfRecordWriter::AddText(std::string_view text) {
-    if (m_nNext >= m_Fields.size()) return;
-    const auto width = static_cast<std::size_t>(m_Fields[m_nNext++].iWidth);
-    if (text.size() >= width) {
-        m_strRecord.append(text.substr(0, width));
-    } else {
-        m_strRecord.append(width - text.size(), ' ');
-        m_strRecord.append(text);
-    }
+    Place(text, false);
+}
+
+void TDbfRecordWriter::AddLeftText(std::string_view text) {
+    Place(text, true);
 }
 
 void TDbfRecordWriter::AddNumber(double value, int decimals) {
@@ -138,6 +156,5 @@ void TDbfRecordWriter::AddFlag(int flag) {
 }
 
 const std::string& TDbfRecordWriter::Bytes() {
-    while (m_nNext < m_Fields.size()) AddText({});
     return m_strRecord;
 }

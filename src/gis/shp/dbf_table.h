@@ -43,12 +43,15 @@ void AppendDbfHeader(std::string& out, std::span<const TDbfField> fields, std::u
 
 // Builds one record: the deletion blank, then every field's text right-aligned in its width
 // (padded with blanks on the left, a longer text cut to its leftmost characters). Fields are
-// filled in table order; fields left unfilled at Bytes() are blank, so a record always has
-// exactly the table's record length. The text buffer is reused from record to record.
+// filled in table order; fields left unfilled are blank, so a record always has exactly the
+// table's record length. The text buffer is reused from record to record.
 class TDbfRecordWriter {
 public:
-    void Begin(std::span<const TDbfField> fields);
+    // utf8: the texts are UTF-8, and one cut to its field's width loses whole characters only.
+    void Begin(std::span<const TDbfField> fields, bool utf8 = false);
     void AddText(std::string_view text);
+    // A text left-aligned, padded on the right with blanks, as dBASE keeps texts.
+    void AddLeftText(std::string_view text);
     // Fixed decimals, as "%.Nf" formats them; blank for NaN and infinities.
     void AddNumber(double value, int decimals);
     void AddInteger(long long value);
@@ -58,8 +61,15 @@ public:
     const std::string& Bytes();
 
 private:
+    // The bytes of the text that fit a width, cut before a character when the texts are UTF-8.
+    std::size_t FitLength(std::string_view text, std::size_t width) const;
+    // Puts the text into the next field, right- or left-aligned.
+    void Place(std::string_view text, bool left);
+
     std::span<const TDbfField> m_Fields;
+    bool m_bUtf8 = false;
     std::size_t m_nNext = 0;
+    std::size_t m_nOffset = 0;  // of the next field in the record
     std::string m_strRecord;
     std::string m_strScratch;
 };

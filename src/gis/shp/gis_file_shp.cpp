@@ -12,6 +12,7 @@
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/coordinate_transform.h"
+#include "gis/attribute_columns.h"
 #include "gis/load_recording.h"
 #include "gis/shp/shp_record_reader.h"
 #include "gis/text_ids.h"
@@ -22,6 +23,23 @@ ESRINONSPRAYFORMAT TGisFileShp::s_eESRINonSprayFormat = ESRI_NONSPRAY_POLYLINES;
 namespace {
 // Source text of the projected-coordinate question for polygons.
 constexpr const char* kPolygonSource = "This SHP file";
+
+// Gives the layer the chosen value of a record while its lines are added (they take the layer's
+// value), and the layer its own value back afterwards.
+class TLayerValueScope {
+public:
+    TLayerValueScope(TMapLayer& layer, const TChosenValues* chosen)
+        : m_Layer(layer), m_dKept(layer.m_dValue) {
+        if (chosen != nullptr && chosen->bHasValue) layer.m_dValue = chosen->dValue;
+    }
+    ~TLayerValueScope() { m_Layer.m_dValue = m_dKept; }
+    TLayerValueScope(const TLayerValueScope&) = delete;
+    TLayerValueScope& operator=(const TLayerValueScope&) = delete;
+
+private:
+    TMapLayer& m_Layer;
+    double m_dKept;
+};
 
 // The cause under which records of a shape type the reader does not read are counted.
 TLoadCause SkippedTypeCause(std::int32_t shapeType) {
@@ -66,6 +84,7 @@ int TGisFileShp::LoadFile(const char* path, TMapLayer* layer, GisProgressCallbac
     return RunWithoutThrowing([&] { return ReadShapes(path, layer, progress); },
                               [&] {
                                   m_pIo->m_pReader.reset();
+                                  m_pIo->m_pAttributes.reset();
                                   m_pIo->m_ShapeFile.Close();
                                   ReleaseLocArray();
                               });
@@ -82,9 +101,15 @@ int TGisFileShp::ReadShapes(const char* path, TMapLayer* layer, GisProgressCallb
     m_pLayer = layer;
     m_strLineSource = DescribeSourceForPrompt(" SHP ");
     m_pIo->m_pReader = std::make_unique<TShpRecordReader>(m_pIo->m_ShapeFile);
+    if (s_bCompleteProfile) {
+        m_pIo->m_pReader->AcceptRecordZero();
+        m_pIo->m_pAttributes = std::make_unique<TShpAttributeRows>();
+        m_pIo->m_pAttributes->Open(m_strPath, m_pLoadReport);
+    }
     int result = LoadHeader();
     if (result == GISFILE_OK) result = LoadData();
     m_pIo->m_pReader.reset();
+    m_pIo->m_pAttributes.reset();
     ReleaseLocArray();
     m_pIo->m_ShapeFile.Close();
     return result;
@@ -195,6 +220,7 @@ int TGisFileShp::LoadRecord() {
         case TShpRecordReader::READ_RECORD:
             break;
     }
+    if (s_bCompleteProfile) return LoadCompleteRecord(record);
     switch (record.iShapeType) {
         case SHPT_POINT:
             m_pLayer->m_iShapeType = record.iShapeType;
@@ -207,16 +233,19 @@ int TGisFileShp::LoadRecord() {
             return OnPolygonRecord(record.pContent, record.nLength, record.iNumber);
         default:
             // Null shapes, multipoints and the Z and M variants are passed over.
-            m_pLayer->m_iShapeType = -1;
-            if (m_pLoadReport != nullptr) {
-                const TLoadCause cause = SkippedTypeCause(record.iShapeType);
-                if (m_pLoadReport->Skip(cause, record.iNumber) && cause == LOAD_SHP_UNKNOWN_TYPE) {
-                    std::string note = "shape type ";
-                    AppendInt(note, record.iShapeType);
-                    m_pLoadReport->SetFirstNote(cause, note);
-                }
-            }
+            NoteSkippedType(record);
             return GISFILE_OK;
+    }
+}
+
+void TGisFileShp::NoteSkippedType(const TShpRecord& record) {
+    m_pLayer->m_iShapeType = -1;
+    if (m_pLoadReport == nullptr) return;
+    const TLoadCause cause = SkippedTypeCause(record.iShapeType);
+    if (m_pLoadReport->Skip(cause, record.iNumber) && cause == LOAD_SHP_UNKNOWN_TYPE) {
+        std::string note = "shape type ";
+        AppendInt(note, record.iShapeType);
+        m_pLoadReport->SetFirstNote(cause, note);
     }
 }
 
@@ -224,19 +253,39 @@ int TGisFileShp::OnPointRecord(const unsigned char* content, std::size_t length,
     tagLOC loc;
     std::string problem;
     if (!DecodeShpPoint(content, length, loc, problem)) return ReportDamagedRecord(recordNumber, problem);
-    MapCoordinatePair(loc.dLat, loc.dLon);
-    auto* point = new (std::nothrow) TFeaturePoint;
-    if (point == nullptr) return GISFILE_OK;
-    point->m_dwType = ELEMENT_POINT;
-    point->m_Loc = loc;
-    point->m_strId = "Point ";
-    AppendInt(point->m_strId, recordNumber);
-    point->CalculateGeoExtents();
-    m_pLayer->AddElement(point, ADD_ELEMENT_OWNED);
-    NoteAdded(m_pLoadReport, point);
-    // Points are taken without a test of their coordinates.
-    if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(loc.dLat, loc.dLon), loc, recordNumber);
+    std::string id = "Point ";
+    AppendInt(id, recordNumber);
+    AddPointElement(loc, std::move(id), nullptr, recordNumber);
     return GISFILE_OK;
+}
+
+void TGisFileShp::AddPointElement(const tagLOC& loc, std::string id, const TChosenValues* chosen,
+                                  int recordNumber) {
+    // A transform installed by the host brings the pair to degrees first.
+    tagLOC at = loc;
+    MapCoordinatePair(at.dLat, at.dLon);
+    TMapElement* element = nullptr;
+    if (chosen != nullptr && chosen->bHasName) {
+        // A named point is a marker: the name is what a map shows beside it.
+        auto* marker = new (std::nothrow) TFeatureMarker;
+        if (marker == nullptr) return;
+        marker->m_strName = chosen->strName;
+        marker->m_Loc = at;
+        element = marker;
+    } else {
+        auto* point = new (std::nothrow) TFeaturePoint;
+        if (point == nullptr) return;
+        point->m_dwType = ELEMENT_POINT;
+        point->m_Loc = at;
+        element = point;
+    }
+    element->m_strId = chosen != nullptr && chosen->bHasId ? chosen->strId : std::move(id);
+    if (chosen != nullptr && chosen->bHasValue) element->m_dValue = chosen->dValue;
+    element->CalculateGeoExtents();
+    m_pLayer->AddElement(element, ADD_ELEMENT_OWNED);
+    NoteAdded(m_pLoadReport, element);
+    // Points are taken without a test of their coordinates.
+    if (m_pLoadReport != nullptr) NoteKept(ClassifyCoordinate(at.dLat, at.dLon), at, recordNumber);
 }
 
 int TGisFileShp::OnPolylineRecord(const unsigned char* content, std::size_t length, int recordNumber) {
@@ -255,14 +304,22 @@ int TGisFileShp::OnPolyRecord(const unsigned char* content, std::size_t length, 
     return AddParts(record, recordNumber, polygon);
 }
 
-int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon) {
+int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon,
+                          const TChosenValues* chosen) {
     int lastClass = COORD_GEOGRAPHIC;
     tagLOC last{};
     const int parts = record.GetPartCount();
     std::string name;
+    // The chosen value goes to the lines through the layer's value, which the layer keeps.
+    const TLayerValueScope value(*m_pLayer, chosen);
     for (int p = 0; p < parts; ++p) {
         const int start = record.GetPartStart(p);
         const int count = record.GetPartEnd(p) - start;
+        const int partType = record.GetPartType(p);
+        if (partType > SHP_PART_RING) {
+            if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_SHP_MULTIPATCH_UNKNOWN_PART, recordNumber);
+            continue;
+        }
         // One vertex array serves every part: it is replaced only when a part needs more room,
         // so a file of many small rings costs no allocation per ring.
         if (m_pLocs == nullptr || m_iLocArraySize < count + 1) {
@@ -287,11 +344,24 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
         }
         if (count > 0) last = m_pLocs[count - 1];
         name.clear();
-        AppendInt(name, recordNumber);
-        name += '.';
-        AppendInt(name, p + 1);
+        if (chosen != nullptr && chosen->bHasId) {
+            name = chosen->strId;
+        } else {
+            AppendInt(name, recordNumber);
+            name += '.';
+            AppendInt(name, p + 1);
+        }
+        if (partType == SHP_PART_TRIANGLE_STRIP || partType == SHP_PART_TRIANGLE_FAN) {
+            AddTriangles(count, partType == SHP_PART_TRIANGLE_FAN, name,
+                         chosen == nullptr || !chosen->bHasId);
+            continue;
+        }
         int boundType = BOUNDARY_OPEN;
-        if (polygon) {
+        if (partType == SHP_PART_OUTER_RING || partType == SHP_PART_FIRST_RING) {
+            boundType = BOUNDARY_INC;
+        } else if (partType == SHP_PART_INNER_RING) {
+            boundType = BOUNDARY_EXC;
+        } else if (polygon) {
             // The first ring of a record is its outer ring; later rings go by their orientation.
             boundType =
                 (parts > 1 && p == 0) || IsRingClockwise(m_pLocs, count) ? BOUNDARY_INC : BOUNDARY_EXC;
@@ -300,6 +370,8 @@ int TGisFileShp::AddParts(const TShpPolyRecord& record, int recordNumber, bool p
                   AddImportedLine(m_pLayer, static_cast<int>(ELEMENT_LINE_BOUNDARY), boundType, count,
                                   m_pLocs, name.c_str(), false, COLOR_NONE, false, false, false));
     }
+    // The complete profile has already skipped a record whose last point is not geographic.
+    if (s_bCompleteProfile) return GISFILE_OK;
     // A last point that is not geographic ends the load after this record.
     if (lastClass != COORD_GEOGRAPHIC) NoteStopAfterRecord(recordNumber, last, lastClass);
     return lastClass;

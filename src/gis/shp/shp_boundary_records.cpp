@@ -10,12 +10,6 @@
 #include "gis/internal_results.h"
 #include "gis/shp/shp_file_io.h"
 
-namespace {
-bool SamePlace(const tagLOC& a, const tagLOC& b) {
-    return a.dLat == b.dLat && a.dLon == b.dLon;
-}
-}  // namespace
-
 int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
     if (line.m_pPoints == nullptr || line.m_iNumPoints <= 0) return 0;
     // A copy: the element itself is not changed by its export.
@@ -24,15 +18,15 @@ int TGisFileShp::DoBoundaryRec(const TFeatureLine& line) {
     const int bound = line.m_iBoundType;
     int shapeType = SHPT_POLYGON;
     if (bound != BOUNDARY_OPEN) {
-        if (!SamePlace(points.front(), points.back())) points.push_back(points.front());
+        if (!IsSamePlace(points.front(), points.back())) points.push_back(points.front());
         const bool clockwise = IsRingClockwise(points.data(), static_cast<int>(points.size()));
         // Inclusion rings go out clockwise, exclusion rings and rings of other types the other way.
         const bool reverse = clockwise ? bound != BOUNDARY_INC : bound == BOUNDARY_INC;
         if (reverse) std::reverse(points.begin(), points.end());
     } else {
         shapeType = SHPT_POLYLINE;
-        points.erase(std::unique(points.begin(), points.end(), SamePlace), points.end());
-        if (points.size() > 1 && SamePlace(points.front(), points.back())) points.pop_back();
+        points.erase(std::unique(points.begin(), points.end(), IsSamePlace), points.end());
+        if (points.size() > 1 && IsSamePlace(points.front(), points.back())) points.pop_back();
     }
     TBuffer& buffer = m_RecordBuffer;  // reused from record to record
     unsigned char* block = ShpRecordBlock(buffer, ShpPolyRecordBytes(points.size()));

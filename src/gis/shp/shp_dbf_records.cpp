@@ -10,20 +10,35 @@
 #include "gis/shp/shp_file_io.h"
 #include "platform/units.h"
 
-namespace {}  // namespace
+namespace {
+// Writes a table's header at its start; the row length of the fields.
+int WriteTableHeader(TByteFile& table, std::string& scratch, std::span<const TDbfField> fields,
+                     std::uint32_t recordCount) {
+    scratch.clear();
+    AppendDbfHeader(scratch, fields, recordCount, GetDbfDateToday());
+    table.Seek(0);
+    table.Write(scratch.data(), scratch.size());
+    return GetDbfRecordLength(fields);
+}
+}  // namespace
 
 void TGisFileShp::WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount) {
-    const std::span<const TDbfField> fields = GetDbfFields(table, m_bMetric != 0);
-    m_strDbfHeader.clear();
-    AppendDbfHeader(m_strDbfHeader, fields, recordCount, GetDbfDateToday());
-    m_iRecordLength = GetDbfRecordLength(fields);
-    m_pIo->m_Out.m_Table.Seek(0);
-    m_pIo->m_Out.m_Table.Write(m_strDbfHeader.data(), m_strDbfHeader.size());
+    m_iRecordLength = WriteTableHeader(m_pIo->m_Out.m_Table, m_strDbfHeader,
+                                       GetDbfFields(table, m_bMetric != 0), recordCount);
+}
+
+void TGisFileShp::WriteCompleteDbfFileHdr(std::uint32_t recordCount) {
+    m_iRecordLength = WriteTableHeader(m_pIo->m_Out.m_Table, m_strDbfHeader,
+                                       m_pIo->m_CompleteTable.GetFields(), recordCount);
 }
 
 void TGisFileShp::WriteSprayDbfFileHdr(bool) {
-    WriteDbfFileHdr(m_iWriteMode == 1 ? DBF_TABLE_SPRAY : DBF_TABLE_NONE,
-                    static_cast<std::uint32_t>(m_iShapeRecords));
+    // The complete profile gives the boundaries a table of their own columns.
+    if (s_bCompleteProfile && m_iWriteMode == 0)
+        WriteCompleteDbfFileHdr(static_cast<std::uint32_t>(m_iShapeRecords));
+    else
+        WriteDbfFileHdr(m_iWriteMode == 1 ? DBF_TABLE_SPRAY : DBF_TABLE_NONE,
+                        static_cast<std::uint32_t>(m_iShapeRecords));
 }
 
 void TGisFileShp::WriteNonSprayDbfFileHdr(bool) {
@@ -39,7 +54,7 @@ void TGisFileShp::WriteDbfEnd() {
 int TGisFileShp::WriteSprayDbfRecord() {
     const bool us = m_bMetric == 0;
     const double length = us ? FEET_PER_METRE : 1.0;
-    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us));
+    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us), s_bCompleteProfile);
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text :
          {&m_strCustomer, &m_strFileName, &m_strFileDate, &m_strAircraft, &m_strPilot, &m_strFieldName,
@@ -97,7 +112,7 @@ int TGisFileShp::WriteSprayDbfRecord() {
 int TGisFileShp::WriteNonSprayDbfRecord() {
     const bool us = m_bMetric == 0;
     const double length = us ? FEET_PER_METRE : 1.0;
-    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_NONSPRAY, !us));
+    m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_NONSPRAY, !us), s_bCompleteProfile);
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
     for (const std::string* text : {&m_strSampleLine, &m_strSampleTime, &m_strSampleLat, &m_strSampleLon})
         m_pIo->m_DbfRecord.AddText(*text);

@@ -67,6 +67,7 @@ int TGisFileShp::CreateNonSprayData(const std::string& sourcePath, TMapLayer* la
         result = WriteNonSprayHeader(true);
     }
     m_pIo->m_Out.Close();
+    if (s_bCompleteProfile && result == GISFILE_OK && !m_pIo->m_Out.WriteSidecars()) return GISFILE_ERR_OPEN;
     return result;
 }
 

@@ -50,6 +50,10 @@ std::string TGisFileShp::GetNonSprayOutputStem(const std::string& sourcePath) {
     return WithoutExtension(sourcePath) + NonSpraySuffix(s_eESRINonSprayFormat);
 }
 
+std::string ShpCompanionStem(const std::string& target, const char* suffix) {
+    return WithoutExtension(target) + suffix;
+}
+
 std::string TGisFileShp::GetSprayOutputFile(const std::string& target, const char* extension) {
     return ShpTriplePath(GetSprayOutputStem(target), extension);
 }

@@ -100,8 +100,14 @@ TShpRecordReader::TStatus TShpRecordReader::Next(TShpRecord& record, std::string
         return READ_END;
     }
     const unsigned char* head = m_pBlock.get() + m_nPos;
-    if (head[0] == 0 && head[1] == 0 && head[2] == 0 && head[3] == 0) return READ_END;
-    if (m_eOrder == SHP_ORDER_UNKNOWN) m_eOrder = DetectShpRecordOrder(head);
+    const bool numberZero = head[0] == 0 && head[1] == 0 && head[2] == 0 && head[3] == 0;
+    if (numberZero &&
+        (!m_bAcceptZero || std::all_of(head + 4, head + 8, [](unsigned char c) { return c == 0; })))
+        return READ_END;
+    if (m_eOrder == SHP_ORDER_UNKNOWN)
+        m_eOrder = numberZero
+                       ? DetectShpLengthOrder(head, left - static_cast<std::int64_t>(SHP_RECORD_HEADER_BYTES))
+                       : DetectShpRecordOrder(head);
     const TShpRecordHeader rh = DecodeShpRecordHeader(head, m_eOrder);
     const std::int64_t length = 2 * static_cast<std::int64_t>(rh.iContentWords);
     if (rh.iContentWords < 0) {

@@ -37,6 +37,9 @@ public:
 
     // Reads the 100-byte file header; false with the problem when the file is shorter.
     bool ReadHeader(TShpHeader& header, std::string& problem);
+    // Takes a record numbered 0 as a record rather than as the end of the data (the system's own
+    // programs end there); only a record header of eight zero bytes then ends it.
+    void AcceptRecordZero() { m_bAcceptZero = true; }
     TStatus Next(TShpRecord& record, std::string& problem);
 
     // Bytes handed out so far, for progress.
@@ -66,6 +69,7 @@ private:
     std::size_t m_nPos = 0;  // next unread byte of the block
     std::size_t m_nEnd = 0;  // end of the bytes read into the block
     TShpByteOrder m_eOrder = SHP_ORDER_UNKNOWN;
+    bool m_bAcceptZero = false;
     std::int32_t m_iLastNumber = 0;
     std::string m_strEndNote;
 };

@@ -16,20 +16,32 @@ void EncodeShpPointRecord(unsigned char* block, std::int32_t recordNumber, const
 }
 
 void TShpPolyEncoder::Begin(unsigned char* block, std::int32_t recordNumber, std::int32_t shapeType,
-                            int pointCount) {
+                            int pointCount, int partCount) {
     m_pBlock = block;
     m_iPoints = pointCount;
     m_iAdded = 0;
+    m_iParts = partCount;
+    m_iPart = 0;
+    m_iPartAdded = 0;
     m_bFinite = true;
     m_dTwiceArea = 0.0;
     m_Box.InitExtents();
-    const auto contentWords = static_cast<std::int32_t>(24 + 8 * static_cast<std::int64_t>(pointCount));
+    const auto contentWords = static_cast<std::int32_t>(22 + 2 * static_cast<std::int64_t>(partCount) +
+                                                        8 * static_cast<std::int64_t>(pointCount));
     EncodeShpWordPair(block, recordNumber, contentWords);
     writeLEInt32(block + 8, shapeType);
-    writeLEInt32(block + 44, 1);
+    writeLEInt32(block + 44, partCount);
     writeLEInt32(block + 48, pointCount);
     writeLEInt32(block + 52, 0);
-    m_pNext = block + 56;
+    m_pNext = m_pPartPoints = block + 52 + 4 * static_cast<std::size_t>(partCount);
+}
+
+void TShpPolyEncoder::StartPart() {
+    if (m_iPart + 1 >= m_iParts) return;
+    writeLEInt32(m_pBlock + 52 + 4 * static_cast<std::size_t>(++m_iPart), m_iAdded);
+    m_pPartPoints = m_pNext;
+    m_iPartAdded = 0;
+    m_dTwiceArea = 0.0;
 }
 
 void TShpPolyEncoder::Add(const tagLOC& loc) {
@@ -38,12 +50,13 @@ void TShpPolyEncoder::Add(const tagLOC& loc) {
     writeLEDouble(m_pNext + 8, loc.dLat);
     m_pNext += 16;
     ++m_iAdded;
+    ++m_iPartAdded;
     if (!std::isfinite(loc.dLat) || !std::isfinite(loc.dLon)) {
         m_bFinite = false;
         return;
     }
     m_Box.ExpandExtents(loc);
-    if (m_iAdded == 1) {
+    if (m_iPartAdded == 1) {
         m_First = loc;
     } else {
         const double x0 = m_Previous.dLon - m_First.dLon, y0 = m_Previous.dLat - m_First.dLat;
@@ -54,7 +67,7 @@ void TShpPolyEncoder::Add(const tagLOC& loc) {
 }
 
 void TShpPolyEncoder::ReversePoints() {
-    unsigned char* low = m_pBlock + 56;
+    unsigned char* low = m_pPartPoints;
     unsigned char* high = m_pNext - 16;
     unsigned char swap[16];
     for (; low < high; low += 16, high -= 16) {
@@ -66,20 +79,34 @@ void TShpPolyEncoder::ReversePoints() {
 }
 
 int TShpPolyEncoder::Finish() {
-    if (m_iAdded != m_iPoints || !m_bFinite || m_iPoints == 0) return 0;
+    if (m_iAdded != m_iPoints || m_iPart + 1 != m_iParts || !m_bFinite || m_iPoints == 0) return 0;
     writeLEDouble(m_pBlock + 12, m_Box.dWest);
     writeLEDouble(m_pBlock + 20, m_Box.dSouth);
     writeLEDouble(m_pBlock + 28, m_Box.dEast);
     writeLEDouble(m_pBlock + 36, m_Box.dNorth);
-    return static_cast<int>(ShpPolyRecordBytes(static_cast<std::size_t>(m_iPoints)));
+    return static_cast<int>(
+        ShpPolyRecordBytes(static_cast<std::size_t>(m_iPoints), static_cast<std::size_t>(m_iParts)));
 }
 
 namespace {
-bool CreateOne(TByteFile& file, std::string& path, const std::string& stem, const char* extension) {
+bool CreateOne(TByteFile& file, std::string& path, const std::string& stem, const char* extension,
+               std::vector<std::string>& written) {
     path = ShpTriplePath(stem, extension);
-    if (file.Open(path.c_str(), TByteFile::modeCreate)) return true;
+    if (file.Open(path.c_str(), TByteFile::modeCreate)) {
+        written.push_back(path);
+        return true;
+    }
     ReportFileError(path, file.GetOpenError(), true);
     return false;
+}
+
+bool WriteWholeFile(const std::string& stem, const char* extension, std::string_view text,
+                    std::vector<std::string>& written) {
+    TByteFile file;
+    std::string path;
+    if (!CreateOne(file, path, stem, extension, written)) return false;
+    file.Write(text.data(), text.size());
+    return file.Close();
 }
 }  // namespace
 
@@ -89,8 +116,15 @@ std::string ShpTriplePath(const std::string& stem, const char* extension) {
 }
 
 bool TShpOutputFiles::Create(const std::string& stem) {
-    return CreateOne(m_Main, m_strMainPath, stem, "shp") && CreateOne(m_Index, m_strIndexPath, stem, "shx") &&
-           CreateOne(m_Table, m_strTablePath, stem, "dbf");
+    m_strStem = stem;
+    return CreateOne(m_Main, m_strMainPath, stem, "shp", m_Written) &&
+           CreateOne(m_Index, m_strIndexPath, stem, "shx", m_Written) &&
+           CreateOne(m_Table, m_strTablePath, stem, "dbf", m_Written);
+}
+
+bool TShpOutputFiles::WriteSidecars() {
+    return WriteWholeFile(m_strStem, "prj", SHP_PRJ_WGS84, m_Written) &&
+           WriteWholeFile(m_strStem, "cpg", SHP_CPG_UTF8, m_Written);
 }
 
 bool TShpOutputFiles::Close() {

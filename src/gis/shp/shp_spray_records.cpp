@@ -139,6 +139,8 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
         for (int k = s; k <= e; ++k) encoder.Add(recs[k].locSwathA);
         for (int k = e; k >= s; --k) encoder.Add(recs[k].locSwathB);
         encoder.Add(recs[s].locSwathA);
+        // The complete profile turns the ring clockwise, as the format has outer rings.
+        if (s_bCompleteProfile && !encoder.IsClockwise()) encoder.ReversePoints();
         const int length = encoder.Finish();
         if (length > 0) {
             ++m_iShapeRecords;

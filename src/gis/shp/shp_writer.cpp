@@ -48,10 +48,18 @@ int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {
     return RunWithoutThrowing([&] { return WriteShapes(path, layer); }, [&] { m_pIo->m_Out.Close(); });
 }
 
+const std::vector<std::string>& TGisFileShp::GetWrittenFiles() const {
+    return m_pIo->m_Out.m_Written;
+}
+
 int TGisFileShp::WriteShapes(const char* path, TMapLayer* layer) {
+    const std::string target = path != nullptr ? path : "";
+    // The complete profile's boundary triple holds polygons only; its lines and points go beside it.
+    const bool completeBoundaries = s_bCompleteProfile && m_iWriteMode == 0;
     m_LastPoint = tagLOC{};
-    m_iShapeType = SprayShapeType(s_eESRISprayFormat);
-    const bool created = m_pIo->m_Out.Create(GetSprayOutputStem(path != nullptr ? path : ""));
+    m_iShapeType = completeBoundaries ? SHPT_POLYGON : SprayShapeType(s_eESRISprayFormat);
+    m_pIo->m_Out.m_Written.clear();
+    const bool created = m_pIo->m_Out.Create(GetSprayOutputStem(target));
     if (!created) {
         m_pIo->m_Out.Close();
         return GISFILE_ERR_OPEN;
@@ -64,12 +72,17 @@ int TGisFileShp::WriteShapes(const char* path, TMapLayer* layer) {
     ReadSourceFacts();
     m_pLayer = layer;
     m_iShapeRecords = 0;
+    if (completeBoundaries) PrepareCompletePolygons();
     int result = WriteSprayHeader(false);
     if (result == GISFILE_OK) {
         WriteSprayData();
         result = WriteSprayHeader(true);
     }
     m_pIo->m_Out.Close();
+    if (s_bCompleteProfile && result == GISFILE_OK && !m_pIo->m_Out.WriteSidecars())
+        result = GISFILE_ERR_OPEN;
+    if (completeBoundaries && result == GISFILE_OK && layer != nullptr)
+        result = WriteCompanionTriples(target);
     if (!m_bHasSpray) return result;
     m_lDbfSerial = 0;
     m_iWriteMode = 2;
@@ -91,6 +104,11 @@ int TGisFileShp::WriteSprayHeader(bool final) {
 int TGisFileShp::WriteSprayData() {
     m_iShapeRecords = 0;
     int result = 0;
+    if (s_bCompleteProfile && m_iWriteMode == 0) {
+        result = WriteCompletePolygons();
+        WriteDbfEnd();
+        return result;
+    }
     const std::size_t count = m_pLayer != nullptr ? m_pLayer->m_Elements.size() : 0;
     for (std::size_t i = 0; i < count; ++i) {
         TMapElement* element = m_pLayer->m_Elements[i];

@@ -11,6 +11,7 @@
 #include "allocation_counter.h"
 #include "load_report_check.h"
 #include "shp_test_files.h"
+#include "shp_test_support.h"
 #include "test_support.h"
 
 using namespace shp_test;
@@ -205,10 +206,7 @@ for name, shapes in sets.items():
 
 void ReportWhatAPeerWrote(const char* writer) {
     TTempDir dir;
-    WriteFileBytes(dir.File("write.py"), kPeerWriter);
-    const TCommandResult made =
-        RunCommand(std::string(TL_GIS_PYTHON) + " " + ShellQuote(dir.File("write.py")) + " " +
-                   ShellQuote(dir.Path()) + " " + writer + " 2>&1");
+    const TCommandResult made = RunPeerScript(dir, kPeerWriter, writer);
     ASSERT_EQ(made.iExit, 0) << made.strOut;
     const struct {
         const char* name;

@@ -166,10 +166,7 @@ static std::string Vertex(double x, double y) {
 
 static void LoadWhatAPeerWrote(const char* writer) {
     TTempDir dir;
-    WriteFileBytes(dir.File("generate.py"), kGenerator);
-    const TCommandResult made =
-        RunCommand(std::string(TL_GIS_PYTHON) + " " + ShellQuote(dir.File("generate.py")) + " " +
-                   ShellQuote(dir.Path()) + " " + writer + " 2>&1");
+    const TCommandResult made = RunPeerScript(dir, kGenerator, writer);
     ASSERT_EQ(made.iExit, 0) << made.strOut;
     for (const std::string name : {"points", "lines", "polygons"}) {
         SCOPED_TRACE(name);

@@ -92,6 +92,50 @@ private:
     std::string m_strRecords;
 };
 
+struct TDbfFieldSpec {
+    const char* pszName;
+    char cType;
+    int iWidth;
+};
+
+// A dBASE III table: texts left-aligned and numbers right-aligned in their fields. The row count,
+// header length and row length written can be overridden to damage it.
+inline std::string DbfBytes(const std::vector<TDbfFieldSpec>& fields,
+                            const std::vector<std::vector<std::string>>& rows, std::int64_t declaredRows = -1,
+                            std::int64_t headerLength = -1, std::int64_t rowLength = -1) {
+    int sum = 1;
+    for (const TDbfFieldSpec& f : fields) sum += f.iWidth;
+    std::string dbf = "\x03\x7C\x06\x01";  // 2024-06-01
+    PutLE32(dbf, static_cast<std::uint32_t>(declaredRows >= 0 ? declaredRows : std::ssize(rows)));
+    const auto put16 = [&dbf](std::int64_t v) {
+        dbf += static_cast<char>(v & 0xFF);
+        dbf += static_cast<char>((v >> 8) & 0xFF);
+    };
+    put16(headerLength >= 0 ? headerLength : 33 + 32 * std::ssize(fields));
+    put16(rowLength >= 0 ? rowLength : sum);
+    dbf.append(20, '\0');
+    for (const TDbfFieldSpec& f : fields) {
+        std::string d(f.pszName);
+        d.resize(11, '\0');
+        d += f.cType;
+        d.append(4, '\0');
+        d += static_cast<char>(f.iWidth);
+        d.append(15, '\0');
+        dbf += d;
+    }
+    dbf += '\x0D';
+    for (const auto& row : rows) {
+        dbf += ' ';
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            std::string v = i < row.size() ? row[i] : "";
+            v.resize(std::min<std::size_t>(v.size(), static_cast<std::size_t>(fields[i].iWidth)));
+            const std::string pad(static_cast<std::size_t>(fields[i].iWidth) - v.size(), ' ');
+            dbf += fields[i].cType == 'N' ? pad + v : v + pad;
+        }
+    }
+    return dbf + '\x1A';
+}
+
 // A square around (45.5, cx); clockwise with north up runs west, north, east.
 inline std::vector<TXY> SquareRing(double half, bool clockwise, double cx = -93.25, double cy = 45.5) {
     std::vector<TXY> ring = {

@@ -17,6 +17,14 @@
 
 namespace shp_test {
 
+// Runs a peer's Python script (pyshp or GDAL writing shapefiles), stored in the folder, with the
+// folder and the writer's name as its arguments; output and errors come in one text.
+inline TCommandResult RunPeerScript(const TTempDir& dir, const char* script, const char* writer) {
+    WriteFileBytes(dir.File("peer.py"), script);
+    return RunCommand(std::string(TL_GIS_PYTHON) + " " + ShellQuote(dir.File("peer.py")) + " " +
+                      ShellQuote(dir.Path()) + " " + writer + " 2>&1");
+}
+
 struct TSamplePlan {
     double dLat = 0.0;
     double dLon = 0.0;

@@ -17,6 +17,10 @@
 #include <tl_gis/gis/gis_file.h>
 
 struct TShpFileIo;
+struct TShpRecord;
+struct TShpMeasures;
+struct TChosenValues;
+struct TCompleteRow;
 class TShpPolyRecord;
 class TShpPolyEncoder;
 enum TDbfTable : int;
@@ -84,6 +88,9 @@ public:
     void SetSourceFile(const std::string& path) { m_strSourceFile = path; }
     // 0 US units in the attribute tables, anything else metric.
     void SetMetric(int metric) { m_bMetric = metric; }
+    // Every file the last WriteFile created, in the order written (the complete profile adds
+    // the lines and points triples and a .prj and .cpg beside each triple).
+    const std::vector<std::string>& GetWrittenFiles() const;
 
     static ESRISPRAYFORMAT s_eESRISprayFormat;
     static ESRINONSPRAYFORMAT s_eESRINonSprayFormat;
@@ -104,8 +111,22 @@ private:
     int OnPolylineRecord(const unsigned char* content, std::size_t length, int recordNumber);
     int OnPolygonRecord(const unsigned char* content, std::size_t length, int recordNumber);
     int OnPolyRecord(const unsigned char* content, std::size_t length, int recordNumber, bool polygon);
-    // Adds every part of a decoded polyline or polygon record; returns as the handlers do.
-    int AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon);
+    // Adds every part of a decoded polyline, polygon or multipatch record, named by the chosen
+    // columns' values when there are some; returns as the handlers do.
+    int AddParts(const TShpPolyRecord& record, int recordNumber, bool polygon,
+                 const TChosenValues* chosen = nullptr);
+    // Adds a point element, or a marker when the chosen columns name it.
+    void AddPointElement(const tagLOC& loc, std::string id, const TChosenValues* chosen, int recordNumber);
+    // The complete profile's record: every shape type, Z and M values counted as dropped, the
+    // chosen columns of the record's table row; a damaged record or one whose last point is not
+    // latitude and longitude is skipped and noted, and loading goes on.
+    int LoadCompleteRecord(const TShpRecord& record);
+    int SkipDamagedRecord(int recordNumber, const std::string& problem);
+    // Adds each triangle of a multipatch's strip or fan (its points in the vertex array) as an
+    // inclusion ring, named after the part and numbered when numbered is set.
+    void AddTriangles(int count, bool fan, const std::string& name, bool numbered);
+    void NoteMeasures(const TShpMeasures& measures, int recordNumber);
+    void NoteSkippedType(const TShpRecord& record);
     // Tells the user that a record cannot be read and gives the result that ends the load.
     int ReportDamage(const std::string& problem, int result);
     int ReportDamagedRecord(int recordNumber, const std::string& problem);
@@ -130,6 +151,15 @@ private:
     int EncodeSprayPath(const TFeatureSpray& spray, TShpPolyEncoder& encoder, unsigned char*& block);
     int DoSprayRec_Type5(TFeatureSpray& spray);
     int WriteShpRecord(const unsigned char* record, int length);
+    // The complete profile's boundary export: rings grouped into polygons with their holes (one
+    // record and row per polygon), then open lines to the target's _Lines triple and markers and
+    // points to its _Points triple, every table with the columns ID, BOUND, VALUE and NAME.
+    void PrepareCompletePolygons();
+    int WriteCompletePolygons();
+    int DoPolygonGroupRec(std::size_t group);
+    int WriteCompanionTriples(const std::string& target);
+    int WriteCompanionTriple(const std::string& stem, bool points);
+    void WriteCompleteRow(const TCompleteRow& row);
     // Reads the source file's date and cuts m_strSourceFile to its name.
     void ReadSourceFacts();
     // Fills the attributes that come from one sample (time, field, offset, line, numbers).
@@ -152,6 +182,7 @@ private:
     void WriteSprayDbfFileHdr(bool final);
     void WriteNonSprayDbfFileHdr(bool final);
     void WriteDbfFileHdr(TDbfTable table, std::uint32_t recordCount);
+    void WriteCompleteDbfFileHdr(std::uint32_t recordCount);
     int WriteSprayDbfRecord();
     int WriteNonSprayDbfRecord();
     void WriteDbfEnd();
