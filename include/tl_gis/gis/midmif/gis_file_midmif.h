@@ -31,7 +31,9 @@ public:
     // Reads the .mif file: polylines and the first ring of each region become inclusion
     // boundaries named by their number since the last DATA line, points become layer
     // centroids. Returns 0, 6001 when the file has no status, or 6002 when it cannot be opened;
-    // a line that stops the reading does not change the result.
+    // a line that stops the reading does not change the result. In the complete profile
+    // (TGisFile::s_bCompleteProfile) every object the map model can carry is read, each with
+    // the chosen columns of its .mid row.
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
     // Handles one line of a .mif file; 0 lets the reading go on, anything else ends it.
     int ProcessMifLine(const char* line, TMapLayer* layer);
