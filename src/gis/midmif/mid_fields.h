@@ -6,8 +6,10 @@
 #include <string>
 #include <string_view>
 
-// Number of columns the .mif header declares.
+// Number of columns the .mif header declares: the system's eight, and in the complete profile
+// four more (ID, BOUND, VALUE and NAME).
 constexpr int kMidColumnCount = 8;
+constexpr int kMidCompleteColumnCount = 12;
 
 // The separator for a delimiter setting: 0 comma, 1 tab, anything else a space.
 char MidDelimiterChar(int delimiter);

@@ -75,7 +75,8 @@ public:
     // alone, a swath block without a row leaves the .mid short, sample rows have no object).
     // On: every row has one field per declared column, a field holding the separator is
     // quoted, every swath block has a row and every sample row a point at the sample's
-    // position, so that other GIS programs read the pair object by object.
+    // position, so that other GIS programs read the pair object by object. The complete
+    // profile (TGisFile::s_bCompleteProfile) writes such rows whatever this says.
     static bool s_bMidCompleteRows;
     // Settings a newly constructed object starts with, for hosts that write through the
     // dispatcher and cannot reach the object itself.
@@ -119,6 +120,8 @@ private:
     void WriteSprayRow(const tagSPRAYREC& sample, std::string_view date, double flowRate);
     // The separator of .mid fields chosen by s_eMidDelimiter.
     static char Delimiter();
+    // Whether rows have one field per declared column: s_bMidCompleteRows or the complete profile.
+    static bool CompleteRows();
     // Ends a .mid row of fieldsWritten fields, adding empty ones when complete rows are on.
     void FinishMidRow(std::string& row, int fieldsWritten) const;
     // A text field, quoted when complete rows are on and it holds a separator or a quote.
