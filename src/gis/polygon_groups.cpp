@@ -7,7 +7,13 @@ namespace {
 TLocRect BoxOf(const tagLOC* points, int count) {
     TLocRect box;
     box.InitExtents();
-    for (int i = 0; i < count; ++i) box.ExpandExtents(points[i]);
+    // ExpandExtents point by point, inline: every ring of a layer passes here.
+    for (int i = 0; i < count; ++i) {
+        box.dWest = std::min(box.dWest, points[i].dLon);
+        box.dEast = std::max(box.dEast, points[i].dLon);
+        box.dSouth = std::min(box.dSouth, points[i].dLat);
+        box.dNorth = std::max(box.dNorth, points[i].dLat);
+    }
     return box;
 }
 
@@ -53,33 +59,36 @@ public:
         m_World.InitExtents();
         for (const TLocRect& box : boxes)
             if (IsUsable(box)) m_World.ExpandExtents(box);
-        m_nSide = std::clamp<std::size_t>(
-            static_cast<std::size_t>(std::sqrt(static_cast<double>(boxes.size()))), 1, kMaxSide);
-        m_Cells.resize(m_nSide * m_nSide);
-        for (std::size_t g = 0; g < boxes.size(); ++g) {
-            const TLocRect& box = boxes[g];
-            const std::size_t x0 = Column(box.dWest), x1 = Column(box.dEast);
-            const std::size_t y0 = Row(box.dSouth), y1 = Row(box.dNorth);
-            // Boxes of no use to the grid, and large ones, are looked at by every ring.
-            if (!IsUsable(box) || (x1 - x0 + 1) * (y1 - y0 + 1) > kMaxCellsPerBox) {
-                m_Everywhere.push_back(g);
-                continue;
-            }
-            for (std::size_t y = y0; y <= y1; ++y)
-                for (std::size_t x = x0; x <= x1; ++x) m_Cells[y * m_nSide + x].push_back(g);
-        }
+        // About one box per cell, the cells shaped like the area the boxes cover.
+        const double width = m_World.dEast - m_World.dWest, height = m_World.dNorth - m_World.dSouth;
+        const double n = static_cast<double>(boxes.size());
+        const double columns = width > 0 && height > 0 ? std::sqrt(n * width / height) : std::sqrt(n);
+        m_nColumns = std::clamp<std::size_t>(static_cast<std::size_t>(std::min(columns, double{kMaxSide})), 1,
+                                             kMaxSide);
+        m_nRows = std::clamp<std::size_t>(static_cast<std::size_t>(n / static_cast<double>(m_nColumns)), 1,
+                                          kMaxSide);
+        // Each cell's outer rings in one array: counted first, then placed.
+        m_CellStart.assign(m_nColumns * m_nRows + 1, 0);
+        ForEachCell(boxes, true, [&](std::size_t cell, std::size_t) { ++m_CellStart[cell + 1]; });
+        for (std::size_t c = 1; c < m_CellStart.size(); ++c) m_CellStart[c] += m_CellStart[c - 1];
+        m_Entries.resize(m_CellStart.back());
+        std::vector<std::size_t> next(m_CellStart.begin(), m_CellStart.end() - 1);
+        ForEachCell(boxes, false, [&](std::size_t cell, std::size_t g) { m_Entries[next[cell]++] = g; });
     }
 
     // Calls visit with every outer ring whose box may hold the box given, in ascending order.
     template <class Visit>
     void ForEachCandidate(const TLocRect& box, Visit&& visit) const {
-        const std::vector<std::size_t> none;
-        const std::vector<std::size_t>& cell =
-            IsUsable(box) ? m_Cells[Row(box.dSouth) * m_nSide + Column(box.dWest)] : none;
-        std::size_t a = 0, b = 0;
-        while (a < cell.size() || b < m_Everywhere.size()) {
-            if (b == m_Everywhere.size() || (a < cell.size() && cell[a] < m_Everywhere[b]))
-                visit(cell[a++]);
+        std::size_t a = 0, aEnd = 0;
+        if (IsUsable(box)) {
+            const std::size_t cell = Row(box.dSouth) * m_nColumns + Column(box.dWest);
+            a = m_CellStart[cell];
+            aEnd = m_CellStart[cell + 1];
+        }
+        std::size_t b = 0;
+        while (a < aEnd || b < m_Everywhere.size()) {
+            if (b == m_Everywhere.size() || (a < aEnd && m_Entries[a] < m_Everywhere[b]))
+                visit(m_Entries[a++]);
             else
                 visit(m_Everywhere[b++]);
         }
@@ -93,23 +102,43 @@ private:
         return std::isfinite(box.dWest) && std::isfinite(box.dEast) && std::isfinite(box.dSouth) &&
                std::isfinite(box.dNorth) && box.dWest <= box.dEast && box.dSouth <= box.dNorth;
     }
-    std::size_t Index(double value, double low, double high) const {
+    static std::size_t Index(double value, double low, double high, std::size_t cells) {
         if (!(high > low) || !(value > low)) return 0;
-        const double at = (value - low) / (high - low) * static_cast<double>(m_nSide);
-        return at >= static_cast<double>(m_nSide - 1) ? m_nSide - 1 : static_cast<std::size_t>(at);
+        const double at = (value - low) / (high - low) * static_cast<double>(cells);
+        return at >= static_cast<double>(cells - 1) ? cells - 1 : static_cast<std::size_t>(at);
     }
-    std::size_t Column(double lon) const { return Index(lon, m_World.dWest, m_World.dEast); }
-    std::size_t Row(double lat) const { return Index(lat, m_World.dSouth, m_World.dNorth); }
+    std::size_t Column(double lon) const { return Index(lon, m_World.dWest, m_World.dEast, m_nColumns); }
+    std::size_t Row(double lat) const { return Index(lat, m_World.dSouth, m_World.dNorth, m_nRows); }
+
+    // Calls place with each cell a box covers and the box's number. Boxes of no use to the grid,
+    // and large ones, go to the rings every lookup visits (on the first pass).
+    template <class Place>
+    void ForEachCell(const std::vector<TLocRect>& boxes, bool first, Place&& place) {
+        for (std::size_t g = 0; g < boxes.size(); ++g) {
+            const TLocRect& box = boxes[g];
+            const std::size_t x0 = Column(box.dWest), x1 = Column(box.dEast);
+            const std::size_t y0 = Row(box.dSouth), y1 = Row(box.dNorth);
+            if (!IsUsable(box) || (x1 - x0 + 1) * (y1 - y0 + 1) > kMaxCellsPerBox) {
+                if (first) m_Everywhere.push_back(g);
+                continue;
+            }
+            for (std::size_t y = y0; y <= y1; ++y)
+                for (std::size_t x = x0; x <= x1; ++x) place(y * m_nColumns + x, g);
+        }
+    }
 
     TLocRect m_World;
-    std::size_t m_nSide = 1;
-    std::vector<std::vector<std::size_t>> m_Cells;
+    std::size_t m_nColumns = 1;
+    std::size_t m_nRows = 1;
+    std::vector<std::size_t> m_CellStart;  // cell c holds m_Entries[m_CellStart[c] .. m_CellStart[c + 1])
+    std::vector<std::size_t> m_Entries;
     std::vector<std::size_t> m_Everywhere;
 };
 }  // namespace
 
 std::vector<TPolygonGroup> GroupRingsIntoPolygons(const std::vector<const TFeatureLine*>& rings) {
     std::vector<TPolygonGroup> groups;
+    groups.reserve(rings.size());
     std::vector<const TFeatureLine*> exclusions;
     for (const TFeatureLine* ring : rings) {
         if (ring == nullptr) continue;

@@ -14,7 +14,7 @@
 
 namespace {
 struct TObjectWord {
-    const char* pszName;
+    std::string_view name;
     TMifObjectKind eKind;
 };
 
@@ -26,7 +26,7 @@ constexpr TObjectWord kCarriedObjects[] = {
 
 TMifObjectKind CarriedObjectKind(std::string_view word) {
     for (const TObjectWord& object : kCarriedObjects)
-        if (EqualsNoCase(word, object.pszName)) return object.eKind;
+        if (EqualsNoCase(word, object.name)) return object.eKind;
     return OBJECT_NONE;
 }
 
@@ -49,10 +49,15 @@ bool HasContent(const std::vector<std::string>& fields, int index) {
 }
 }  // namespace
 
-TMifCompleteReader::TMifCompleteReader(TMapLayer* layer, TLoadReport* report, std::string mifPath)
-    : m_pLayer(layer), m_pReport(report), m_strMifPath(std::move(mifPath)) {}
+TMifCompleteReader::TMifCompleteReader(TMapLayer* layer, TLoadReport* report, std::string mifPath,
+                                       const TTextFile& mifFile)
+    : m_pLayer(layer),
+      m_pReport(report),
+      m_strMifPath(std::move(mifPath)),
+      m_MifFile(mifFile),
+      m_lMifLength(mifFile.GetLength()) {}
 
-int TMifCompleteReader::ProcessLine(std::string_view line, long long number, std::int64_t bytesLeft) {
+int TMifCompleteReader::ProcessLine(std::string_view line, long long number) {
     // A NUL byte ends the text, as it ends a C string.
     if (const void* nul = std::memchr(line.data(), '\0', line.size()))
         line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
@@ -64,12 +69,12 @@ int TMifCompleteReader::ProcessLine(std::string_view line, long long number, std
         ProcessHeaderLine(line, number);
         if (!m_bInData) return 0;
         // An object before any DATA line begins the data of the file.
-        if (!EqualsNoCase(FirstWord(line), "DATA")) return ProcessObjectLine(line, number, bytesLeft);
+        if (!EqualsNoCase(FirstWord(line), "DATA")) return ProcessObjectLine(line, number);
         return 0;
     }
     // Point lines, the bulk of a file, start with a digit or a sign.
-    if (IsAsciiLetter(line[0])) return ProcessObjectLine(line, number, bytesLeft);
-    return ProcessPlainLine(line, number, bytesLeft);
+    if (IsAsciiLetter(line[0])) return ProcessObjectLine(line, number);
+    return ProcessPlainLine(line, number);
 }
 
 void TMifCompleteReader::ProcessHeaderLine(std::string_view line, long long number) {
@@ -92,7 +97,7 @@ void TMifCompleteReader::ProcessHeaderLine(std::string_view line, long long numb
         const std::string_view delimiter = QuotedValue(rest);
         if (!delimiter.empty()) m_cDelimiter = delimiter[0];
     } else if (EqualsNoCase(word, "DATA") || CarriedObjectKind(word) != OBJECT_NONE ||
-               FindNamedCause(kMifUncarriedObjects, word) != nullptr) {
+               FindObjectCause(kMifUncarriedObjects, word) != nullptr) {
         StartData(number);
     }
 }
@@ -109,7 +114,7 @@ void TMifCompleteReader::StartData(long long number) {
     if (m_bReadRows) m_Mid.Open(m_strMifPath);
 }
 
-int TMifCompleteReader::ProcessObjectLine(std::string_view line, long long number, std::int64_t bytesLeft) {
+int TMifCompleteReader::ProcessObjectLine(std::string_view line, long long number) {
     const std::string_view word = FirstWord(line);
     if (EqualsNoCase(word, "DATA")) {
         // As in the default reading, a DATA line starts the numbering again.
@@ -120,10 +125,10 @@ int TMifCompleteReader::ProcessObjectLine(std::string_view line, long long numbe
     }
     if (const TMifObjectKind kind = CarriedObjectKind(word); kind != OBJECT_NONE) {
         SaveObject();
-        BeginObject(kind, AfterFirstWord(line), number, bytesLeft);
+        BeginObject(kind, AfterFirstWord(line), number);
         // A point also gives the layer the centroid the default reading adds.
         if (kind == OBJECT_POINT && m_pLayer != nullptr) m_pLayer->AddCentroid(PointKeywordLocation(line));
-    } else if (const TNamedCause* object = FindNamedCause(kMifUncarriedObjects, word)) {
+    } else if (const TMifObjectCause* object = FindObjectCause(kMifUncarriedObjects, word)) {
         SaveObject();
         m_iCollectionPartsLeft = 0;
         ReadRow(number);
@@ -133,8 +138,7 @@ int TMifCompleteReader::ProcessObjectLine(std::string_view line, long long numbe
     return 0;
 }
 
-void TMifCompleteReader::BeginObject(TMifObjectKind kind, std::string_view rest, long long number,
-                                     std::int64_t bytesLeft) {
+void TMifCompleteReader::BeginObject(TMifObjectKind kind, std::string_view rest, long long number) {
     m_lObjectLine = number;
     // The parts of a collection share its row.
     const bool part = m_iCollectionPartsLeft > 0 &&
@@ -186,7 +190,7 @@ void TMifCompleteReader::BeginObject(TMifObjectKind kind, std::string_view rest,
             // The count stands on the keyword's line, or on the next one.
             const int count = ParseInt(rest, &ok);
             if (ok)
-                StartSection(count, bytesLeft);
+                StartSection(count);
             else
                 m_eExpected = EXPECT_COUNT;
             return;
@@ -206,7 +210,7 @@ void TMifCompleteReader::BeginObject(TMifObjectKind kind, std::string_view rest,
     }
 }
 
-int TMifCompleteReader::ProcessPlainLine(std::string_view line, long long number, std::int64_t bytesLeft) {
+int TMifCompleteReader::ProcessPlainLine(std::string_view line, long long number) {
     if (m_eExpected == EXPECT_COUNT) {
         bool ok = false;
         const int count = ParseInt(line, &ok);
@@ -214,7 +218,7 @@ int TMifCompleteReader::ProcessPlainLine(std::string_view line, long long number
             PassOverObject();
             return 0;
         }
-        StartSection(count, bytesLeft);
+        StartSection(count);
         return 0;
     }
     if (m_eExpected != EXPECT_POINTS) return 0;
@@ -242,11 +246,12 @@ int TMifCompleteReader::ProcessPlainLine(std::string_view line, long long number
     return 0;
 }
 
-void TMifCompleteReader::StartSection(int count, std::int64_t bytesLeft) {
+void TMifCompleteReader::StartSection(int count) {
     if (count < 1) return PassOverObject();
     m_iPointsExpected = count;
     m_iPointsSeen = 0;
     m_Points.clear();
+    const std::int64_t bytesLeft = m_lMifLength - m_MifFile.GetPosition();
     const std::int64_t room = std::max<std::int64_t>(bytesLeft, 0) / kLeastPointBytes + 1;
     m_Points.reserve(static_cast<std::size_t>(std::min<std::int64_t>(count, room)));
     m_eExpected = EXPECT_POINTS;

@@ -10,6 +10,7 @@
 
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
+#include <tl_gis/platform/text_file.h>
 #include "gis/attribute_columns.h"
 #include "gis/midmif/mid_table.h"
 #include "platform/text_encoding.h"
@@ -27,13 +28,14 @@ enum TMifObjectKind {
 
 class TMifCompleteReader {
 public:
-    // report may be null; mifPath names the .mif, beside which the .mid is looked for.
-    TMifCompleteReader(TMapLayer* layer, TLoadReport* report, std::string mifPath);
+    // report may be null; mifPath names the .mif, beside which the .mid is looked for, and
+    // mifFile is the .mif open for reading, whose position tells how much of it is left.
+    TMifCompleteReader(TMapLayer* layer, TLoadReport* report, std::string mifPath, const TTextFile& mifFile);
 
-    // Handles one line, given its number and the bytes of the file after it. 0 lets the reading
-    // go on; anything else is the answer to the projected-coordinate question, which ends it,
-    // and StopPoint() holds the point asked about.
-    int ProcessLine(std::string_view line, long long number, std::int64_t bytesLeft);
+    // Handles one line, given its number. 0 lets the reading go on; anything else is the answer
+    // to the projected-coordinate question, which ends it, and StopPoint() holds the point
+    // asked about.
+    int ProcessLine(std::string_view line, long long number);
     // Adds the object in progress and counts the .mid rows that no object took.
     void Finish();
     const tagLOC& StopPoint() const { return m_StopPoint; }
@@ -44,11 +46,12 @@ private:
 
     void ProcessHeaderLine(std::string_view line, long long number);
     void StartData(long long number);
-    int ProcessObjectLine(std::string_view line, long long number, std::int64_t bytesLeft);
-    void BeginObject(TMifObjectKind kind, std::string_view rest, long long number, std::int64_t bytesLeft);
-    int ProcessPlainLine(std::string_view line, long long number, std::int64_t bytesLeft);
-    // Opens a section (a polyline part, a ring, a multipoint's list) of count points.
-    void StartSection(int count, std::int64_t bytesLeft);
+    int ProcessObjectLine(std::string_view line, long long number);
+    void BeginObject(TMifObjectKind kind, std::string_view rest, long long number);
+    int ProcessPlainLine(std::string_view line, long long number);
+    // Opens a section (a polyline part, a ring, a multipoint's list) of count points; room is
+    // reserved for no more of them than the rest of the file can hold.
+    void StartSection(int count);
     void EndSection();
     // Ends the open object, keeping the points of a section cut short.
     void SaveObject();
@@ -66,6 +69,8 @@ private:
     TMapLayer* m_pLayer;
     TLoadReport* m_pReport;
     std::string m_strMifPath;
+    const TTextFile& m_MifFile;
+    std::int64_t m_lMifLength;
 
     // The header.
     bool m_bInData = false;

@@ -66,11 +66,13 @@ void TMifCompleteWriter::Plan(const TMapLayer& layer) {
         utf8 = utf8 || NeedsUtf8(text);
     };
     std::vector<const TFeatureLine*> rings;
+    bool holes = false;
     for (const TMapElement* element : layer.m_Elements) {
         if (const auto* line = dynamic_cast<const TFeatureLine*>(element)) {
             if (!HasPoints(*line)) continue;
             look(line->m_strId, m_nIdWidth);
             if (line->m_iBoundType != BOUNDARY_OPEN) rings.push_back(line);
+            holes = holes || line->m_iBoundType == BOUNDARY_EXC;
         } else if (const auto* marker = dynamic_cast<const TFeatureMarker*>(element)) {
             look(marker->m_strId, m_nIdWidth);
             look(marker->m_strName, m_nNameWidth);
@@ -79,6 +81,9 @@ void TMifCompleteWriter::Plan(const TMapLayer& layer) {
         }
     }
     m_eEncoding = utf8 ? ENCODING_UTF8 : ENCODING_WINDOWS_1252;
+    // Without exclusion rings every ring is a polygon of its own, written as it comes.
+    m_bGrouped = holes;
+    if (!holes) return;
     m_Groups = GroupRingsIntoPolygons(rings);
     m_nNextOuter = 0;
     m_nNextAlone = static_cast<std::size_t>(std::count_if(
@@ -124,6 +129,7 @@ bool TMifCompleteWriter::WriteElement(const TMapElement& element) {
 
 void TMifCompleteWriter::WriteLine(const TFeatureLine& line) {
     if (line.m_iBoundType == BOUNDARY_OPEN) return WriteOpenLine(line);
+    if (!m_bGrouped) return WriteRegion(TPolygonGroup{&line, {}});
     // Each polygon is written where its outer ring stands in the layer; a hole goes with it.
     if (line.m_iBoundType != BOUNDARY_EXC) {
         if (m_nNextOuter < m_Groups.size() && m_Groups[m_nNextOuter].pOuter == &line)

@@ -47,6 +47,7 @@ private:
 
     // The rings' polygons: first one group per ring that is no exclusion ring, in the layer's
     // order, then one per exclusion ring that lies inside none of them.
+    bool m_bGrouped = false;  // the layer has exclusion rings, so the rings were grouped
     std::vector<TPolygonGroup> m_Groups;
     std::size_t m_nNextOuter = 0;  // the group of the next ring that is no exclusion ring
     std::size_t m_nNextAlone = 0;  // the group of the next exclusion ring that is no hole

@@ -1,22 +1,28 @@
 #pragma once
-// Objects of a .mif DATA section that no profile takes geometry from, with the cause a load
-// report counts them under.
+// Objects of a .mif DATA section that a reader counts in its load report, by the keyword that
+// begins them.
 
 #include <span>
 #include <string_view>
 
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/platform/numbers.h>
-#include "gis/load_recording.h"
 
-inline constexpr TNamedCause kMifUncarriedObjects[] = {
+struct TMifObjectCause {
+    std::string_view name;
+    TLoadCause eCause;
+};
+
+// Objects no profile takes geometry from.
+inline constexpr TMifObjectCause kMifUncarriedObjects[] = {
     {"ARC", LOAD_MIF_ARC},         {"TEXT", LOAD_MIF_TEXT},
     {"RECT", LOAD_MIF_RECT},       {"ROUNDRECT", LOAD_MIF_ROUNDRECT},
     {"ELLIPSE", LOAD_MIF_ELLIPSE}, {"NONE", LOAD_MIF_NONE},
 };
 
 // The entry that names the word, ignoring case; null when none does.
-inline const TNamedCause* FindNamedCause(std::span<const TNamedCause> table, std::string_view word) {
-    for (const TNamedCause& entry : table)
-        if (EqualsNoCase(word, entry.pszName)) return &entry;
+inline const TMifObjectCause* FindObjectCause(std::span<const TMifObjectCause> table, std::string_view word) {
+    for (const TMifObjectCause& entry : table)
+        if (EqualsNoCase(word, entry.name)) return &entry;
     return nullptr;
 }

@@ -56,7 +56,8 @@ TMifKeyword MatchKeyword(std::string_view line) {
 // Objects of the DATA section the reader takes nothing from: Line and Multipoint objects, and
 // those no profile reads. The parts of a Collection are objects of their own (its regions and
 // polylines are read), so the Collection line is not one.
-constexpr TNamedCause kLinesAndMultipoints[] = {{"LINE", LOAD_MIF_LINE}, {"MULTIPOINT", LOAD_MIF_MULTIPOINT}};
+constexpr TMifObjectCause kLinesAndMultipoints[] = {{"LINE", LOAD_MIF_LINE},
+                                                    {"MULTIPOINT", LOAD_MIF_MULTIPOINT}};
 
 }  // namespace
 
@@ -95,10 +96,9 @@ int TGisFileMidMif::ReadMif(const char* path, TMapLayer* layer, GisProgressCallb
         }
     };
     if (TGisFile::s_bCompleteProfile) {
-        TMifCompleteReader reader(layer, m_pLoadReport, path);
-        const std::int64_t length = m_MifFile.GetLength();
+        TMifCompleteReader reader(layer, m_pLoadReport, path, m_MifFile);
         readLines([&](std::string_view line) {
-            const int answer = reader.ProcessLine(line, m_lLine, length - m_MifFile.GetPosition());
+            const int answer = reader.ProcessLine(line, m_lLine);
             if (answer != 0 && m_pLoadReport != nullptr)
                 NoteStop(answer, reader.StopPoint().dLat, reader.StopPoint().dLon);
             return answer;
@@ -174,8 +174,8 @@ void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
         (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
         return;
     const std::string_view word = FirstWord(line);
-    const TNamedCause* object = FindNamedCause(kLinesAndMultipoints, word);
-    if (object == nullptr) object = FindNamedCause(kMifUncarriedObjects, word);
+    const TMifObjectCause* object = FindObjectCause(kLinesAndMultipoints, word);
+    if (object == nullptr) object = FindObjectCause(kMifUncarriedObjects, word);
     if (object != nullptr) m_pLoadReport->Skip(object->eCause, m_lLine);
 }
 
