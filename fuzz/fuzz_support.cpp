@@ -1,6 +1,5 @@
 #include "fuzz_support.h"
 
-#include <tl_gis/gis/gis_file.h>
 #include <tl_gis/gis/language.h>
 #include <tl_gis/platform/message_box.h>
 #include "platform/memory_files.h"
@@ -80,20 +79,6 @@ std::string PackInput(const std::vector<std::string>& files) {
         out += files[i];
     }
     return out;
-}
-
-TCompleteProfile::TCompleteProfile() {
-    TGisFile::s_bCompleteProfile = true;
-    TGisFile::s_strIdField = "ID";
-    TGisFile::s_strValueField = "VALUE";
-    TGisFile::s_strNameField = "NAME";
-}
-
-TCompleteProfile::~TCompleteProfile() {
-    TGisFile::s_bCompleteProfile = false;
-    TGisFile::s_strIdField.clear();
-    TGisFile::s_strValueField.clear();
-    TGisFile::s_strNameField.clear();
 }
 
 }  // namespace tl_fuzz

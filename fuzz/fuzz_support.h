@@ -33,16 +33,6 @@ std::string ReadScratchFile(const std::string& name);
 std::vector<std::string_view> SplitInput(const std::uint8_t* data, std::size_t size, std::size_t count);
 std::string PackInput(const std::vector<std::string>& files);
 
-// The complete profile, with the columns its writers write (ID, VALUE, NAME) chosen, while the
-// object lives; the default profile again after it.
-class TCompleteProfile {
-public:
-    TCompleteProfile();
-    ~TCompleteProfile();
-    TCompleteProfile(const TCompleteProfile&) = delete;
-    TCompleteProfile& operator=(const TCompleteProfile&) = delete;
-};
-
 }  // namespace tl_fuzz
 
 // The entry point every target defines, shared by libFuzzer and the replay program.

@@ -15,6 +15,7 @@
 #include <tl_gis/gis/job/gis_file_job.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/hostmap/map_layer.h>
+#include "complete_profile.h"
 #include "fuzz_support.h"
 #include "shp_test_files.h"
 
@@ -299,7 +300,7 @@ void MifSeeds(TSeeds& seeds) {
     for (const auto& [name, text] : seeds) complete[name + "-complete"] = CompleteInput(text, "");
     seeds.merge(complete);
     seeds["seed-complete-pair"] = CompleteInput(kCompleteMif, kCompleteMid);
-    const tl_fuzz::TCompleteProfile profile;
+    const TCompleteProfile profile;
     const std::string input = tl_fuzz::WriteScratchFile("in.mif", kCompleteMif);
     tl_fuzz::WriteScratchFile("in.mid", kCompleteMid);
     TMapLayer layer;

@@ -4,6 +4,7 @@
 // back in the same profile and read again.
 
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include "complete_profile.h"
 #include "round_trip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -13,6 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto files = tl_fuzz::SplitInput(data + 1, size - 1, 2);
     const std::string path = tl_fuzz::WriteScratchFile("input.mif", files[0]);
     tl_fuzz::WriteScratchFile("input.mid", files[1]);
-    const tl_fuzz::TCompleteProfile complete;
+    const TCompleteProfile complete;
     return tl_fuzz::ReloadScratchFile<TGisFileMidMif>(path, "copy.mif");
 }

@@ -17,6 +17,7 @@
 
 #include <tl_gis/tl_gis.h>
 #include "../gis/shp/shp_test_support.h"
+#include "complete_profile.h"
 #include "test_support.h"
 
 // The replacements below pair malloc with free; GCC, seeing them inlined, takes that for a mix.
@@ -112,26 +113,6 @@ struct TMemoryCase {
     bool bComplete = false;  // in the complete profile, with ID, VALUE and NAME chosen
 };
 
-// The profile of a case while it runs; the default after it.
-class TProfileScope {
-public:
-    explicit TProfileScope(bool complete) {
-        TGisFile::s_bCompleteProfile = complete;
-        if (!complete) return;
-        TGisFile::s_strIdField = "ID";
-        TGisFile::s_strValueField = "VALUE";
-        TGisFile::s_strNameField = "NAME";
-    }
-    ~TProfileScope() {
-        TGisFile::s_bCompleteProfile = false;
-        TGisFile::s_strIdField.clear();
-        TGisFile::s_strValueField.clear();
-        TGisFile::s_strNameField.clear();
-    }
-    TProfileScope(const TProfileScope&) = delete;
-    TProfileScope& operator=(const TProfileScope&) = delete;
-};
-
 TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
     EnsureLibraryStarted();
     TScriptedMessages quiet({ANSWER_NO, ANSWER_NO, ANSWER_NO, ANSWER_NO});
@@ -165,7 +146,7 @@ TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
     };
     for (const TMemoryCase& c : cases) {
         SCOPED_TRACE(c.name);
-        const TProfileScope profile(c.bComplete);
+        const TCompleteProfile profile(c.bComplete);
         // Runs the case on a fresh layer in a fresh folder; the layer is then checked.
         const auto run = [&](long failAt,
                              const std::function<void(int, TMapLayer&, const TTempDir&)>& check) {

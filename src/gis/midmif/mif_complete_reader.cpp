@@ -1,7 +1,6 @@
 #include "gis/midmif/mif_complete_reader.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/line_assembly.h>
@@ -58,12 +57,7 @@ TMifCompleteReader::TMifCompleteReader(TMapLayer* layer, TLoadReport* report, st
       m_lMifLength(mifFile.GetLength()) {}
 
 int TMifCompleteReader::ProcessLine(std::string_view line, long long number) {
-    // A NUL byte ends the text, as it ends a C string.
-    if (const void* nul = std::memchr(line.data(), '\0', line.size()))
-        line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
-    std::size_t start = 0;
-    while (start < line.size() && IsMifBlank(line[start])) ++start;
-    line.remove_prefix(start);
+    line = MifLineText(line);
     if (line.empty()) return 0;
     if (!m_bInData) {
         ProcessHeaderLine(line, number);

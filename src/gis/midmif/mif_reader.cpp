@@ -1,8 +1,6 @@
 // Reading the graphics of a .mif file: a line-by-line state machine that collects polylines,
 // the first ring of each region and points.
 
-#include <cstring>
-
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
@@ -119,12 +117,7 @@ int TGisFileMidMif::ProcessMifLine(const char* line, TMapLayer* layer) {
 
 int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
     if (layer != nullptr) m_pLayer = layer;
-    // A NUL byte ends the text, as it ends a C string.
-    if (const void* nul = std::memchr(line.data(), '\0', line.size()))
-        line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
-    std::size_t start = 0;
-    while (start < line.size() && IsMifBlank(line[start])) ++start;
-    line.remove_prefix(start);
+    line = MifLineText(line);
     if (line.empty()) return 0;
 
     switch (MatchKeyword(line)) {

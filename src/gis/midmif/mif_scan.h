@@ -2,6 +2,7 @@
 // Reading the text of .mif lines: blanks as the reader sees them, numbers as "%lf" reads them,
 // words and quoted header values. Inline, as every point line of a file passes through them.
 
+#include <cstring>
 #include <string_view>
 
 #include <tl_gis/hostmap/loc.h>
@@ -15,6 +16,16 @@ inline bool IsAsciiLetter(char c) {
 // characters and all bytes from 0x80 up count too.
 inline bool IsMifBlank(char c) {
     return static_cast<signed char>(c) <= 32;
+}
+
+// The text of a line as the readers take it: up to a NUL byte (as in a C string), without the
+// blanks before it.
+inline std::string_view MifLineText(std::string_view line) {
+    if (const void* nul = std::memchr(line.data(), '\0', line.size()))
+        line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
+    std::size_t start = 0;
+    while (start < line.size() && IsMifBlank(line[start])) ++start;
+    return line.substr(start);
 }
 
 inline bool IsCSpace(char c) {

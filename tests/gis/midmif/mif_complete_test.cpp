@@ -14,28 +14,16 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/numbers.h>
+#include "complete_profile.h"
 #include "load_report_check.h"
 #include "test_support.h"
 
 namespace {
-// The complete profile with the chosen columns for one test; the defaults come back after it.
-class TCompleteProfile {
-public:
-    explicit TCompleteProfile(std::string id = "ID", std::string value = "VALUE", std::string name = "NAME") {
-        TGisFile::s_bCompleteProfile = true;
-        TGisFile::s_strIdField = std::move(id);
-        TGisFile::s_strValueField = std::move(value);
-        TGisFile::s_strNameField = std::move(name);
-    }
-    ~TCompleteProfile() {
-        TGisFile::s_bCompleteProfile = false;
-        TGisFile::s_strIdField.clear();
-        TGisFile::s_strValueField.clear();
-        TGisFile::s_strNameField.clear();
-        TGisFileMidMif::s_eMidDelimiter = MID_DELIMITER_COMMA;
-    }
-    TCompleteProfile(const TCompleteProfile&) = delete;
-    TCompleteProfile& operator=(const TCompleteProfile&) = delete;
+// The complete profile for a writer test, and the delimiter set back after it.
+class MifCompleteWrite : public testing::Test {
+protected:
+    void TearDown() override { TGisFileMidMif::s_eMidDelimiter = MID_DELIMITER_COMMA; }
+    TCompleteProfile m_Profile;
 };
 
 std::string Number(double value) {
@@ -278,7 +266,7 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
 // A Point object still gives the layer the centroid the default reading adds, and without
 // chosen columns the .mid is not needed.
 TEST(MifCompleteRead, PointsKeepTheirCentroidsAndIdsFollowTheNumbering) {
-    TCompleteProfile profile("", "", "");
+    TCompleteProfile profile(true, "", "", "");
     TTempDir dir;
     WriteFileBytes(dir.File("p.mif"),
                    JoinLines(Header({"Name Char(10)"})) +
@@ -461,11 +449,10 @@ const TWriteCase kWriteCases[] = {
 
 // Every pair the complete profile writes opens in GDAL without an error or a warning, with one
 // feature per element (a hole inside its polygon) and the same parts, vertices and values.
-TEST(MifCompleteWrite, GdalReadsEveryElement) {
+TEST_F(MifCompleteWrite, GdalReadsEveryElement) {
     SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogrinfo"))
         GTEST_SKIP() << "ogrinfo (GDAL) is not installed; run scripts/install-test-tools.sh";
-    TCompleteProfile profile;
     for (const TWriteCase& c : kWriteCases) {
         TGisFileMidMif::s_eMidDelimiter = c.delimiter;
         TMapLayer layer;
@@ -514,11 +501,10 @@ TEST(MifCompleteWrite, GdalReadsEveryElement) {
 
 // Recorded spray in the complete profile: every swath block and every sample row has its
 // object, and the rows carry the four columns after the system's eight.
-TEST(MifCompleteWrite, SprayRowsStayPairedWithObjects) {
+TEST_F(MifCompleteWrite, SprayRowsStayPairedWithObjects) {
     SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogrinfo"))
         GTEST_SKIP() << "ogrinfo (GDAL) is not installed; run scripts/install-test-tools.sh";
-    TCompleteProfile profile;
     TMapLayer layer;
     auto* spray = new TFeatureSpray(3);
     for (int s = 0; s < 3; ++s) {
@@ -547,8 +533,7 @@ TEST(MifCompleteWrite, SprayRowsStayPairedWithObjects) {
 // What the complete profile writes reads back, with ID, VALUE and NAME chosen, as the same
 // elements: kinds (every line kind comes back as a boundary), bound types, ids, values, names
 // and vertices.
-TEST(MifCompleteWrite, ReadsBackTheSameElements) {
-    TCompleteProfile profile;
+TEST_F(MifCompleteWrite, ReadsBackTheSameElements) {
     for (const TWriteCase& c : kWriteCases) {
         TGisFileMidMif::s_eMidDelimiter = c.delimiter;
         TMapLayer layer;
@@ -568,7 +553,7 @@ TEST(MifCompleteRead, FilesWrittenByGdal) {
     SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogr2ogr"))
         GTEST_SKIP() << "ogr2ogr (GDAL) is not installed; run scripts/install-test-tools.sh";
-    TCompleteProfile profile("name", "rate", "label");
+    TCompleteProfile profile(true, "name", "rate", "label");
     TTempDir dir;
     WriteFileBytes(
         dir.File("in.csv"),
