@@ -81,13 +81,9 @@ int TGisFileMidMif::WriteMidRecord(const char* text) {
     return 0;
 }
 
-bool TGisFileMidMif::CompleteRows() {
-    return s_bMidCompleteRows || s_bCompleteProfile;
-}
-
 void TGisFileMidMif::FinishMidRow(std::string& row, int fieldsWritten) const {
     const int columns = s_bCompleteProfile ? kMidCompleteColumnCount : kMidColumnCount;
-    if (CompleteRows())
+    if (MidCompleteRows())
         for (int i = fieldsWritten; i < columns; ++i) row += Delimiter();
     row += '\n';
 }
@@ -95,7 +91,7 @@ void TGisFileMidMif::FinishMidRow(std::string& row, int fieldsWritten) const {
 void TGisFileMidMif::AppendMidText(std::string& row, std::string_view text) const {
     const std::size_t start = row.size();
     row += text;
-    if (CompleteRows()) QuoteMidField(row, start, Delimiter());
+    if (MidCompleteRows()) QuoteMidField(row, start, Delimiter());
 }
 
 void TGisFileMidMif::WriteMifPoint(const tagLOC& loc, unsigned long color, int size) {

@@ -124,6 +124,7 @@ int TMifCompleteReader::ProcessObjectLine(std::string_view line, long long numbe
         if (kind == OBJECT_POINT && m_pLayer != nullptr) m_pLayer->AddCentroid(PointKeywordLocation(line));
     } else if (const TMifObjectCause* object = FindObjectCause(kMifUncarriedObjects, word)) {
         SaveObject();
+        m_lObjectLine = number;
         m_iCollectionPartsLeft = 0;
         ReadRow(number);
         Count(object->eCause, number);

@@ -120,8 +120,6 @@ private:
     void WriteSprayRow(const tagSPRAYREC& sample, std::string_view date, double flowRate);
     // The separator of .mid fields chosen by s_eMidDelimiter.
     static char Delimiter();
-    // Whether rows have one field per declared column: s_bMidCompleteRows or the complete profile.
-    static bool CompleteRows();
     // Ends a .mid row of fieldsWritten fields, adding empty ones when complete rows are on.
     void FinishMidRow(std::string& row, int fieldsWritten) const;
     // A text field, quoted when complete rows are on and it holds a separator or a quote.
