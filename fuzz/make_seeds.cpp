@@ -13,7 +13,9 @@
 
 #include <tl_gis/gis/gis_file.h>
 #include <tl_gis/gis/job/gis_file_job.h>
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/hostmap/map_layer.h>
+#include "complete_profile.h"
 #include "fuzz_support.h"
 #include "shp_test_files.h"
 
@@ -304,8 +306,41 @@ void TestDataSeeds(TSeeds& seeds, const char* folder, const char* extension) {
 void DxfSeeds(TSeeds& seeds) {
     TestDataSeeds(seeds, "tests/data/dxf", ".dxf");
 }
+// A pair of the objects the complete profile reads, with a table in another delimiter and charset.
+constexpr const char* kCompleteMif =
+    "Version 300\nCharset \"WindowsLatin1\"\nDelimiter \";\"\nCoordSys Earth Projection 1, 104\n"
+    "Columns 4\n  ID Char(10)\n  BOUND Char(4)\n  VALUE Float\n  NAME Char(10)\nData\n\n"
+    "Region 3\n  4\n0 40\n10 40\n10 50\n0 40\n  3\n2 42\n8 42\n5 48\n  3\n4 43\n6 43\n5 45\n"
+    "    Pen (1,2,0)\nPline Multiple 2\n  2\n1 45\n2 46\n  3\n3 45\n4 45\n5 46\nLine 1 45 2 46\n"
+    "Point 1 45\n    Symbol (35,0,12)\nMultipoint 2\n1 45\n2 46\nText\n  \"gate\"\n  1 45 2 46\n"
+    "Collection 2\n  Region 1\n  3\n1 45\n2 45\n2 46\n  Pline 2\n1 45\n2 46\nRegion 1\n  3\n1 45\n2 45\n2 "
+    "46\n";
+constexpr const char* kCompleteMid =
+    "f;INC;7.5;\nd;OPEN;1;\nl;OPEN;2;\ng;;3;\"G\xe9t\"\nw;;;\nt;;;\nc;INC;4;\nz;EXC;;\n";
+
+// An input of the complete profile: a byte with its top bit set, then the packed pair.
+std::string CompleteInput(const std::string& mif, const std::string& mid) {
+    return "\x80" + tl_fuzz::PackInput({mif, mid});
+}
+
+// MIF: the test files alone (the default profile) and without a .mid (the complete profile), and
+// a pair of every object the complete profile reads as it is and as the complete profile
+// writes it back.
 void MifSeeds(TSeeds& seeds) {
     TestDataSeeds(seeds, "tests/data/midmif", ".mif");
+    TSeeds complete;
+    for (const auto& [name, text] : seeds) complete[name + "-complete"] = CompleteInput(text, "");
+    seeds.merge(complete);
+    seeds["seed-complete-pair"] = CompleteInput(kCompleteMif, kCompleteMid);
+    const TCompleteProfile profile;
+    const std::string input = tl_fuzz::WriteScratchFile("in.mif", kCompleteMif);
+    tl_fuzz::WriteScratchFile("in.mid", kCompleteMid);
+    TMapLayer layer;
+    const std::string output = tl_fuzz::ScratchFolder() + "/out.mif";
+    if (TGisFileMidMif{}.LoadFile(input.c_str(), &layer, nullptr) == GISFILE_OK &&
+        TGisFileMidMif{}.WriteFile(output.c_str(), &layer) == GISFILE_OK)
+        seeds["seed-complete-pair-written"] =
+            CompleteInput(tl_fuzz::ReadScratchFile("out.mif"), tl_fuzz::ReadScratchFile("out.mid"));
 }
 void PmhSeeds(TSeeds& seeds) {
     TestDataSeeds(seeds, "tests/data/pmh", ".pmh");

@@ -12,11 +12,10 @@
 
 namespace tl_fuzz {
 
+// Loads the file at path (in the scratch folder); when something loads, writes it back as
+// outputName and loads that.
 template <class TFormat>
-int LoadWriteReload(const std::uint8_t* data, std::size_t size, const char* inputName,
-                    const char* outputName) {
-    PrepareInput(size);
-    const std::string path = WriteScratchFile(inputName, {reinterpret_cast<const char*>(data), size});
+int ReloadScratchFile(const std::string& path, const char* outputName) {
     TMapLayer layer;
     if (TFormat{}.LoadFile(path.c_str(), &layer, nullptr) != GISFILE_OK || layer.GetElementCount() == 0)
         return 0;
@@ -25,6 +24,14 @@ int LoadWriteReload(const std::uint8_t* data, std::size_t size, const char* inpu
     TMapLayer back;
     TFormat{}.LoadFile(copy.c_str(), &back, nullptr);
     return 0;
+}
+
+template <class TFormat>
+int LoadWriteReload(const std::uint8_t* data, std::size_t size, const char* inputName,
+                    const char* outputName) {
+    PrepareInput(size);
+    const std::string path = WriteScratchFile(inputName, {reinterpret_cast<const char*>(data), size});
+    return ReloadScratchFile<TFormat>(path, outputName);
 }
 
 }  // namespace tl_fuzz

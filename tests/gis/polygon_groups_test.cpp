@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <tl_gis/gis/gis_file.h>
 #include "gis/attribute_columns.h"
 #include "gis/polygon_groups.h"
@@ -32,6 +34,38 @@ TEST(PolygonGroups, HolesJoinTheSmallestRingAroundThem) {
     EXPECT_EQ(groups[1].Holes, std::vector<const TFeatureLine*>{&pond});
     EXPECT_EQ(groups[2].pOuter, &away);
     EXPECT_TRUE(groups[2].Holes.empty());
+}
+
+// Thousands of polygons, each with a hole or not, among exclusion rings that lie in none of them
+// and a field around them all: every hole finds its own polygon, as the smallest around it.
+TEST(PolygonGroups, ManyRingsFindTheirOwnPolygons) {
+    std::vector<TFeatureLineBoundary> outers, holes, alone;
+    for (int i = 0; i < 3000; ++i) {
+        const double lat = 40.0 + (i % 60) * 0.01, lon = -100.0 + (i / 60) * 0.01;
+        outers.push_back(Square(lat, lon, 0.004, BOUNDARY_INC));
+        holes.push_back(Square(lat + 0.001, lon - 0.001, i % 3 ? 0.001 : 0.005, BOUNDARY_EXC));
+        alone.push_back(Square(lat + 0.005, lon + 0.005, 0.0004, BOUNDARY_EXC));
+    }
+    const TFeatureLineBoundary field = Square(40.3, -99.75, 1.0, BOUNDARY_INC);
+    std::vector<const TFeatureLine*> rings = {&field};
+    for (std::size_t i = 0; i < outers.size(); ++i)
+        rings.insert(rings.end(), {&holes[i], &outers[i], &alone[i]});
+    const std::vector<TPolygonGroup> groups = GroupRingsIntoPolygons(rings);
+    ASSERT_EQ(groups.size(), 1 + outers.size());
+    std::vector<const TFeatureLine*> inField;
+    for (std::size_t i = 0; i < outers.size(); ++i) {
+        // A hole too large for its polygon, and every ring between the polygons, lie in the field.
+        EXPECT_EQ(groups[1 + i].pOuter, &outers[i]);
+        EXPECT_EQ(groups[1 + i].Holes,
+                  i % 3 ? std::vector<const TFeatureLine*>{&holes[i]} : std::vector<const TFeatureLine*>{})
+            << i;
+        if (i % 3 == 0) inField.push_back(&holes[i]);
+        inField.push_back(&alone[i]);
+    }
+    std::sort(inField.begin(), inField.end());
+    std::vector<const TFeatureLine*> fieldHoles = groups[0].Holes;
+    std::sort(fieldHoles.begin(), fieldHoles.end());
+    EXPECT_EQ(fieldHoles, inField);
 }
 
 TEST(AttributeColumns, ChosenColumnsAndBoundNames) {

@@ -17,6 +17,7 @@
 
 #include <tl_gis/tl_gis.h>
 #include "../gis/shp/shp_test_support.h"
+#include "complete_profile.h"
 #include "test_support.h"
 
 // The replacements below pair malloc with free; GCC, seeing them inlined, takes that for a mix.
@@ -109,6 +110,7 @@ struct TMemoryCase {
     std::unique_ptr<TGisFile> (*pfnMake)();
     bool bWrite;  // writes FillLayer's layer to the file named; otherwise loads the path
     std::string strFile;
+    bool bComplete = false;  // in the complete profile, with ID, VALUE and NAME chosen
 };
 
 TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
@@ -122,6 +124,12 @@ TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
                        .Record(2, PolyContent(3, {0, 2}, {{-93.25, 45.5}, {-93.24, 45.5}, {-93.23, 45.5}}))
                        .Record(3, PolyContent(5, {0}, SquareRing(.01, true)))
                        .Bytes());
+    TTempDir pair;
+    WriteFileBytes(pair.File("c.mif"),
+                   "Columns 3\n ID Char(5)\n VALUE Float\n NAME Char(5)\nData\n"
+                   "Region 2\n 4\n0 40\n10 40\n10 50\n0 40\n 3\n2 42\n8 42\n5 48\n"
+                   "Pline Multiple 2\n 2\n1 45\n2 46\n 2\n3 45\n4 46\nPoint 1 45\n");
+    WriteFileBytes(pair.File("c.mid"), "\"f\",1,\"\"\n\"p\",2,\"\"\n\"g\",3,\"Gate\"\n");
     const TMemoryCase cases[] = {
         {"JOB load", &Make<TGisFileJob>, false, data + "job/v1_layer.job"},
         {"DXF load", &Make<TGisFileDxf>, false, data + "dxf/boundary_exclusion.dxf"},
@@ -131,11 +139,14 @@ TEST(OutOfMemory, EveryAllocationOfLoadsAndWrites) {
         {"JOB write", &Make<TGisFileJob>, true, "12.job"},
         {"DXF write", &Make<TGisFileDxf>, true, "f.dxf"},
         {"MIF write", &Make<TGisFileMidMif>, true, "f.mif"},
+        {"MIF load, complete profile", &Make<TGisFileMidMif>, false, pair.File("c.mif"), true},
+        {"MIF write, complete profile", &Make<TGisFileMidMif>, true, "c.mif", true},
         {"PMH write", &Make<TGisFilePmh>, true, "f.pmh"},
         {"SHP write", &Make<TGisFileShp>, true, "f.shp"},
     };
     for (const TMemoryCase& c : cases) {
         SCOPED_TRACE(c.name);
+        const TCompleteProfile profile(c.bComplete);
         // Runs the case on a fresh layer in a fresh folder; the layer is then checked.
         const auto run = [&](long failAt,
                              const std::function<void(int, TMapLayer&, const TTempDir&)>& check) {

@@ -87,6 +87,14 @@ enum TLoadCause : int {
     LOAD_MIF_NONE,
     LOAD_MIF_REGION_RING,  // rings after the first of a region
     LOAD_MIF_POINT,        // kept as a centroid of the layer, not as an element
+    // What the complete profile still cannot take from a MapInfo pair.
+    LOAD_MIF_DAMAGED_OBJECT,    // a count or coordinates that cannot be read: the object passed over
+    LOAD_MIF_SHORT_OBJECT,      // fewer points or parts than announced: kept with what it holds
+    LOAD_MIF_NO_MID_ROW,        // the .mid ended (or is missing) before the object's row
+    LOAD_MIF_MID_FIELD_COUNT,   // a .mid row with more or fewer fields than the declared columns
+    LOAD_MIF_MID_EXTRA_ROW,     // .mid rows after the last object
+    LOAD_MIF_COLUMN_NOT_FOUND,  // a chosen attribute column the header does not declare
+    LOAD_MIF_VALUE_NOT_NUMBER,  // a value column field that holds no number
 
     // Lines of the text formats that belong to nothing the reader knows.
     LOAD_UNKNOWN_RECORD,

@@ -7,6 +7,7 @@
 #include <tl_gis/platform/numbers.h>
 #include <tl_gis/platform/result_codes.h>
 #include <tl_gis/platform/text_file.h>
+#include "gis/delimited_row.h"
 
 namespace {
 enum TColumn {
@@ -57,45 +58,6 @@ std::string_view Trim(std::string_view s) {
     while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
     while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
     return s;
-}
-
-// Splits one row into fields; false when a quoted field is not closed or text follows its
-// closing quote.
-bool SplitRow(std::string_view line, std::vector<std::string>& fields, std::size_t& count) {
-    count = 0;
-    std::size_t i = 0;
-    for (;;) {
-        if (fields.size() <= count) fields.emplace_back();
-        std::string& field = fields[count++];
-        field.clear();
-        const std::size_t start = i;
-        while (i < line.size() && (line[i] == ' ' || line[i] == '\t')) ++i;
-        if (i < line.size() && line[i] == '"') {
-            ++i;
-            for (;;) {
-                if (i >= line.size()) return false;
-                if (line[i] == '"') {
-                    if (i + 1 < line.size() && line[i + 1] == '"') {
-                        field += '"';
-                        i += 2;
-                        continue;
-                    }
-                    ++i;
-                    break;
-                }
-                field += line[i++];
-            }
-            // Only blanks may follow the closing quote.
-            while (i < line.size() && (line[i] == ' ' || line[i] == '\t')) ++i;
-            if (i < line.size() && line[i] != ',') return false;
-        } else {
-            i = start;
-            while (i < line.size() && line[i] != ',') field += line[i++];
-            field = std::string(Trim(field));
-        }
-        if (i >= line.size()) return true;
-        ++i;  // the comma
-    }
 }
 
 class TRowParser {
@@ -330,7 +292,7 @@ TFlightImport ReadFlightCsv(TTextFile& file) {
     if (got == 0) return Failure(GISFILE_ERR_DATA, "the file is empty: a header row is required");
     if (got < 0) return tooLong();
     if (line.size() >= 3 && line.substr(0, 3) == "\xEF\xBB\xBF") line.remove_prefix(3);
-    if (!SplitRow(line, fields, count))
+    if (!SplitDelimitedRow(line, ',', fields, count))
         return Failure(GISFILE_ERR_DATA, "line 1: a quoted name is badly formed");
     const std::size_t columnCount = count;
     std::vector<int> columnOf(COL_COUNT, -1);
@@ -357,7 +319,7 @@ TFlightImport ReadFlightCsv(TTextFile& file) {
     while ((got = nextLine()) != 0) {
         if (got < 0) return tooLong();
         if (Trim(line).empty()) continue;
-        if (!SplitRow(line, fields, count)) {
+        if (!SplitDelimitedRow(line, ',', fields, count)) {
             std::string text = "line ";
             AppendInt(text, lineNumber);
             return Failure(GISFILE_ERR_DATA,

@@ -6,8 +6,18 @@
 #include <string>
 #include <string_view>
 
-// Number of columns the .mif header declares.
+#include <tl_gis/gis/midmif/gis_file_midmif.h>
+
+// Number of columns the .mif header declares: the system's eight, and in the complete profile
+// four more (ID, BOUND, VALUE and NAME).
 constexpr int kMidColumnCount = 8;
+constexpr int kMidCompleteColumnCount = 12;
+
+// Whether .mid rows have one field per declared column: TGisFileMidMif::s_bMidCompleteRows, or the
+// complete profile.
+inline bool MidCompleteRows() {
+    return TGisFileMidMif::s_bMidCompleteRows || TGisFile::s_bCompleteProfile;
+}
 
 // The separator for a delimiter setting: 0 comma, 1 tab, anything else a space.
 char MidDelimiterChar(int delimiter);

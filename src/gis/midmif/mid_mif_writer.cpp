@@ -5,37 +5,10 @@
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/numbers.h>
 #include "gis/midmif/mid_fields.h"
+#include "gis/midmif/mif_complete_writer.h"
+#include "gis/midmif/mif_objects.h"
 #include "gis/midmif/mif_style.h"
 #include "platform/no_throw.h"
-
-namespace {
-// Everything before the delimiter line, and everything after it up to the first object.
-constexpr std::string_view kMifHeadStart =
-    "Version 300\n"
-    "Charset \"WindowsLatin1\"\n";
-constexpr std::string_view kMifHeadEnd =
-    "Coordsys Earth Projection 1, 0\n"
-    "COLUMNS 8\n"
-    "Date Char(10)\n"
-    "Time Char(11)\n"
-    "Speed Decimal(5, 1)\n"
-    "Heading Integer\n"
-    "Altitude Integer\n"
-    "SprayStatus Char(3)\n"
-    "FlowRate Decimal(10, 4)\n"
-    "ABC_Points Char(1)\n"
-    "DATA\n"
-    "\n";
-
-// "  <longitude> <latitude>" and a line end.
-void AppendMifPoint(std::string& out, const tagLOC& loc) {
-    out += "  ";
-    AppendFixed(out, loc.dLon, 6);
-    out += ' ';
-    AppendFixed(out, loc.dLat, 6);
-    out += '\n';
-}
-}  // namespace
 
 char TGisFileMidMif::Delimiter() {
     return MidDelimiterChar(s_eMidDelimiter);
@@ -55,32 +28,44 @@ int TGisFileMidMif::WriteMidMif(const char* path, TMapLayer* layer) {
     ChangeExtension(midPath, ".mid");
     if (!m_MidFile.Open(midPath.c_str(), TTextFile::modeCreate)) return GISFILE_ERR_OPEN;
 
-    std::string& head = m_strLine;
-    head.assign(kMifHeadStart);
-    head += "DELIMITER \"";
-    head += Delimiter();
-    head += "\"\n";
-    head += kMifHeadEnd;
-    WriteMif(head);
-
     int result = GISFILE_OK;
-    if (layer != nullptr) {
-        for (TMapElement* element : layer->m_Elements) {
-            if (element == nullptr) continue;
-            switch (element->m_dwType & ELEMENT_KIND_MASK) {
-                case ELEMENT_LINE_BOUNDARY:
-                case ELEMENT_LINE_AREA:
-                    result = WriteFilePolygon(element);
-                    break;
-                case ELEMENT_MARKER:
-                    result = WriteFileMarker(element);
-                    break;
-                case ELEMENT_SPRAY:
-                case ELEMENT_SPRAY_ALT:
+    if (s_bCompleteProfile) {
+        TMifCompleteWriter writer(m_MifFile, m_MidFile, Delimiter());
+        if (layer != nullptr) writer.Plan(*layer);
+        writer.WriteHeader();
+        if (layer != nullptr) {
+            for (TMapElement* element : layer->m_Elements) {
+                if (element == nullptr) continue;
+                if (writer.WriteElement(*element))
+                    result = GISFILE_OK;
+                else if (const std::uint32_t kind = element->GetKind();
+                         kind == ELEMENT_SPRAY || kind == ELEMENT_SPRAY_ALT)
                     result = WriteFileSpray(element);
-                    break;
-                default:
-                    break;
+            }
+        }
+    } else {
+        std::string& head = m_strLine;
+        head.clear();
+        AppendMifHeader(head, "WindowsLatin1", Delimiter(), "Earth Projection 1, 0", kMidColumnCount);
+        WriteMif(head);
+        if (layer != nullptr) {
+            for (TMapElement* element : layer->m_Elements) {
+                if (element == nullptr) continue;
+                switch (element->m_dwType & ELEMENT_KIND_MASK) {
+                    case ELEMENT_LINE_BOUNDARY:
+                    case ELEMENT_LINE_AREA:
+                        result = WriteFilePolygon(element);
+                        break;
+                    case ELEMENT_MARKER:
+                        result = WriteFileMarker(element);
+                        break;
+                    case ELEMENT_SPRAY:
+                    case ELEMENT_SPRAY_ALT:
+                        result = WriteFileSpray(element);
+                        break;
+                    default:
+                        break;
+                }
             }
         }
     }
@@ -97,30 +82,22 @@ int TGisFileMidMif::WriteMidRecord(const char* text) {
 }
 
 void TGisFileMidMif::FinishMidRow(std::string& row, int fieldsWritten) const {
-    if (s_bMidCompleteRows)
-        for (int i = fieldsWritten; i < kMidColumnCount; ++i) row += Delimiter();
+    const int columns = s_bCompleteProfile ? kMidCompleteColumnCount : kMidColumnCount;
+    if (MidCompleteRows())
+        for (int i = fieldsWritten; i < columns; ++i) row += Delimiter();
     row += '\n';
 }
 
 void TGisFileMidMif::AppendMidText(std::string& row, std::string_view text) const {
     const std::size_t start = row.size();
     row += text;
-    if (s_bMidCompleteRows) QuoteMidField(row, start, Delimiter());
+    if (MidCompleteRows()) QuoteMidField(row, start, Delimiter());
 }
 
 void TGisFileMidMif::WriteMifPoint(const tagLOC& loc, unsigned long color, int size) {
     std::string& out = m_strLine;
-    out = "POINT ";
-    AppendFixed(out, loc.dLon, 6);
-    out += ' ';
-    AppendFixed(out, loc.dLat, 6);
-    out += "\n   SYMBOL (";
-    AppendInt(out, kMifMarkerShape);
-    out += ", ";
-    AppendInt(out, static_cast<long long>(color));
-    out += ", ";
-    AppendInt(out, size);
-    out += ")\n";
+    out.clear();
+    AppendMifPointObject(out, loc, color, size);
     WriteMif(out);
 }
 
@@ -158,18 +135,9 @@ int TGisFileMidMif::WritePolyline(const tagLOC* points, int count, unsigned long
     out = "REGION  1\n  ";
     AppendInt(out, close ? count + 1 : count);
     out += '\n';
-    for (int i = 0; i < count; ++i) AppendMifPoint(out, points[i]);
-    if (close) AppendMifPoint(out, points[0]);
-    out += "    PEN (1,12,";
-    AppendInt(out, static_cast<long long>(color));
-    out += ")\n    BRUSH (52,";
-    AppendInt(out, static_cast<long long>(color));
-    out += ")\n    CENTER ";
-    const tagLOC centre = ComputeCentroid(points, count);
-    AppendFixed(out, centre.dLon, 6);
-    out += ' ';
-    AppendFixed(out, centre.dLat, 6);
-    out += '\n';
+    for (int i = 0; i < count; ++i) AppendMifVertex(out, points[i]);
+    if (close) AppendMifVertex(out, points[0]);
+    AppendMifRegionStyle(out, color, ComputeCentroid(points, count));
     WriteMif(out);
     return 0;
 }
@@ -184,15 +152,14 @@ void TGisFileMidMif::WritePoly(int* unused, const tagLOC* points, int /*reserved
         // A point that shares its latitude or its longitude with the next one is dropped.
         const bool last = i == count - 1;
         if (!last && (points[i].dLat == points[i + 1].dLat || points[i].dLon == points[i + 1].dLon)) continue;
-        AppendMifPoint(body, points[i]);
+        AppendMifVertex(body, points[i]);
         ++kept;
     }
     out = "\nPLINE  ";
     AppendInt(out, kept);
     out += '\n';
     out += body;
-    out += "    PEN (1,12,";
-    AppendInt(out, static_cast<long long>(kMifBrown));
-    out += ")\n    SMOOTH\n";
+    AppendMifLineStyle(out, kMifBrown);
+    out += "    SMOOTH\n";
     WriteMif(out);
 }

@@ -20,7 +20,7 @@ void TGisFileMidMif::WriteSprayRow(const tagSPRAYREC& sample, std::string_view d
     row.dFlowRate = flowRate;
     std::string& out = m_strLine;
     out.clear();
-    AppendMidSprayRow(out, date, Delimiter(), row, s_bMidCompleteRows);
+    AppendMidSprayRow(out, date, Delimiter(), row, MidCompleteRows());
     FinishMidRow(out, kMidColumnCount);
     m_MidFile.WriteString(out);
 }
@@ -64,7 +64,7 @@ int TGisFileMidMif::WriteFileSpray(TMapElement* element) {
         for (int s = last; s >= first; --s) outline[points++] = samples[s].locSwathB;
         WritePolyline(outline.get(), points, kMifRed, true);
         // Complete rows give every region its row, with the rate 0 that a run without block peaks has.
-        if (blockRows || s_bMidCompleteRows)
+        if (blockRows || MidCompleteRows())
             WriteSprayRow(samples[first], date, channels > 0 ? convert(peaks[channels - 1]) : 0.0);
     }
 
@@ -74,7 +74,7 @@ int TGisFileMidMif::WriteFileSpray(TMapElement* element) {
         std::any_of(samples, samples + count, [](const tagSPRAYREC& s) { return s.afActualRate[0] > 0.0f; });
     if (!anyRate) return 0;
     for (int s = 1; s < count; ++s) {
-        if (s_bMidCompleteRows) WriteMifPoint(samples[s].locPos, kMifRed, kMifSampleSize);
+        if (MidCompleteRows()) WriteMifPoint(samples[s].locPos, kMifRed, kMifSampleSize);
         WriteSprayRow(samples[s], date, convert(samples[s].afActualRate[0]));
     }
     return 0;

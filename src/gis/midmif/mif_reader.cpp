@@ -1,8 +1,6 @@
 // Reading the graphics of a .mif file: a line-by-line state machine that collects polylines,
 // the first ring of each region and points.
 
-#include <cstring>
-
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
@@ -11,6 +9,9 @@
 #include "gis/coordinate_transform.h"
 #include "gis/internal_results.h"
 #include "gis/load_recording.h"
+#include "gis/midmif/mif_complete_reader.h"
+#include "gis/midmif/mif_object_names.h"
+#include "gis/midmif/mif_scan.h"
 #include "platform/no_throw.h"
 
 namespace {
@@ -42,10 +43,6 @@ const TKeywordEntry kKeywords[] = {
     {"SYMBOL", KW_IGNORED}, {"VERSION", KW_IGNORED}, {"*EOF", KW_EOF},
 };
 
-bool IsAsciiLetter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
 TMifKeyword MatchKeyword(std::string_view line) {
     // Point lines start with a digit or a sign: most lines leave here.
     const char c = line[0];
@@ -55,53 +52,12 @@ TMifKeyword MatchKeyword(std::string_view line) {
     return KW_NONE;
 }
 
-// Blanks as the reader sees them: every byte whose signed value is at most 32, so control
-// characters and all bytes from 0x80 up count too.
-bool IsMifBlank(char c) {
-    return static_cast<signed char>(c) <= 32;
-}
+// Objects of the DATA section the reader takes nothing from: Line and Multipoint objects, and
+// those no profile reads. The parts of a Collection are objects of their own (its regions and
+// polylines are read), so the Collection line is not one.
+constexpr TMifObjectCause kLinesAndMultipoints[] = {{"LINE", LOAD_MIF_LINE},
+                                                    {"MULTIPOINT", LOAD_MIF_MULTIPOINT}};
 
-bool IsCSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-// Reads a number as "%lf" does: blanks, an optional sign, then the longest decimal prefix.
-// Advances pos past it; false when there is none.
-bool ScanDouble(std::string_view text, std::size_t& pos, double& value) {
-    std::size_t i = pos;
-    while (i < text.size() && IsCSpace(text[i])) ++i;
-    const std::size_t signAt = i;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
-    const char* first = text.data() + i;
-    double v = 0.0;
-    const char* end = ScanUnsignedDouble(first, text.data() + text.size(), v);
-    if (end == first) return false;
-    value = text[signAt] == '-' ? -v : v;
-    pos = static_cast<std::size_t>(end - text.data());
-    return true;
-}
-
-// "%lf %lf": two numbers, any blanks (or none) between them.
-bool ScanTwoDoubles(std::string_view text, double& x, double& y) {
-    std::size_t pos = 0;
-    return ScanDouble(text, pos, x) && ScanDouble(text, pos, y);
-}
-
-// Objects of the DATA section the reader takes nothing from. The parts of a Collection are
-// objects of their own (its regions and polylines are read), so the Collection line is not one.
-constexpr TNamedCause kUnreadObjects[] = {
-    {"LINE", LOAD_MIF_LINE},       {"ARC", LOAD_MIF_ARC},
-    {"TEXT", LOAD_MIF_TEXT},       {"MULTIPOINT", LOAD_MIF_MULTIPOINT},
-    {"RECT", LOAD_MIF_RECT},       {"ROUNDRECT", LOAD_MIF_ROUNDRECT},
-    {"ELLIPSE", LOAD_MIF_ELLIPSE}, {"NONE", LOAD_MIF_NONE},
-};
-
-// The first word of a line: the run of characters above a blank.
-std::string_view FirstWord(std::string_view line) {
-    std::size_t end = 0;
-    while (end < line.size() && !IsMifBlank(line[end])) ++end;
-    return line.substr(0, end);
-}
 }  // namespace
 
 bool TGisFileMidMif::IsValidFile(const char* path) {
@@ -124,18 +80,34 @@ int TGisFileMidMif::ReadMif(const char* path, TMapLayer* layer, GisProgressCallb
     m_pLayer = layer;
     m_lLine = 0;
     m_bInData = false;
-    std::string_view line;
-    bool continuation = false;
-    while (m_MifFile.ReadLineView(line)) {
-        // Only the start of an overlong line matters; its further pieces are skipped.
-        const bool piece = continuation;
-        continuation = !m_MifFile.LastLineComplete();
-        if (piece) continue;
-        ++m_lLine;
-        if (ProcessMifLine(line, layer) != 0) break;
-        UpdateProgressControl(m_MifFile);
+    // Hands every line to handle until it returns non-zero, reporting progress after each.
+    const auto readLines = [&](auto&& handle) {
+        std::string_view line;
+        bool continuation = false;
+        while (m_MifFile.ReadLineView(line)) {
+            // Only the start of an overlong line matters; its further pieces are skipped.
+            const bool piece = continuation;
+            continuation = !m_MifFile.LastLineComplete();
+            if (piece) continue;
+            ++m_lLine;
+            if (handle(line) != 0) break;
+            UpdateProgressControl(m_MifFile);
+        }
+    };
+    if (TGisFile::s_bCompleteProfile) {
+        TMifCompleteReader reader(layer, m_pLoadReport, path, m_MifFile);
+        readLines([&](std::string_view line) {
+            const int answer = reader.ProcessLine(line, m_lLine);
+            if (answer != 0 && m_pLoadReport != nullptr)
+                NoteStop(answer, reader.StopPoint().dLat, reader.StopPoint().dLon);
+            return answer;
+        });
+        reader.Finish();
+        s_iMifReadState = MIF_STATE_DONE;
+    } else {
+        readLines([&](std::string_view line) { return ProcessMifLine(line, layer); });
+        ProcessMifLine("*EOF", layer);
     }
-    ProcessMifLine("*EOF", layer);
     m_MifFile.Close();
     return result;
 }
@@ -146,12 +118,7 @@ int TGisFileMidMif::ProcessMifLine(const char* line, TMapLayer* layer) {
 
 int TGisFileMidMif::ProcessMifLine(std::string_view line, TMapLayer* layer) {
     if (layer != nullptr) m_pLayer = layer;
-    // A NUL byte ends the text, as it ends a C string.
-    if (const void* nul = std::memchr(line.data(), '\0', line.size()))
-        line = line.substr(0, static_cast<std::size_t>(static_cast<const char*>(nul) - line.data()));
-    std::size_t start = 0;
-    while (start < line.size() && IsMifBlank(line[start])) ++start;
-    line.remove_prefix(start);
+    line = MifLineText(line);
     if (line.empty()) return 0;
 
     switch (MatchKeyword(line)) {
@@ -201,12 +168,9 @@ void TGisFileMidMif::NoteUnreadObject(std::string_view line) {
         (s_iMifReadState == MIF_STATE_POINTS && m_pLocs != nullptr && m_iVerticesHeld < m_iExpectedVertices))
         return;
     const std::string_view word = FirstWord(line);
-    for (const TNamedCause& object : kUnreadObjects) {
-        if (EqualsNoCase(word, object.pszName)) {
-            m_pLoadReport->Skip(object.eCause, m_lLine);
-            return;
-        }
-    }
+    const TMifObjectCause* object = FindObjectCause(kLinesAndMultipoints, word);
+    if (object == nullptr) object = FindObjectCause(kMifUncarriedObjects, word);
+    if (object != nullptr) m_pLoadReport->Skip(object->eCause, m_lLine);
 }
 
 // Only the first ring of a region is read; the region line gives how many it has.
@@ -303,18 +267,12 @@ int TGisFileMidMif::StorePointLine(std::string_view line) {
 }
 
 void TGisFileMidMif::ProcessPointKeyword(std::string_view line, TMapLayer* layer) {
-    // x is the number up to the next space after the keyword's space, y the one after the last
-    // space; two spaces after the keyword therefore give x = 0.
-    const std::size_t space = line.find(' ');
-    const std::string_view rest = space == std::string_view::npos ? line : line.substr(space + 1);
-    double x = ParseDouble(rest.substr(0, rest.find(' ')));
-    const std::size_t last = rest.rfind(' ');
-    double y = ParseDouble(last == std::string_view::npos ? rest : rest.substr(last + 1));
-    if (!MapCoordinatePair(y, x)) {
+    tagLOC at = PointKeywordLocation(line);
+    if (!MapCoordinatePair(at.dLat, at.dLon)) {
         if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_COORD_UNMAPPED, m_lLine);
         return;
     }
-    if (layer != nullptr) layer->AddCentroid(tagLOC{y, x});
+    if (layer != nullptr) layer->AddCentroid(at);
 }
 
 void TGisFileMidMif::SaveCurrentPolyline() {

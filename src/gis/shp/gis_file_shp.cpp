@@ -11,8 +11,8 @@
 #include <tl_gis/gis/load_report.h>
 #include <tl_gis/platform/message_box.h>
 #include <tl_gis/platform/numbers.h>
-#include "gis/coordinate_transform.h"
 #include "gis/attribute_columns.h"
+#include "gis/coordinate_transform.h"
 #include "gis/load_recording.h"
 #include "gis/shp/shp_record_reader.h"
 #include "gis/text_ids.h"

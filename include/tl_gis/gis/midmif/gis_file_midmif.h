@@ -31,7 +31,9 @@ public:
     // Reads the .mif file: polylines and the first ring of each region become inclusion
     // boundaries named by their number since the last DATA line, points become layer
     // centroids. Returns 0, 6001 when the file has no status, or 6002 when it cannot be opened;
-    // a line that stops the reading does not change the result.
+    // a line that stops the reading does not change the result. In the complete profile
+    // (TGisFile::s_bCompleteProfile) every object the map model can carry is read, each with
+    // the chosen columns of its .mid row.
     int LoadFile(const char* path, TMapLayer* layer, GisProgressCallback progress) override;
     // Handles one line of a .mif file; 0 lets the reading go on, anything else ends it.
     int ProcessMifLine(const char* line, TMapLayer* layer);
@@ -73,7 +75,8 @@ public:
     // alone, a swath block without a row leaves the .mid short, sample rows have no object).
     // On: every row has one field per declared column, a field holding the separator is
     // quoted, every swath block has a row and every sample row a point at the sample's
-    // position, so that other GIS programs read the pair object by object.
+    // position, so that other GIS programs read the pair object by object. The complete
+    // profile (TGisFile::s_bCompleteProfile) writes such rows whatever this says.
     static bool s_bMidCompleteRows;
     // Settings a newly constructed object starts with, for hosts that write through the
     // dispatcher and cannot reach the object itself.
