@@ -24,10 +24,11 @@ private:
 };
 
 // One word per element: lines as kind, bound type and vertex count ("boundary16/5"), markers as
-// "m<symbol>:<name>@<lat>,<lon>", points as "p@<lat>,<lon>"; vertices too ("(lat,lon)..." after
-// each line, six decimals) when asked.
-inline std::string DescribeLayer(const TMapLayer& layer, bool vertices = false) {
+// "m<symbol>:<name>@<lat>,<lon>", points as "p@<lat>,<lon>"; when exact, every position with six
+// decimals and each line's vertices too ("(lat,lon)..." after it).
+inline std::string DescribeLayer(const TMapLayer& layer, bool exact = false) {
     std::ostringstream out;
+    if (exact) out << std::fixed << std::setprecision(6);
     for (const TMapElement* e : layer.m_Elements) {
         out << (out.tellp() > 0 ? " " : "");
         if (const auto* m = dynamic_cast<const TFeatureMarker*>(e)) {
@@ -37,9 +38,8 @@ inline std::string DescribeLayer(const TMapLayer& layer, bool vertices = false) 
             out << "p@" << p->m_Loc.dLat << ',' << p->m_Loc.dLon;
         } else if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) {
             out << GetElementKindName(e->m_dwType) << line->m_iBoundType << '/' << line->m_iNumPoints;
-            for (int k = 0; vertices && k < line->m_iNumPoints; ++k)
-                out << std::fixed << std::setprecision(6) << '(' << line->m_pPoints[k].dLat << ','
-                    << line->m_pPoints[k].dLon << ')' << std::defaultfloat << std::setprecision(6);
+            for (int k = 0; exact && k < line->m_iNumPoints; ++k)
+                out << '(' << line->m_pPoints[k].dLat << ',' << line->m_pPoints[k].dLon << ')';
         } else {
             out << GetElementKindName(e->m_dwType);
         }
