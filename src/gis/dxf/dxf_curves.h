@@ -12,9 +12,9 @@
 constexpr double DXF_CURVE_TOLERANCE_M = 0.1;
 // Widest step between curve vertices, degrees of arc.
 constexpr double DXF_CURVE_STEP_DEGREES = 2.0;
-// Most segments one curve is cut into: 0.1 degree steps around a whole circle, which keeps the
-// tolerance for radii up to some 260 km.
-constexpr int DXF_CURVE_MAX_SEGMENTS = 3600;
+// Most segments one curve is cut into: half-degree steps around a whole circle, which keep the
+// tolerance for radii up to 10 km, beyond the scale of any field.
+constexpr int DXF_CURVE_MAX_SEGMENTS = 720;
 
 // The segments an arc of the radius (drawing units, degrees) and sweep (radians, either sign)
 // is cut into: at least 1, at most DXF_CURVE_MAX_SEGMENTS; 1 for a radius or sweep that is no
