@@ -178,22 +178,23 @@ bool TGisFileDxf::FinishCompletePolyline(int& boundType) {
     return closed && !SamePosition(m_pLocs[0], m_pLocs[m_iNumLocs - 1]);
 }
 
-int TGisFileDxf::RefuseEntity(double lat, double lon) {
-    const int result = AskAboutCoordinate(lat, lon);
-    if (result != GISFILE_ERR_CANCELLED) NoteRefused(lat, lon, true, m_lEntityLine);
-    return result;
+bool TGisFileDxf::TakeEntityPosition(double x, double y, tagLOC& at, int& result) {
+    result = GISFILE_OK;
+    if (!s_DxfState.bImport) {
+        NoteNotTaken(m_lEntityLine);
+        return false;
+    }
+    if (ConvertToLL(x, y, &at.dLat, &at.dLon)) return true;
+    result = AskAboutCoordinate(at.dLat, at.dLon);
+    if (result != GISFILE_ERR_CANCELLED) NoteRefused(at.dLat, at.dLon, true, m_lEntityLine);
+    return false;
 }
 
 int TGisFileDxf::ProcessCompletePoint() {
     TDxfParseState& s = s_DxfState;
-    if (!s.bImport) {
-        NoteNotTaken(m_lEntityLine);
-        return GISFILE_OK;
-    }
-    double lat = 0.0, lon = 0.0;
-    if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) return RefuseEntity(lat, lon);
+    int result = GISFILE_OK;
+    if (!TakeEntityPosition(s.dX0, s.dY0, s.PendingPoint, result)) return result;
     s.bPointPending = true;
-    s.PendingPoint = tagLOC{lat, lon};
     s.iPendingSymbol = s.iLayerSymbol;
     return GISFILE_OK;
 }
@@ -220,44 +221,37 @@ void TGisFileDxf::FlushPendingPoint() {
 
 int TGisFileDxf::ProcessCompleteText(bool mtext) {
     TDxfParseState& s = s_DxfState;
-    if (!s.bImport) {
-        FlushPendingPoint();
-        NoteNotTaken(m_lEntityLine);
-        return GISFILE_OK;
-    }
     // A TEXT aligned other than left on its baseline (or between its two points, 3 and 5) stands
     // at its second alignment point.
     const bool aligned =
         !mtext &&
         ((s.iAlign72 != 0 && s.iAlign72 != kAlignBetween && s.iAlign72 != kFitBetween) || s.iAlign73 != 0);
-    double lat = 0.0, lon = 0.0;
-    if (!ConvertToLL(aligned ? s.dX1 : s.dX0, aligned ? s.dY1 : s.dY0, &lat, &lon)) {
+    tagLOC at;
+    int result = GISFILE_OK;
+    if (!TakeEntityPosition(aligned ? s.dX1 : s.dX0, aligned ? s.dY1 : s.dY0, at, result)) {
         FlushPendingPoint();
-        return RefuseEntity(lat, lon);
+        return result;
     }
     const TTextEncoding encoding = DxfTextEncoding(s.strAcadVersion, s.strCodePage);
     const std::string name = DxfTextToName(mtext ? s.strMText + s.strText : s.strText, encoding, mtext);
     int symbol = s.iLayerSymbol >= 0 ? s.iLayerSymbol : DXF_TEXT_MARKER_SYMBOL;
-    if (s.bPointPending && SamePosition(s.PendingPoint, tagLOC{lat, lon})) {
+    if (s.bPointPending && SamePosition(s.PendingPoint, at)) {
         s.bPointPending = false;
         if (s.iPendingSymbol >= 0) symbol = s.iPendingSymbol;
     } else {
         FlushPendingPoint();
     }
     const std::size_t before = m_pLayer->m_Elements.size();
-    AddImportedMarker(m_pLayer, symbol, TLoc(lat, lon), name.c_str());
+    AddImportedMarker(m_pLayer, symbol, at, name.c_str());
     if (m_pLayer->m_Elements.size() > before) NoteAdded(m_pLoadReport, m_pLayer->m_Elements.back());
     return GISFILE_OK;
 }
 
 int TGisFileDxf::ProcessCompleteCurve(bool circle) {
     TDxfParseState& s = s_DxfState;
-    if (!s.bImport) {
-        NoteNotTaken(m_lEntityLine);
-        return GISFILE_OK;
-    }
-    double lat = 0.0, lon = 0.0;
-    if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) return RefuseEntity(lat, lon);
+    tagLOC centre;
+    int result = GISFILE_OK;
+    if (!TakeEntityPosition(s.dX0, s.dY0, centre, result)) return result;
     TDxfArc arc;
     if (!DxfCircleArc(s.dX0, s.dY0, s.d40, s.d50, s.d51, circle, arc)) {
         if (m_pLoadReport != nullptr) m_pLoadReport->Skip(LOAD_DXF_BAD_CURVE, m_lEntityLine);

@@ -14,37 +14,16 @@
 #include <tl_gis/gis/dxf/gis_file_dxf.h>
 #include <tl_gis/gis/line_assembly.h>
 #include "dxf_complete_support.h"
+#include "dxf_layer_builders.h"
 #include "gis/dxf/dxf_tables.h"
 #include "platform/system_services.h"
 #include "test_support.h"
 
 namespace {
 
-// Golden drawings carry a local time stamp: pin the clock (5 March 2025 14:07:09 UTC) and the zone.
-class DxfCompleteWriter : public ::testing::Test {
-protected:
-    void SetUp() override {
-        UseUtcAsLocalTime();
-        SetClockForTesting([] { return std::time_t{1741183629}; });
-    }
-    void TearDown() override { SetClockForTesting({}); }
-};
+class DxfCompleteWriter : public TPinnedClockTest {};
 
 using TBuild = std::function<void(TMapLayer&)>;
-
-void AddLine(TMapLayer& layer, std::uint32_t kind, int boundType, const std::vector<tagLOC>& points) {
-    AddImportedLine(&layer, static_cast<int>(kind), boundType, static_cast<int>(points.size()), points.data(),
-                    "", false, COLOR_NONE, false, false, false);
-}
-
-void AddMarker(TMapLayer& layer, double lat, double lon, int symbol, const char* name) {
-    auto* marker = new TFeatureMarker;
-    marker->SetLowBits(symbol);
-    marker->m_Loc = TLoc(lat, lon);
-    marker->m_strName = name;
-    marker->CalculateGeoExtents();
-    layer.AddElement(marker);
-}
 
 void AddPoint(TMapLayer& layer, double lat, double lon) {
     auto* point = new TFeaturePoint;
@@ -82,38 +61,23 @@ void AllLines(TMapLayer& layer) {
 // Markers with and without names, points, and a marker, a point and another marker at one
 // position.
 void MarkersAndPoints(TMapLayer& layer) {
-    AddMarker(layer, 45.5, -93.5, 3, "Gate");
-    AddMarker(layer, 45.51, -93.5, 56, "");
-    AddMarker(layer, 45.52, -93.5, 0, "Caf\xC3\xA9 50%");
+    AddMarker(layer, 45.5, -93.5, "Gate", 3);
+    AddMarker(layer, 45.51, -93.5, "", 56);
+    AddMarker(layer, 45.52, -93.5, "Caf\xC3\xA9 50%", 0);
     AddPoint(layer, 45.53, -93.5);
-    AddMarker(layer, 45.54, -93.5, 56, "Well");
+    AddMarker(layer, 45.54, -93.5, "Well", 56);
     AddPoint(layer, 45.54, -93.5);
-    AddMarker(layer, 45.54, -93.5, 2, "");
-    AddMarker(layer, 45.54, -93.5, 2, "Tank");
-}
-
-// A run of samples heading north from (45, -93), one every 0.001 degrees, the swath reaching
-// 0.001 degrees to either side.
-void SprayRun(TMapLayer& layer, int samples, bool spraying) {
-    auto* spray = new TFeatureSpray(samples);
-    for (int i = 0; i < samples; ++i) {
-        const double lat = 45.0 + 0.001 * i;
-        spray->m_pRecs[i].locPos = {lat, -93.0};
-        spray->m_pRecs[i].locSwathA = {lat, -93.001};
-        spray->m_pRecs[i].locSwathB = {lat, -92.999};
-        spray->m_pRecs[i].bySpray = spraying ? 1 : 0;
-    }
-    spray->CalculateGeoExtents();
-    layer.AddElement(spray);
+    AddMarker(layer, 45.54, -93.5, "", 2);
+    AddMarker(layer, 45.54, -93.5, "Tank", 2);
 }
 
 void Field(TMapLayer& layer) {
     AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, Ring(45.1, -93.5));
     AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC, Ring(45.1005, -93.4995));
     AddLine(layer, ELEMENT_LINE_ROAD, BOUNDARY_OPEN, {{45.1, -93.49}, {45.102, -93.49}});
-    AddMarker(layer, 45.101, -93.499, 3, "Gate \xC3\xA9");
+    AddMarker(layer, 45.101, -93.499, "Gate \xC3\xA9", 3);
     AddPoint(layer, 45.1015, -93.4985);
-    SprayRun(layer, 3, true);
+    AddSprayRun(layer, 3, true);
 }
 
 // Writes the layer in the complete profile; returns the drawing's path in dir.
@@ -227,12 +191,12 @@ TEST_F(DxfCompleteWriter, ReadBackAndOpenInPeers) {
         // GDAL 3.6 and ezdxf 0.18 show a TEXT's \U+XXXX and %%% as they stand; this reader (and
         // the drawing programs) decode them.
         {"names beyond Windows Latin 1, and percent signs that look like codes",
-         [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, 56, "snow \xE2\x98\x83 100%% %%d"); }, nullptr, false},
+         [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, "snow \xE2\x98\x83 100%% %%d", 56); }, nullptr, false},
         {"a name's control characters come back as blanks",
-         [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, 56, "two\nlines\tand a tab"); },
+         [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, "two\nlines\tand a tab", 56); },
          "m56:two lines and a tab@45.500000,-93.500000"},
         {"recorded spray: swaths and tracks",
-         [](TMapLayer& l) { SprayRun(l, 3, true), SprayRun(l, 2, false); },
+         [](TMapLayer& l) { AddSprayRun(l, 3, true), AddSprayRun(l, 2, false); },
          "area16/7(45.000000,-93.001000)(45.001000,-93.001000)(45.002000,-93.001000)(45.002000,-92.999000)"
          "(45.001000,-92.999000)(45.000000,-92.999000)(45.000000,-93.001000) "
          "generic18/2(45.000000,-93.000000)(45.001000,-93.000000) "

@@ -80,8 +80,10 @@ private:
     void FlushPendingPoint();
     // Counts count curve vertices against the load's limit; false, and a report entry, past it.
     bool TakeCurveVertices(int count);
-    // The question and the report entry for an entity whose anchor is no geographic position.
-    int RefuseEntity(double lat, double lon);
+    // The position of a POINT, TEXT, CIRCLE or ARC as latitude and longitude; false, with the
+    // result code of the question and a report entry, when its layer is not taken or the position
+    // is no geographic one.
+    bool TakeEntityPosition(double x, double y, tagLOC& at, int& result);
     // Load report entries: a refused coordinate pair (the vertex, or the whole entity, dropped),
     // an entity whose layer or paper space leaves it out, an entity kind that is not read, and an
     // INSERT that ends without attributes.
