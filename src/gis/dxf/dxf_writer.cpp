@@ -262,19 +262,19 @@ int TGisFileDxf::WritePolyline(TDxfGroupWriter& out, const tagLOC* points, int c
 }
 
 // A ring whose last vertex repeats its first is written closed without that vertex, as drawing
-// programs expect; any other line, and every open one (bound 18), open with all its vertices.
+// programs expect; any other line, and every open one (bound 18), open with all its vertices. A
+// line without vertices has nothing to draw.
 int TGisFileDxf::WriteCompleteLine(TDxfGroupWriter& out, const TMapElement& element) {
     const auto* line = dynamic_cast<const TFeatureLine*>(&element);
-    if (line == nullptr) return 0;
+    if (line == nullptr || line->m_pPoints == nullptr || line->m_iNumPoints <= 0) return 0;
     const int boundType = element.GetLowBits();
     int count = line->m_iNumPoints;
     const tagLOC* points = line->m_pPoints;
-    const bool closed = boundType != BOUNDARY_OPEN && count >= 3 && points != nullptr &&
+    const bool closed = boundType != BOUNDARY_OPEN && count >= 3 &&
                         points[0].dLat == points[count - 1].dLat && points[0].dLon == points[count - 1].dLon;
     if (closed) --count;
     const int color = boundType == BOUNDARY_EXC ? kColorExclusion : kColorBoundary;
-    return WritePolyline(out, points, points != nullptr ? count : 0, color, closed,
-                         DxfLineLayerName(element.GetKind(), boundType));
+    return WritePolyline(out, points, count, color, closed, DxfLineLayerName(element.GetKind(), boundType));
 }
 
 // A point, or a marker with its name as a TEXT at the same position, which the reader takes

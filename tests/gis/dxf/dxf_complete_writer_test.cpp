@@ -37,8 +37,8 @@ std::vector<tagLOC> Ring(double lat, double lon) {
     return {{lat, lon}, {lat, lon + 0.002}, {lat + 0.002, lon + 0.002}, {lat + 0.002, lon}, {lat, lon}};
 }
 
-// Every kind of line with every bound type (rings for 16 and 17, open lines for 18), and lines
-// whose vertices do not close them.
+// Every kind of line with every bound type (rings for 16 and 17, open lines for 18), lines whose
+// vertices do not close them, and a line of one vertex.
 void AllLines(TMapLayer& layer) {
     const std::uint32_t kinds[] = {ELEMENT_LINE_BOUNDARY, ELEMENT_LINE_AREA, ELEMENT_LINE_ROAD,
                                    ELEMENT_LINE_WATER,    ELEMENT_LINE_MISC, ELEMENT_LINE_GENERIC};
@@ -56,6 +56,7 @@ void AllLines(TMapLayer& layer) {
             Ring(45.2, -93.1));  // an open line that ends where it began
     AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_INC, {{45.3, -93.1}, {45.3, -93.099}, {45.3, -93.1}});
     AddLine(layer, ELEMENT_LINE_GENERIC, BOUNDARY_OPEN, {{45.123456789, -93.0}, {45.3, -93.000000001}});
+    AddLine(layer, ELEMENT_LINE_MISC, BOUNDARY_OPEN, {{45.4, -93.0}});
 }
 
 // Markers with and without names, points, and a marker, a point and another marker at one
@@ -106,8 +107,8 @@ std::string Fixed(double value) {
 
 // What a peer must list for the layer, one entity a line: "POLYLINE|layer|closed|x,y x,y" for a
 // line (a ring without its closing vertex), "POINT|layer|x,y" and "TEXT|layer|x,y|text" for a
-// marker's name; GDAL's features list the ring's closing vertex and read a TEXT as a point with
-// its text.
+// marker's name; GDAL's features list the ring's closing vertex, read a line of one vertex as a
+// point and a TEXT as a point with its text.
 std::string PeerListing(const TMapLayer& layer, bool gdal) {
     std::string out;
     for (const TMapElement* e : layer.m_Elements) {
@@ -116,8 +117,8 @@ std::string PeerListing(const TMapLayer& layer, bool gdal) {
             const tagLOC* p = line->m_pPoints;
             const bool closed = e->GetLowBits() != BOUNDARY_OPEN && n >= 3 && p[0].dLat == p[n - 1].dLat &&
                                 p[0].dLon == p[n - 1].dLon;
-            out += (gdal ? "LINESTRING|" : "POLYLINE|") + DxfLineLayerName(e->GetKind(), e->GetLowBits()) +
-                   "|" +
+            out += (gdal ? n == 1 ? "POINT|" : "LINESTRING|" : "POLYLINE|") +
+                   DxfLineLayerName(e->GetKind(), e->GetLowBits()) + "|" +
                    (gdal     ? ""
                     : closed ? "1|"
                              : "0|");
@@ -192,6 +193,8 @@ TEST_F(DxfCompleteWriter, ReadBackAndOpenInPeers) {
         // the drawing programs) decode them.
         {"names beyond Windows Latin 1, and percent signs that look like codes",
          [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, "snow \xE2\x98\x83 100%% %%d", 56); }, nullptr, false},
+        {"a line without vertices has nothing to draw",
+         [](TMapLayer& l) { AddLine(l, ELEMENT_LINE_ROAD, BOUNDARY_OPEN, {}); }, ""},
         {"a name's control characters come back as blanks",
          [](TMapLayer& l) { AddMarker(l, 45.5, -93.5, "two\nlines\tand a tab", 56); },
          "m56:two lines and a tab@45.500000,-93.500000"},
