@@ -74,40 +74,47 @@ bool TGisFileDxf::ProcessCompleteEntity(int& result) {
     TDxfParseState& s = s_DxfState;
     const std::string& type = s.strEntity;
     result = GISFILE_OK;
-    if (type == "TEXT" || type == "MTEXT") {
-        result = ProcessCompleteText(type == "MTEXT");
+    // Most entities of a large drawing are vertices: the first letter sorts them out quickly.
+    const char first = type.empty() ? '\0' : type[0];
+    if ((first == 'T' && type == "TEXT") || (first == 'M' && type == "MTEXT")) {
+        result = ProcessCompleteText(first == 'M');
         return true;
     }
     FlushPendingPoint();
-    if (type == "POINT") {
-        result = ProcessCompletePoint();
-        return true;
+    switch (first) {
+        case 'V':
+            if (!type.starts_with("VERTEX")) return false;
+            result = ProcessCompleteVertex();
+            return true;
+        case 'P':
+            if (type == "POINT") {
+                result = ProcessCompletePoint();
+                return true;
+            }
+            if (type.starts_with("POLYLINE")) {
+                // The system's rules open the polyline; the header's own flags are kept for its end.
+                s.bHeaderClosed = (s.iEntityFlags & kPolylineClosed) != 0;
+                s.bMesh = (s.iEntityFlags & kPolylineMeshes) != 0;
+                s.dPendingBulge = 0.0;
+            }
+            return false;
+        case 'C':
+        case 'A':
+            if (type != "CIRCLE" && type != "ARC") return false;
+            result = ProcessCompleteCurve(first == 'C');
+            return true;
+        case 'L':
+            if (!type.starts_with("LWPOLYLINE") || !s.bInLwPolyline) return false;
+            // A lightweight polyline ends with its entity, not at its vertex count.
+            if (s.bLwVertexPending) result = FlushLightweightVertex();
+            if (result == GISFILE_ERR_CANCELLED) return true;
+            s.bHeaderClosed = (s.iEntityFlags & kPolylineClosed) != 0;
+            s.bMesh = false;
+            result = ProcessSeqEnd();
+            return true;
+        default:
+            return false;
     }
-    if (type == "CIRCLE" || type == "ARC") {
-        result = ProcessCompleteCurve(type == "CIRCLE");
-        return true;
-    }
-    if (type.starts_with("VERTEX")) {
-        result = ProcessCompleteVertex();
-        return true;
-    }
-    if (type.starts_with("POLYLINE")) {
-        // The system's rules open the polyline; the header's own flags are kept for its end.
-        s.bHeaderClosed = (s.iEntityFlags & kPolylineClosed) != 0;
-        s.bMesh = (s.iEntityFlags & kPolylineMeshes) != 0;
-        s.dPendingBulge = 0.0;
-        return false;
-    }
-    if (type.starts_with("LWPOLYLINE") && s.bInLwPolyline) {
-        // A lightweight polyline ends with its entity, not at its vertex count.
-        if (s.bLwVertexPending) result = FlushLightweightVertex();
-        if (result == GISFILE_ERR_CANCELLED) return true;
-        s.bHeaderClosed = (s.iEntityFlags & kPolylineClosed) != 0;
-        s.bMesh = false;
-        result = ProcessSeqEnd();
-        return true;
-    }
-    return false;
 }
 
 int TGisFileDxf::ProcessCompleteVertex() {
@@ -143,9 +150,9 @@ int TGisFileDxf::FlushLightweightVertex() {
 
 bool TGisFileDxf::AddPolylineVertex(double lat, double lon, double bulge) {
     TDxfParseState& s = s_DxfState;
-    TDxfArc arc;
     if (m_iNumLocs > 0 && s.dPendingBulge != 0.0) {
         const tagLOC from = m_pLocs[m_iNumLocs - 1];
+        TDxfArc arc;
         if (DxfBulgeArc(from.dLon, from.dLat, lon, lat, s.dPendingBulge, arc) &&
             TakeCurveVertices(arc.iSegments - 1)) {
             for (int i = 1; i < arc.iSegments; ++i) {
