@@ -73,6 +73,11 @@ constexpr TCauseText kCauses[] = {
     {"entity on a layer that is not imported", "entities on layers that are not imported", "left out"},
     {"paper-space entity", "paper-space entities", "left out"},
     {"polyline on a marker layer (NAME, PEAK)", "polylines on marker layers (NAME, PEAK)", "made no line"},
+    {"POLYLINE mesh (polygon or polyface)", "POLYLINE meshes (polygon or polyface)", "not read"},
+    {"CIRCLE or ARC without a usable radius or angles", "CIRCLEs and ARCs without a usable radius or angles",
+     "left out"},
+    {"curve past the load's limit of curve vertices", "curves past the load's limit of curve vertices",
+     "drawn as chords (bulges) or left out (CIRCLE, ARC)"},
 
     {"Line object", "Line objects", "not read"},
     {"Arc object", "Arc objects", "not read"},

@@ -91,6 +91,14 @@ std::string ToUtf8(std::string_view text, TTextEncoding from) {
 }
 
 std::string FromUtf8(std::string_view text, TTextEncoding to) {
+    return FromUtf8(text, to, nullptr);
+}
+
+void AppendUtf8(std::string& out, std::uint32_t codePoint) {
+    AppendCodePoint(out, codePoint);
+}
+
+std::string FromUtf8(std::string_view text, TTextEncoding to, void (*escape)(std::uint32_t, std::string&)) {
     if (to == ENCODING_UTF8) return ToUtf8(text, ENCODING_UTF8);
     std::string out;
     out.reserve(text.size());
@@ -103,14 +111,19 @@ std::string FromUtf8(std::string_view text, TTextEncoding to) {
             continue;
         }
         i += length;
-        char byte = '?';
+        int byte = -1;
         if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) {
-            byte = static_cast<char>(c);
+            byte = static_cast<int>(c);
         } else {
             for (int k = 0; k < 32; ++k)
-                if (kHigh1252[k] == c) byte = static_cast<char>(0x80 + k);
+                if (kHigh1252[k] == c) byte = 0x80 + k;
         }
-        out += byte;
+        if (byte >= 0)
+            out += static_cast<char>(byte);
+        else if (escape != nullptr)
+            escape(c, out);
+        else
+            out += '?';
     }
     return out;
 }

@@ -3,6 +3,7 @@
 // their set (a shapefile's .cpg, a MIF header's Charset) and are mostly UTF-8. The complete
 // profile keeps texts in UTF-8 inside the library and converts at the file.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -21,3 +22,8 @@ bool EncodingFromName(std::string_view name, TTextEncoding& encoding);
 std::string ToUtf8(std::string_view text, TTextEncoding from);
 // UTF-8 text in the encoding; characters it cannot hold become '?'.
 std::string FromUtf8(std::string_view text, TTextEncoding to);
+// As FromUtf8, but a character the encoding cannot hold (a Unicode code point) is appended by
+// escape instead, in the form the format has for it; invalid bytes still become '?'.
+std::string FromUtf8(std::string_view text, TTextEncoding to, void (*escape)(std::uint32_t, std::string&));
+// Appends the UTF-8 bytes of a Unicode code point.
+void AppendUtf8(std::string& out, std::uint32_t codePoint);

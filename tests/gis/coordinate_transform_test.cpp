@@ -5,11 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
 #include <tl_gis/gis/coordinates.h>
 #include <tl_gis/gis/gis_map.h>
+#include "complete_profile.h"
 #include "load_report_check.h"
 #include "shp/shp_test_files.h"
 #include "test_support.h"
@@ -132,6 +134,29 @@ TEST(CoordinateTransform, EveryReaderMapsEachPairBeforeItsDegreeTests) {
         ASSERT_NE(first, nullptr) << c.name;
         EXPECT_EQ(first->dLat, c.first.dLat) << c.name;
         EXPECT_EQ(first->dLon, c.first.dLon) << c.name;
+    }
+}
+
+// A bulge is an arc of the drawing's plane: its vertices are drawn in metres and each is mapped
+// once, so a half circle of 1,000 m radius stays on that circle after the transform.
+TEST(CoordinateTransform, CompleteDxfDrawsBulgesBeforeMapping) {
+    TTempDir dir;
+    const std::string path = dir.File("arc.dxf");
+    WriteFileBytes(path, Dxf({"  0", "LWPOLYLINE", "  8", "F30", " 90", "2", " 10", "500000", " 20", "5000000",
+                              " 42", "1", " 10", "502000", " 20", "5000000"}));
+    TCompleteProfile complete;
+    int calls = 0;
+    TMapLayer layer;
+    TScopedCoordinateTransform transform(GridToDegrees, &calls);
+    ASSERT_EQ(TGisMap().LoadFile(path.c_str(), &layer, nullptr), 0);
+    ASSERT_EQ(layer.m_Elements.size(), 1u);
+    const auto* line = dynamic_cast<const TFeatureLine*>(layer.m_Elements[0]);
+    ASSERT_NE(line, nullptr);
+    ASSERT_GT(line->m_iNumPoints, 10);
+    EXPECT_EQ(calls, line->m_iNumPoints);
+    for (int i = 0; i < line->m_iNumPoints; ++i) {
+        const double x = (line->m_pPoints[i].dLon + 143.0) * 1e4, y = (line->m_pPoints[i].dLat + 5.0) * 1e5;
+        EXPECT_NEAR(std::hypot(x - 501000.0, y - 5000000.0), 1000.0, 0.01) << "vertex " << i;
     }
 }
 

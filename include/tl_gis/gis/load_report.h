@@ -75,6 +75,9 @@ enum TLoadCause : int {
     LOAD_DXF_LAYER_NOT_TAKEN,
     LOAD_DXF_PAPER_SPACE,
     LOAD_DXF_MARKER_LAYER_LINE,
+    LOAD_DXF_POLYLINE_MESH,  // complete profile: polygon and polyface meshes
+    LOAD_DXF_BAD_CURVE,      // complete profile: a CIRCLE or ARC without a usable radius
+    LOAD_DXF_CURVE_LIMIT,    // complete profile: curves past the load's limit of curve vertices
 
     // MIF objects that are not read, and what is read only in part.
     LOAD_MIF_LINE,

@@ -14,8 +14,8 @@ void TDxfGroupWriter::AppendCode(int code) {
     m_strBuf += '\n';
 }
 
-void TDxfGroupWriter::EndValue(std::size_t valueStart) {
-    if (m_strBuf.size() - valueStart > kMaxValue) m_strBuf.resize(valueStart + kMaxValue);
+void TDxfGroupWriter::EndValue(std::size_t valueStart, std::size_t maxValue) {
+    if (m_strBuf.size() - valueStart > maxValue) m_strBuf.resize(valueStart + maxValue);
     m_strBuf += '\n';
     if (m_strBuf.size() >= kFlushAt) Flush();
 }
@@ -25,6 +25,13 @@ void TDxfGroupWriter::WriteGroup(int code, std::string_view value) {
     const std::size_t start = m_strBuf.size();
     m_strBuf.append(value.substr(0, kMaxValue));
     EndValue(start);
+}
+
+void TDxfGroupWriter::WriteTextGroup(int code, std::string_view value) {
+    AppendCode(code);
+    const std::size_t start = m_strBuf.size();
+    m_strBuf.append(value.substr(0, kMaxText));
+    EndValue(start, kMaxText);
 }
 
 void TDxfGroupWriter::WriteGroup(int code, double value) {

@@ -10,6 +10,8 @@
 class TDxfGroupWriter {
 public:
     static constexpr std::size_t kMaxValue = 82;
+    // Longest text of a TEXT entity that release 12 programs read.
+    static constexpr std::size_t kMaxText = 255;
 
     explicit TDxfGroupWriter(TTextFile& file) : m_File(file) {}
     ~TDxfGroupWriter() { Flush(); }
@@ -17,6 +19,8 @@ public:
     TDxfGroupWriter& operator=(const TDxfGroupWriter&) = delete;
 
     void WriteGroup(int code, std::string_view value);
+    // A text value of at most kMaxText characters, for the texts of the complete profile.
+    void WriteTextGroup(int code, std::string_view value);
     // The value formatted "%.6lf".
     void WriteGroup(int code, double value);
     // The value formatted "%d".
@@ -26,7 +30,7 @@ public:
 
 private:
     void AppendCode(int code);
-    void EndValue(std::size_t valueStart);
+    void EndValue(std::size_t valueStart, std::size_t maxValue = kMaxValue);
 
     TTextFile& m_File;
     std::string m_strBuf;

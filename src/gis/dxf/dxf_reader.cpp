@@ -14,43 +14,13 @@
 #include <tl_gis/platform/text_file.h>
 #include "gis/coordinate_transform.h"
 #include "gis/dxf/dxf_line_reader.h"
+#include "gis/dxf/dxf_parse_state.h"
 #include "gis/dxf/dxf_tables.h"
 #include "gis/internal_results.h"
 #include "gis/load_recording.h"
 #include "platform/no_throw.h"
 
 namespace {
-
-// What the reader knows between lines. It is process-wide, as only one load runs at a time;
-// values of an open compound entity (POLYLINE, LWPOLYLINE, INSERT) carry over from one
-// sub-entity to the next until a group of the same code replaces them.
-struct TDxfParseState {
-    std::string strEntity;        // type of the entity being read (group 0)
-    std::string strText;          // group 1
-    std::string strName;          // group 2
-    std::string strLayer;         // group 8
-    double dX0 = 0.0, dY0 = 0.0;  // groups 10, 20
-    double dX1 = 0.0, dY1 = 0.0;  // groups 11, 21
-    double dBulge = 0.0;          // group 42
-    int iFlags = 0;               // group 70 while a polyline is open
-    int iPaperSpace = 0;          // group 67 of the current entity
-    int iVertexCount = 0;         // group 90: vertices of a lightweight polyline
-    std::string strSection;
-    bool bInBlocks = false;
-    bool bInEntities = false;
-    std::string strOpenEntity;  // "POLYLINE", "LWPOLYLINE" or "INSERT" while one is open
-    bool bImport = true;        // whether the current entity is taken
-    bool bInPolyline = false;
-    bool bInLwPolyline = false;
-    bool bClosed = false;
-    // The last layer name looked up in the class table and what it gave, since drawings name
-    // the same layer entity after entity.
-    std::string strLastLayer;
-    const TDxfLayerClass* pLastLayerClass = nullptr;
-    bool bLastLayerValid = false;
-};
-
-TDxfParseState s_State;
 
 constexpr int kVertexArrayStart = 1001;
 
@@ -113,13 +83,15 @@ constexpr std::string_view kStructuralEntities[] = {"ATTRIB", "ATTDEF",     "BLO
 
 }  // namespace
 
+TDxfParseState s_DxfState;
+
 int TGisFileDxf::s_iDefaultSingleBlockMode = 0;
 int TGisFileDxf::s_iDefaultSprayOnlyMode = 1;
 
 TGisFileDxf::TGisFileDxf()
     : m_iSingleBlockMode(s_iDefaultSingleBlockMode), m_iSprayOnlyMode(s_iDefaultSprayOnlyMode) {
-    s_State.bInPolyline = false;
-    s_State.bInLwPolyline = false;
+    s_DxfState.bInPolyline = false;
+    s_DxfState.bInLwPolyline = false;
 }
 
 TGisFileDxf::~TGisFileDxf() = default;
@@ -142,7 +114,7 @@ int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCall
     m_pLayer = layer;
     m_iLineState = 0;
     m_iGroupCode = 0;
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     s.strText.clear();
     s.bImport = true;
     s.strSection.clear();
@@ -151,6 +123,7 @@ int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCall
     s.bInEntities = false;
     m_lEntityLine = m_lOpenLine = 0;
     m_bInsertPending = false;
+    StartCompleteProfile(file.GetLength());
 
     TDxfLineReader reader(file);
     m_pLines = &reader;
@@ -180,6 +153,7 @@ int TGisFileDxf::ReadDrawing(const char* path, TMapLayer* layer, GisProgressCall
         }
     }
     NoteTaglessInsert();
+    if (s.bComplete) FlushPendingPoint();
     m_pLines = nullptr;
     return result;
 }
@@ -201,7 +175,7 @@ int TGisFileDxf::ProcessDxfLine(std::string_view line) {
 }
 
 int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     switch (code) {
         case 0:
             s.strEntity.assign(TextValue(value));
@@ -210,9 +184,16 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
             return GISFILE_OK;
         case 1:
             s.strText.assign(TextValue(value));
+            if (s.bComplete && s.strHeaderVar == "$ACADVER") s.strAcadVersion = s.strText;
             return GISFILE_OK;
         case 2:
             s.strName.assign(TextValue(value));
+            return GISFILE_OK;
+        case 3:
+            if (s.bComplete) TakeCompleteGroup3(TextValue(value));
+            return GISFILE_OK;
+        case 9:
+            if (s.bComplete) s.strHeaderVar.assign(TextValue(value));
             return GISFILE_OK;
         case 8:
             s.strLayer.assign(TextValue(value));
@@ -223,6 +204,13 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
                 AnalyzeLayer(s.strLayer);
             return GISFILE_OK;
         case 10:
+            // In the complete profile a lightweight vertex ends where the next one starts, after
+            // its bulge.
+            if (s.bLwVertexPending) {
+                const int result = FlushLightweightVertex();
+                ReadDouble(value, s.dX0);
+                return result;
+            }
             ReadDouble(value, s.dX0);
             return GISFILE_OK;
         case 11:
@@ -236,13 +224,32 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
             return GISFILE_OK;
         case 20:
             ReadDouble(value, s.dY0);
-            if (s.bInLwPolyline && s.bImport) return ProcessLightweightVertex();
+            if (s.bInLwPolyline && s.bImport) {
+                if (!s.bComplete) return ProcessLightweightVertex();
+                s.bLwVertexPending = true;
+            }
+            return GISFILE_OK;
+        case 40:
+            if (s.bComplete) ReadDouble(value, s.d40);
+            return GISFILE_OK;
+        case 50:
+            if (s.bComplete) ReadDouble(value, s.d50);
+            return GISFILE_OK;
+        case 51:
+            if (s.bComplete) ReadDouble(value, s.d51);
+            return GISFILE_OK;
+        case 72:
+            if (s.bComplete) ReadInt(value, s.iAlign72);
+            return GISFILE_OK;
+        case 73:
+            if (s.bComplete) ReadInt(value, s.iAlign73);
             return GISFILE_OK;
         case 67:
             ReadInt(value, s.iPaperSpace);
             if (s.iPaperSpace != 0) s.bImport = false;
             return GISFILE_OK;
         case 70:
+            if (s.bComplete) ReadInt(value, s.iEntityFlags);
             if (s.bInPolyline || s.bInLwPolyline) {
                 ReadInt(value, s.iFlags);
                 s.bClosed = (s.iFlags & 1) != 0;
@@ -259,7 +266,7 @@ int TGisFileDxf::ProcessDxfGroup(int code, std::string_view value) {
 // A lightweight polyline's vertex is complete at its group 20; the polyline ends with the
 // vertex that reaches its count.
 int TGisFileDxf::ProcessLightweightVertex() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     double lat = 0.0, lon = 0.0;
     if (ConvertToLL(s.dX0, s.dY0, &lat, &lon)) {
         if (AddVertex(lat, lon) && m_iNumLocs >= s.iVertexCount) return ProcessSeqEnd();
@@ -280,8 +287,9 @@ bool TGisFileDxf::PrepareVertexArray() {
 }
 
 int TGisFileDxf::ProcessNewEntity() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     s.iPaperSpace = 0;
+    if (s.bComplete) StartCompleteEntity();
     if ((!s.bInBlocks && !s.bInEntities) || !Is(s.strEntity, "LWPOLYLINE")) return GISFILE_OK;
     NoteTaglessInsert();
     s.strOpenEntity = s.strEntity;
@@ -290,11 +298,13 @@ int TGisFileDxf::ProcessNewEntity() {
     s.bInLwPolyline = true;
     m_iNumLocs = 0;
     s.bImport = true;
+    s.dPendingBulge = 0.0;
+    s.bLwVertexPending = false;
     return GISFILE_OK;
 }
 
 int TGisFileDxf::ProcessDxfEntity() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     const std::string& type = s.strEntity;
     if (Is(type, "EOF")) return GISFILE_OK;
     if (Is(type, "SECTION")) {
@@ -305,6 +315,10 @@ int TGisFileDxf::ProcessDxfEntity() {
         return GISFILE_OK;
     }
     if (!s.bInBlocks && !s.bInEntities) return GISFILE_OK;
+    if (s.bComplete) {
+        int result = GISFILE_OK;
+        if (ProcessCompleteEntity(result)) return result;
+    }
     if (Is(type, "POLYLINE")) {
         NoteTaglessInsert();
         s.strOpenEntity = type;
@@ -371,13 +385,15 @@ int TGisFileDxf::ProcessDxfEntity() {
 }
 
 int TGisFileDxf::ProcessSeqEnd() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     int result = GISFILE_OK;
     if (s.bImport && (s.bInPolyline || s.bInLwPolyline)) {
+        bool close = s.bClosed;
+        int boundType = m_iBoundType;
+        if (s.bComplete) close = FinishCompletePolyline(boundType);
         if (m_iNumLocs > 0) {
-            const TFeatureLine* line =
-                AddImportedLine(m_pLayer, m_iFeatureType, m_iBoundType, m_iNumLocs, m_pLocs, "", s.bClosed,
-                                COLOR_NONE, false, false, false);
+            const TFeatureLine* line = AddImportedLine(m_pLayer, m_iFeatureType, boundType, m_iNumLocs,
+                                                       m_pLocs, "", close, COLOR_NONE, false, false, false);
             NoteAdded(m_pLoadReport, line);
             if (line == nullptr && m_iFeatureType == static_cast<int>(ELEMENT_MARKER) &&
                 m_pLoadReport != nullptr)
@@ -393,6 +409,8 @@ int TGisFileDxf::ProcessSeqEnd() {
     // polyline cannot collect the vertices of what follows.
     s.bInPolyline = false;
     s.bInLwPolyline = false;
+    s.bMesh = false;
+    s.dPendingBulge = 0.0;
     s.strOpenEntity.clear();
     s.bImport = true;
     ClearFields();
@@ -401,7 +419,7 @@ int TGisFileDxf::ProcessSeqEnd() {
 
 // At the SEQEND of an insert the fields hold its last attribute: tag, value and position.
 int TGisFileDxf::ProcessInsert() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     double lat = 0.0, lon = 0.0;
     if (!ConvertToLL(s.dX0, s.dY0, &lat, &lon)) {
         const int result = AskAboutCoordinate(lat, lon);
@@ -431,17 +449,27 @@ void TGisFileDxf::AddImportedMarker(TMapLayer* layer, int symbol, const TLoc& at
 }
 
 int TGisFileDxf::AnalyzeLayer(std::string_view layer) {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     // Layers named by a number (0, 17, ...) take the class of the layer before them.
     if (!layer.empty() && layer[0] >= '0' && layer[0] <= '9') {
         s.bImport = true;
+        s.iLayerBound = 0;
+        s.iLayerSymbol = -1;
         return GISFILE_OK;
     }
-    if (!s.bLastLayerValid || layer != s.strLastLayer) {
+    if (!s.bLastLayerValid || layer != s.strLastLayer || s.bLastLayerComplete != s.bComplete) {
         s.strLastLayer.assign(layer);
-        s.pLastLayerClass = FindDxfLayerClass(layer);
+        s.pLastLayerClass = s.bComplete ? FindDxfCompleteLayerClass(layer) : nullptr;
+        if (s.pLastLayerClass == nullptr) s.pLastLayerClass = FindDxfLayerClass(layer);
         s.bLastLayerValid = true;
+        s.bLastLayerComplete = s.bComplete;
+        s.iLastLayerBound = s.bComplete ? DxfLayerBoundType(layer) : 0;
+        s.iLastLayerSymbol = s.pLastLayerClass != nullptr && s.pLastLayerClass->dwKind == ELEMENT_MARKER
+                                 ? DxfLayerMarkerSymbol(layer, *s.pLastLayerClass)
+                                 : -1;
     }
+    s.iLayerBound = s.iLastLayerBound;
+    s.iLayerSymbol = s.iLastLayerSymbol;
     if (const TDxfLayerClass* row = s.pLastLayerClass) {
         m_iFeatureType = static_cast<int>(row->dwKind);
         s.bImport = row->byImport != 0;
@@ -470,7 +498,7 @@ long long TGisFileDxf::CurrentLine() const {
 
 void TGisFileDxf::NoteRefused(double lat, double lon, bool wholeEntity, long long line) {
     if (m_pLoadReport == nullptr) return;
-    if (s_State.iPaperSpace != 0)
+    if (s_DxfState.iPaperSpace != 0)
         m_pLoadReport->Skip(LOAD_DXF_PAPER_SPACE, line);
     else
         m_pLoadReport->Skip(RefusedCoordinateCause(lat, lon, wholeEntity), line);
@@ -478,11 +506,11 @@ void TGisFileDxf::NoteRefused(double lat, double lon, bool wholeEntity, long lon
 
 void TGisFileDxf::NoteNotTaken(long long line) {
     if (m_pLoadReport == nullptr) return;
-    if (s_State.iPaperSpace != 0) {
+    if (s_DxfState.iPaperSpace != 0) {
         m_pLoadReport->Skip(LOAD_DXF_PAPER_SPACE, line);
     } else if (m_pLoadReport->Skip(LOAD_DXF_LAYER_NOT_TAKEN, line)) {
         m_pLoadReport->SetFirstNote(LOAD_DXF_LAYER_NOT_TAKEN,
-                                    "layer " + TLoadReport::EscapeText(s_State.strLayer));
+                                    "layer " + TLoadReport::EscapeText(s_DxfState.strLayer));
     }
 }
 
@@ -510,7 +538,7 @@ void TGisFileDxf::NoteTaglessInsert() {
 }
 
 void TGisFileDxf::ClearFields() {
-    TDxfParseState& s = s_State;
+    TDxfParseState& s = s_DxfState;
     if (!s.strOpenEntity.empty()) return;
     s.strText.clear();
     s.strName.clear();
@@ -520,7 +548,7 @@ void TGisFileDxf::ClearFields() {
 }
 
 bool TGisFileDxf::ConvertToLL(double x, double y, double* lat, double* lon) const {
-    if (s_State.iPaperSpace != 0) {
+    if (s_DxfState.iPaperSpace != 0) {
         *lat = *lon = 0.0;
         return false;
     }

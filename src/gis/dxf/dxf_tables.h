@@ -4,7 +4,11 @@
 // row wins.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include <tl_gis/hostmap/map_layer.h>
 
 struct TDxfLayerClass {
     char szPrefix[20];      // the beginning of the layer names the row takes
@@ -28,3 +32,29 @@ extern const int s_iTagClassCount;
 // The first row whose prefix begins the name, or null.
 const TDxfLayerClass* FindDxfLayerClass(std::string_view layer);
 const TDxfTagClass* FindDxfTagClass(std::string_view tag);
+
+// Layers of the complete profile. The writer puts every element on a layer named after what it
+// holds; the reader takes these rows before the system's own, so that the same kinds come back.
+constexpr const char* DXF_LAYER_POINTS = "POINTS";
+constexpr const char* DXF_LAYER_SPRAY_SWATHS = "SPRAY_SWATHS";
+constexpr const char* DXF_LAYER_SPRAY_TRACK = "SPRAY_TRACK";
+// The symbol of a marker made from a TEXT on a layer that names none: that of place names, as
+// the layer NAME and the attribute tag TGR_NAME give it.
+constexpr int DXF_TEXT_MARKER_SYMBOL = 56;
+
+// The first complete-profile row whose prefix begins the name, or null.
+const TDxfLayerClass* FindDxfCompleteLayerClass(std::string_view layer);
+// A line's layer: its kind's name and bound type, "BOUNDARY_INC", "ROAD_OPEN"; the kind alone
+// for a bound type other than 16, 17 and 18.
+std::string DxfLineLayerName(std::uint32_t kind, int boundType);
+// A marker's layer: "MARKER_" and its symbol.
+std::string DxfMarkerLayerName(int symbol);
+// The layers the complete profile writes a map layer's elements on, each once, in the order of
+// first use after the layer "0" that every drawing has.
+std::vector<std::string> DxfCompleteLayerNames(const TMapLayer& layer);
+
+// The bound type a layer's name ends with ("_INC", "_EXC", "_OPEN", any case); 0 for none.
+int DxfLayerBoundType(std::string_view layer);
+// The symbol of markers on a layer of the row (a marker row): the number after "MARKER_", or
+// the row's style.
+int DxfLayerMarkerSymbol(std::string_view layer, const TDxfLayerClass& row);

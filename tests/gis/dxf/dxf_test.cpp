@@ -22,52 +22,14 @@
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/line_assembly.h>
 #include "allocation_counter.h"
+#include "dxf_drawing_text.h"
+#include "dxf_layer_builders.h"
 #include "load_report_check.h"
 #include "platform/system_services.h"
 #include "test_support.h"
 
 namespace {
 
-// Expands "0 LINE|8 A41|10 10.5" into group lines: each code right-aligned in width columns on
-// its own line, then its value, each line ended by eol.
-std::string DxfGroups(const std::string& compact, const char* eol = "\n", std::size_t width = 3) {
-    std::string out;
-    std::istringstream in(compact);
-    for (std::string group; std::getline(in, group, '|');) {
-        const std::size_t space = group.find(' ');
-        out += std::string(width > space ? width - space : 0, ' ') + group.substr(0, space) + eol;
-        out += group.substr(space + 1) + eol;
-    }
-    return out;
-}
-
-// A whole drawing whose ENTITIES section holds the compact groups.
-std::string Drawing(const std::string& compact, const char* eol = "\n", std::size_t width = 3) {
-    return DxfGroups(
-        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|0 ENDSEC|0 SECTION|2 ENTITIES|" + compact + "|0 ENDSEC|0 EOF",
-        eol, width);
-}
-
-// Compact groups of entities, (x, y) = (longitude, latitude).
-using TXY = std::pair<double, double>;
-std::string XY(TXY p, const char* codes = "10 20") {
-    return "|" + std::string(codes, 2) + " " + std::to_string(p.first) + "|" + (codes + 3) + " " +
-           std::to_string(p.second);
-}
-std::string Lw(const std::string& layer, const std::vector<TXY>& points, int flags = 0) {
-    std::string g =
-        "0 LWPOLYLINE|8 " + layer + "|90 " + std::to_string(points.size()) + "|70 " + std::to_string(flags);
-    for (const TXY& p : points) g += XY(p);
-    return g;
-}
-std::string Poly(const std::string& layer, const std::vector<TXY>& points) {
-    std::string g = "0 POLYLINE|8 " + layer + "|66 1";
-    for (const TXY& p : points) g += "|0 VERTEX|8 " + layer + XY(p);
-    return g + "|0 SEQEND|8 " + layer;
-}
-std::string Line(const std::string& layer, TXY from, TXY to) {
-    return "0 LINE|8 " + layer + XY(from) + XY(to, "11 21");
-}
 // An insert carrying attributes (tag, value, x, y) closed by a SEQEND on seqendLayer.
 std::string Insert(const std::vector<std::vector<std::string>>& attributes,
                    const std::string& seqendLayer = "0") {
@@ -414,45 +376,7 @@ TEST(DxfReader, RepeatedCausesCostNoAllocationEach) {
     });
 }
 
-// Golden drawings carry a local time stamp: pin the clock (5 March 2025 14:07:09 UTC) and the zone.
-class DxfWriter : public ::testing::Test {
-protected:
-    void SetUp() override {
-        UseUtcAsLocalTime();
-        SetClockForTesting([] { return std::time_t{1741183629}; });
-    }
-    void TearDown() override { SetClockForTesting({}); }
-};
-
-void AddLine(TMapLayer& layer, std::uint32_t kind, int boundType, const std::vector<tagLOC>& points) {
-    AddImportedLine(&layer, static_cast<int>(kind), boundType, static_cast<int>(points.size()), points.data(),
-                    "", false, COLOR_NONE, false, false, false);
-}
-
-void AddMarker(TMapLayer& layer, double lat, double lon, const char* name) {
-    auto* marker = new TFeatureMarker;
-    marker->SetLowBits(56);
-    marker->m_Loc = TLoc(lat, lon);
-    marker->m_strName = name;
-    marker->CalculateGeoExtents();
-    layer.AddElement(marker);
-}
-
-// A run of samples heading north along longitude -93 from latitude 45, one every 0.001 degrees,
-// with the swath reaching 0.001 degrees to either side (A west, B east).
-TFeatureSpray* AddSprayRun(TMapLayer& layer, int samples, bool spraying) {
-    auto* spray = new TFeatureSpray(samples);
-    for (int i = 0; i < samples; ++i) {
-        const double lat = 45.0 + 0.001 * i;
-        spray->m_pRecs[i].locPos = {lat, -93.0};
-        spray->m_pRecs[i].locSwathA = {lat, -93.001};
-        spray->m_pRecs[i].locSwathB = {lat, -92.999};
-        spray->m_pRecs[i].bySpray = spraying ? 1 : 0;
-    }
-    spray->CalculateGeoExtents();
-    layer.AddElement(spray);
-    return spray;
-}
+class DxfWriter : public TPinnedClockTest {};
 
 // The drawing of a layer made by build, written in the given modes.
 std::string Write(const std::function<void(TMapLayer&)>& build, int singleBlock = 0, int sprayOnly = 1,

@@ -4,6 +4,7 @@
 // swaths and the recorded track.
 
 #include <tl_gis/export.h>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,6 +60,30 @@ private:
     // lat := y, lon := x; true when that is a usable geographic position.
     bool ConvertToLL(double x, double y, double* lat, double* lon) const;
     static void AddImportedMarker(TMapLayer* layer, int symbol, const TLoc& at, const char* text);
+    // The complete profile's reading: polylines with their bulges and header flags, CIRCLE and
+    // ARC as lines, POINT as points and TEXT and MTEXT as named markers.
+    void StartCompleteProfile(std::int64_t fileSize);
+    void StartCompleteEntity();
+    // Handles the entity that has ended, or does its part before the system's rules and returns
+    // false; result is the entity's result code.
+    bool ProcessCompleteEntity(int& result);
+    void TakeCompleteGroup3(std::string_view value);
+    int ProcessCompleteVertex();
+    int FlushLightweightVertex();
+    // Appends a polyline vertex after the arc that the previous vertex's bulge draws to it.
+    bool AddPolylineVertex(double x, double y, double lat, double lon, double bulge);
+    // Draws the closing arc of a closed polyline; gives its bound type and whether it is closed.
+    bool FinishCompletePolyline(int& boundType);
+    int ProcessCompletePoint();
+    int ProcessCompleteText(bool mtext);
+    int ProcessCompleteCurve(bool circle);
+    void FlushPendingPoint();
+    // Counts count curve vertices against the load's limit; false, and a report entry, past it.
+    bool TakeCurveVertices(int count);
+    // The position of a POINT, TEXT, CIRCLE or ARC as latitude and longitude; false, with the
+    // result code of the question and a report entry, when its layer is not taken or the position
+    // is no geographic one.
+    bool TakeEntityPosition(double x, double y, tagLOC& at, int& result);
     // Load report entries: a refused coordinate pair (the vertex, or the whole entity, dropped),
     // an entity whose layer or paper space leaves it out, an entity kind that is not read, and an
     // INSERT that ends without attributes.
@@ -73,9 +98,16 @@ private:
     int WriteFilePolygon(TDxfGroupWriter& out, const TMapElement& element);
     int WriteFileMarker(TDxfGroupWriter& out, const TMapElement& element);
     int WriteFileSpray(TDxfGroupWriter& out, const TMapElement& element);
-    // One POLYLINE entity on layer "1" with its vertices (x = longitude, y = latitude).
-    int WritePoly(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
-    int WritePolyline(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed);
+    // One POLYLINE entity with its vertices (x = longitude, y = latitude), on layer "1" unless the
+    // complete profile names another.
+    int WritePoly(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed,
+                  std::string_view layer = "1");
+    int WritePolyline(TDxfGroupWriter& out, const tagLOC* points, int count, int color, bool closed,
+                      std::string_view layer = "1");
+    // The complete profile's writing: every line on the layer of its kind and bound type, open
+    // lines open; markers and points as POINT, a marker's name as a TEXT at its position.
+    int WriteCompleteLine(TDxfGroupWriter& out, const TMapElement& element);
+    int WriteCompletePoint(TDxfGroupWriter& out, const TMapElement& element);
 
     int m_iSingleBlockMode;
     int m_iSprayOnlyMode;
