@@ -142,8 +142,8 @@ TEST(CoordinateTransform, EveryReaderMapsEachPairBeforeItsDegreeTests) {
 TEST(CoordinateTransform, CompleteDxfDrawsBulgesBeforeMapping) {
     TTempDir dir;
     const std::string path = dir.File("arc.dxf");
-    WriteFileBytes(path, Dxf({"  0", "LWPOLYLINE", "  8", "F30", " 90", "2", " 10", "500000", " 20", "5000000",
-                              " 42", "1", " 10", "502000", " 20", "5000000"}));
+    WriteFileBytes(path, Dxf({"  0", "LWPOLYLINE", "  8", "F30", " 90", "2", " 10", "500000", " 20",
+                              "5000000", " 42", "1", " 10", "502000", " 20", "5000000"}));
     TCompleteProfile complete;
     int calls = 0;
     TMapLayer layer;
