@@ -115,7 +115,9 @@ std::string TLoadReport::PlaceText(long long place) const {
     // Record numbers start at 1; a shapefile's header stands before them.
     if (m_eUnit == LOAD_PLACE_RECORD && place == 0) return "the file header";
     if (m_eUnit == LOAD_PLACE_FEATURE && place == 0) return "the file's top level";
-    std::string text = m_eUnit == LOAD_PLACE_LINE ? "line " : m_eUnit == LOAD_PLACE_FEATURE ? "feature " : "record ";
+    std::string text = m_eUnit == LOAD_PLACE_LINE      ? "line "
+                       : m_eUnit == LOAD_PLACE_FEATURE ? "feature "
+                                                       : "record ";
     AppendInt(text, place);
     return text;
 }

@@ -42,9 +42,9 @@ int TGisFileShp::WriteSprayDbfRecord() {
     const TSprayTableRow& row = m_SprayRow;
     m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us));
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
-    for (const std::string* text :
-         {&row.strCustomer, &row.strFileName, &row.strFileDate, &row.strAircraft, &row.strPilot,
-          &row.strFieldName, &row.strOffset, &row.strLineNum, &row.strEventTime, &row.strPosLat, &row.strPosLon})
+    for (const std::string* text : {&row.strCustomer, &row.strFileName, &row.strFileDate, &row.strAircraft,
+                                    &row.strPilot, &row.strFieldName, &row.strOffset, &row.strLineNum,
+                                    &row.strEventTime, &row.strPosLat, &row.strPosLon})
         m_pIo->m_DbfRecord.AddText(*text);
     m_pIo->m_DbfRecord.AddNumber(row.dSpeed * MPH_PER_METRE_PER_SECOND, 3);
     m_pIo->m_DbfRecord.AddNumber(row.dTrack * length, 3);

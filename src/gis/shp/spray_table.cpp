@@ -21,7 +21,8 @@ void AppendTwoDigits(std::string& out, int value) {
 
 std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 }  // namespace
 
@@ -117,7 +118,8 @@ void SetSprayRowPosition(TSprayTableRow& row, double lat, double lon) {
     AppendFixed(row.strPosLon, lon, 10);
 }
 
-void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySource& source, TSprayTableRow& row) {
+void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySource& source,
+                       TSprayTableRow& row) {
     spray.ComputeSprayStats(first, last, nullptr, nullptr);
     const tagSPRAYREC& end = spray.m_pRecs[last];
     SetSampleRowValues(end, source, row);
@@ -132,8 +134,8 @@ void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySo
     row.dSwathWidth = spray.m_dSwathWidth;
     row.dHeight = spray.m_dHeight;
     row.dAgl = spray.m_dAgl;
-    row.Steps =
-        SummarizeSpraySteps(spray.m_pdStepArea, spray.m_pbySprayFlag, spray.m_pbyBoomFlag, spray.m_iStepCount);
+    row.Steps = SummarizeSpraySteps(spray.m_pdStepArea, spray.m_pbySprayFlag, spray.m_pbyBoomFlag,
+                                    spray.m_iStepCount);
     row.bHasRates = row.Steps.bKnown && spray.m_pdTargetRate != nullptr && spray.m_pdActualRate != nullptr;
     row.dTargetRate = row.bHasRates ? spray.m_pdTargetRate[0] : 0.0;
     row.dActualRate = row.bHasRates ? spray.m_pdActualRate[0] : 0.0;
@@ -147,9 +149,9 @@ std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row,
         cells[i].bNumber = fields[i].cType == 'N';
     }
     cells[0].strText = std::to_string(segmentId);
-    const std::string* texts[] = {&row.strCustomer, &row.strFileName, &row.strFileDate, &row.strAircraft,
-                                  &row.strPilot,    &row.strFieldName, &row.strOffset,  &row.strLineNum,
-                                  &row.strEventTime, &row.strPosLat,  &row.strPosLon};
+    const std::string* texts[] = {&row.strCustomer,  &row.strFileName,  &row.strFileDate, &row.strAircraft,
+                                  &row.strPilot,     &row.strFieldName, &row.strOffset,   &row.strLineNum,
+                                  &row.strEventTime, &row.strPosLat,    &row.strPosLon};
     std::size_t next = 1;
     for (const std::string* text : texts) cells[next++].strText = Trimmed(*text);
     // The numbers carry three decimals, area and rates six, whatever the descriptors declare.

@@ -85,7 +85,8 @@ TL_GIS_API void AppendSprayEventTime(std::string& out, const tagSPRAYREC& sample
 // The values a row takes from one sample: the source, time, field, offset, line, the numbers
 // (height in whole metres, as sample rows show it), channel 1's rates and a step of no area
 // whose spray and boom flags are the sample's spray flag.
-TL_GIS_API void SetSampleRowValues(const tagSPRAYREC& sample, const TSpraySource& source, TSprayTableRow& row);
+TL_GIS_API void SetSampleRowValues(const tagSPRAYREC& sample, const TSpraySource& source,
+                                   TSprayTableRow& row);
 // POS_LAT and POS_LON of a row, ten decimals each.
 TL_GIS_API void SetSprayRowPosition(TSprayTableRow& row, double lat, double lon);
 // The row of the swath polygon of stretch first..last: runs the run's statistics over the
@@ -107,4 +108,5 @@ struct TSprayTableCell {
 };
 // The 22 columns of a swath polygon's row in metric units, SEGMENTID first; texts trimmed of the
 // blanks that the table's fixed widths add.
-TL_GIS_API std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row, long long segmentId);
+TL_GIS_API std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row,
+                                                                 long long segmentId);
