@@ -141,13 +141,22 @@ void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySo
     row.dActualRate = row.bHasRates ? spray.m_pdActualRate[0] : 0.0;
 }
 
-std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row, long long segmentId) {
-    const auto fields = GetDbfFields(DBF_TABLE_SPRAY, true);
+namespace {
+// The cells of a table's columns, named and typed, texts and numbers empty.
+std::vector<TSprayTableCell> EmptyCells(TDbfTable table) {
+    const auto fields = GetDbfFields(table, true);
     std::vector<TSprayTableCell> cells(fields.size());
     for (std::size_t i = 0; i < fields.size(); ++i) {
         cells[i].pszColumn = fields[i].pszName;
         cells[i].bNumber = fields[i].cType == 'N';
+        cells[i].iDecimals = cells[i].bNumber ? 3 : 0;
     }
+    return cells;
+}
+}  // namespace
+
+std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row, long long segmentId) {
+    std::vector<TSprayTableCell> cells = EmptyCells(DBF_TABLE_SPRAY);
     cells[0].strText = std::to_string(segmentId);
     const std::string* texts[] = {&row.strCustomer,  &row.strFileName,  &row.strFileDate, &row.strAircraft,
                                   &row.strPilot,     &row.strFieldName, &row.strOffset,   &row.strLineNum,
@@ -157,10 +166,7 @@ std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row,
     // The numbers carry three decimals, area and rates six, whatever the descriptors declare.
     const double numbers[] = {row.dSpeed * MPH_PER_METRE_PER_SECOND, row.dTrack, row.dSwathWidth, row.dHeight,
                               row.dAgl};
-    for (double number : numbers) {
-        cells[next].dNumber = number;
-        cells[next++].iDecimals = 3;
-    }
+    for (double number : numbers) cells[next++].dNumber = number;
     const double perStep[] = {row.Steps.dArea, row.dTargetRate, row.dActualRate};
     const bool known[] = {row.Steps.bKnown, row.bHasRates, row.bHasRates};
     for (int i = 0; i < 3; ++i) {
@@ -170,5 +176,19 @@ std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row,
     }
     for (std::uint8_t flag : {row.Steps.bySpray, row.Steps.byBoom})
         cells[next++].strText = !row.Steps.bKnown ? "" : flag == 1 ? "T" : flag == 0 ? "F" : "?";
+    return cells;
+}
+
+std::vector<TSprayTableCell> GetMetricNonSprayTableCells(const tagSPRAYREC& sample, long long sampleId) {
+    std::vector<TSprayTableCell> cells = EmptyCells(DBF_TABLE_NONSPRAY);
+    cells[0].strText = std::to_string(sampleId);
+    cells[1].strText = std::to_string(sample.sLine);
+    AppendSprayEventTime(cells[2].strText, sample);
+    cells[2].strText = Trimmed(cells[2].strText);
+    AppendFixed(cells[3].strText, sample.locPos.dLat, 10);
+    AppendFixed(cells[4].strText, sample.locPos.dLon, 10);
+    cells[5].dNumber = sample.dSpeed * MPH_PER_METRE_PER_SECOND;
+    cells[6].dNumber = sample.sHeight / 5.0;
+    cells[7].dNumber = sample.dAgl;
     return cells;
 }

@@ -110,3 +110,8 @@ struct TSprayTableCell {
 // blanks that the table's fixed widths add.
 TL_GIS_API std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTableRow& row,
                                                                  long long segmentId);
+
+// The 8 columns of the non-spray row of the path that starts at the sample, in metric units:
+// SAMPLEID, the sample's line, time and position, its speed in miles per hour, height and height
+// above ground in metres.
+TL_GIS_API std::vector<TSprayTableCell> GetMetricNonSprayTableCells(const tagSPRAYREC& sample, long long sampleId);
