@@ -1,5 +1,6 @@
 #include "kml_writer.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include <tl_gis/platform/text_encoding.h>
@@ -133,24 +134,53 @@ std::size_t PartCount(const TExchangeFeature& f) {
     return parts;
 }
 
+constexpr const char* kSchemaId = "tl_gis";
+
+// The Schema of the properties, so that every KML reader makes fields of them: each name in the
+// order it first comes, a double where every value is a number, a string otherwise.
+void AddSchema(pugi::xml_node document, const std::vector<TExchangeFeature>& features) {
+    std::vector<std::pair<std::string, bool>> fields;  // name, all numbers
+    for (const TExchangeFeature& f : features) {
+        for (const auto& [key, value] : f.Properties) {
+            const bool number = value.eType == TPropertyValue::PROPERTY_NUMBER ||
+                                value.eType == TPropertyValue::PROPERTY_NULL;
+            auto field =
+                std::find_if(fields.begin(), fields.end(), [&](const auto& x) { return x.first == key; });
+            if (field == fields.end())
+                fields.emplace_back(key, number);
+            else
+                field->second = field->second && number;
+        }
+    }
+    pugi::xml_node schema = document.append_child("Schema");
+    schema.append_attribute("name") = kSchemaId;
+    schema.append_attribute("id") = kSchemaId;
+    for (const auto& [name, number] : fields) {
+        pugi::xml_node field = schema.append_child("SimpleField");
+        field.append_attribute("name") = XmlText(name).c_str();
+        field.append_attribute("type") = number ? "double" : "string";
+    }
+}
+
 void AddPlacemark(pugi::xml_node document, const TExchangeFeature& f) {
     pugi::xml_node placemark = document.append_child("Placemark");
     if (!f.strTitle.empty()) AddText(placemark, "name", f.strTitle);
     const char* style = StyleId(f);
     AddText(placemark, "styleUrl",
             style != nullptr ? std::string("#") + style : "#spray_" + std::to_string(f.iRateClass));
-    pugi::xml_node data = placemark.append_child("ExtendedData");
+    pugi::xml_node data = placemark.append_child("ExtendedData").append_child("SchemaData");
+    data.append_attribute("schemaUrl") = (std::string("#") + kSchemaId).c_str();
     for (const auto& [key, value] : f.Properties) {
-        pugi::xml_node item = data.append_child("Data");
-        item.append_attribute("name") = XmlText(key).c_str();
+        // An unknown value is left out.
+        if (value.eType == TPropertyValue::PROPERTY_NULL) continue;
         std::string text;
         if (value.eType == TPropertyValue::PROPERTY_NUMBER)
             AppendPropertyNumber(text, value);
         else
             text = value.AsText();
-        // An unknown number stays an empty value rather than a text "null".
-        if (value.eType == TPropertyValue::PROPERTY_NUMBER && text == "null") text.clear();
-        AddText(item, "value", text);
+        pugi::xml_node item = data.append_child("SimpleData");
+        item.append_attribute("name") = XmlText(key).c_str();
+        item.text().set(XmlText(text).c_str());
     }
     if (PartCount(f) > 1) {
         pugi::xml_node multi = placemark.append_child("MultiGeometry");
@@ -171,6 +201,7 @@ std::string WriteKmlText(const std::vector<TExchangeFeature>& features, const st
     pugi::xml_node document = kml.append_child("Document");
     if (!name.empty()) AddText(document, "name", name);
     AddStyles(document);
+    AddSchema(document, features);
     for (const TExchangeFeature& f : features) AddPlacemark(document, f);
     std::ostringstream out;
     doc.save(out, " ", pugi::format_default, pugi::encoding_utf8);

@@ -198,7 +198,11 @@ bool WriteKmzArchive(std::string_view kml, std::string& archive) {
     zlib_filefunc64_def functions = MemoryFunctions(stream);
     zipFile zip = zipOpen2_64("kmz", APPEND_STATUS_CREATE, nullptr, &functions);
     if (zip == nullptr) return false;
+    // A fixed date (1 January 1980, the first a zip can hold), so that the same layer always
+    // gives the same archive.
     zip_fileinfo info{};
+    info.tmz_date.tm_mday = 1;
+    info.tmz_date.tm_year = 1980;
     bool ok = zipOpenNewFileInZip64(zip, "doc.kml", &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
                                     Z_DEFAULT_COMPRESSION, 0) == ZIP_OK;
     ok = ok && zipWriteInFileInZip(zip, kml.data(), static_cast<unsigned>(kml.size())) == ZIP_OK;
