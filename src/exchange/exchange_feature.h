@@ -64,6 +64,8 @@ struct TExchangeFeature {
     // and was cut there.
     bool bHadHeights = false;
     bool bTextCutAtNul = false;
+    // Reading: a geometry was passed over (and counted) as unknown or unusable.
+    bool bGeometryPassedOver = false;
 };
 
 constexpr int SPRAY_RATE_CLASSES = 5;

@@ -87,7 +87,8 @@ public:
         }
         feature.bHadHeights = m_bHadHeights;
         feature.bTextCutAtNul = m_bCutAtNul;
-        m_bHadHeights = m_bCutAtNul = false;
+        feature.bGeometryPassedOver = m_bPassedOver;
+        m_bHadHeights = m_bCutAtNul = m_bPassedOver = false;
         return feature;
     }
 
@@ -123,7 +124,10 @@ private:
         }
     }
 
-    void Bad(const std::string& why) { m_Import.Skip(LOAD_FEATURE_BAD_GEOMETRY, m_lPlace, why); }
+    void Bad(const std::string& why) {
+        m_Import.Skip(LOAD_FEATURE_BAD_GEOMETRY, m_lPlace, why);
+        m_bPassedOver = true;
+    }
 
     // A position [longitude, latitude, ...]; false, counted, when it is none.
     bool Position(const json& p, tagLOC& loc) {
@@ -208,6 +212,7 @@ private:
         } else if (ok || type.empty()) {
             m_Import.Skip(LOAD_FEATURE_UNKNOWN_GEOMETRY, m_lPlace,
                           type.empty() ? "a geometry without type" : type);
+            m_bPassedOver = true;
             return;
         }
         if (ok) feature.Geometries.push_back(std::move(geometry));
@@ -217,6 +222,7 @@ private:
     long long m_lPlace = 0;
     bool m_bHadHeights = false;
     bool m_bCutAtNul = false;
+    bool m_bPassedOver = false;
 };
 
 // Builds the top level and one feature at a time as values, handing each feature of a

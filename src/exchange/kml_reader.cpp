@@ -97,7 +97,10 @@ private:
         }
     }
 
-    void Bad(const std::string& why) { m_Import.Skip(LOAD_FEATURE_BAD_GEOMETRY, m_lPlace, why); }
+    void Bad(const std::string& why) {
+        m_Import.Skip(LOAD_FEATURE_BAD_GEOMETRY, m_lPlace, why);
+        m_pFeature->bGeometryPassedOver = true;
+    }
 
     // The positions of a coordinates element: "lon,lat[,alt]" tuples apart by white space.
     bool Coordinates(const pugi::xml_node& owner, std::vector<tagLOC>& out) {
@@ -182,6 +185,7 @@ private:
             return;
         } else if (name == "Track" || name == "MultiTrack" || name == "Model") {
             m_Import.Skip(LOAD_FEATURE_UNKNOWN_GEOMETRY, m_lPlace, std::string(node.name()));
+            m_pFeature->bGeometryPassedOver = true;
             return;
         } else {
             return;  // name, description, styles, views: not geometry

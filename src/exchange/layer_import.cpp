@@ -154,14 +154,15 @@ bool TLayerImport::Add(const TExchangeFeature& feature, long long place) {
     if (feature.bHadHeights) Skip(LOAD_HEIGHTS_DROPPED, place);
     if (feature.bTextCutAtNul) Skip(LOAD_TEXT_CUT_AT_NUL, place);
     const TChosen chosen = ChooseValues(feature);
+    // Swath lines come between the features of their pattern, which they do not end.
+    if (IsKind(chosen.strKind, KIND_SWATH_LINE)) {
+        Skip(LOAD_FEATURE_SWATH_LINE, place);
+        return true;
+    }
     const bool pattern = TPatternGatherer::IsPatternFeature(feature.Properties);
     if (!pattern) Finish();  // a pattern's features follow each other
     if (IsKind(chosen.strKind, KIND_SPRAY_SWATH) || IsKind(chosen.strKind, KIND_NONSPRAY_PATH)) {
         Skip(LOAD_FEATURE_SPRAY_DISPLAY, place);
-        return true;
-    }
-    if (IsKind(chosen.strKind, KIND_SWATH_LINE)) {
-        Skip(LOAD_FEATURE_SWATH_LINE, place);
         return true;
     }
     for (const TExchangeGeometry& geometry : feature.Geometries)
@@ -172,7 +173,7 @@ bool TLayerImport::Add(const TExchangeFeature& feature, long long place) {
         return true;
     }
     if (feature.Geometries.empty()) {
-        Skip(LOAD_FEATURE_NO_GEOMETRY, place);
+        if (!feature.bGeometryPassedOver) Skip(LOAD_FEATURE_NO_GEOMETRY, place);
         return true;
     }
     for (const TExchangeGeometry& geometry : feature.Geometries) {
