@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the build and the interoperability tests need, from Debian's packages, when it
 # is missing: the compiler tool chain pieces, GoogleTest, the JSON, XML and zip libraries of the
-# GeoJSON and KML/KMZ formats, GDAL's command-line tools, PROJ's cs2cs/geod, pyshp and ezdxf for
+# GeoJSON and KML/KMZ formats, GDAL's command-line tools and Python bindings, PROJ's cs2cs/geod, pyshp and ezdxf for
 # Debian's /usr/bin/python3, and clang's fuzzer runtime.
 # Safe to run again: it does nothing when everything is present.
 set -euo pipefail
@@ -18,6 +18,7 @@ have_cmd g++ || need+=(g++)
 [ -f /usr/include/pugixml.hpp ] || need+=(libpugixml-dev)
 [ -f /usr/include/minizip/unzip.h ] || need+=(libminizip-dev)
 have_cmd ogrinfo || need+=(gdal-bin)
+have_py osgeo || need+=(python3-gdal)
 have_cmd cs2cs || need+=(proj-bin)
 [ -x /usr/bin/python3 ] || need+=(python3)
 have_py shapefile || need+=(python3-pyshp)

@@ -136,10 +136,16 @@ bool ReadEntry(unzFile zip, const TEntry& entry, TKmzKml& out) {
         }
         text.append(buffer, static_cast<std::size_t>(n));
     }
+    // Unzipping never gives more than an entry claims; an entry whose content goes on beyond
+    // its claim then fails its checksum.
     const bool crcOk = unzCloseCurrentFile(zip) == UNZ_OK;
-    if (n < 0 || !crcOk) {
+    if (n < 0) {
+        out.strError = "the archive's entry " + entry.strName + " is damaged (zip error " + std::to_string(n) + ")";
+        return false;
+    }
+    if (!crcOk) {
         out.strError =
-            "the archive's entry " + entry.strName + " is damaged (zip error " + std::to_string(n) + ")";
+            "the archive's entry " + entry.strName + " is damaged: its content does not match its size and checksum";
         return false;
     }
     out.strKml = std::move(text);
