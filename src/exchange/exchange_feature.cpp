@@ -1,5 +1,6 @@
 #include "exchange_feature.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <tl_gis/platform/numbers.h>
@@ -69,6 +70,24 @@ void AppendPropertyNumber(std::string& out, const TPropertyValue& value) {
         AppendDecimals(out, value.dNumber, value.iDecimals);
     else
         out += FormatRoundTrip(value.dNumber);
+}
+
+bool IsFinitePosition(const tagLOC& loc) {
+    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
+}
+
+std::string LineAndColumn(std::string_view text, std::ptrdiff_t offset) {
+    const std::size_t end =
+        std::min(text.size(), static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, offset)));
+    long long line = 1;
+    std::size_t lineStart = 0;
+    for (std::size_t i = 0; i < end; ++i) {
+        if (text[i] == '\n') {
+            ++line;
+            lineStart = i + 1;
+        }
+    }
+    return "line " + std::to_string(line) + ", column " + std::to_string(end - lineStart + 1);
 }
 
 bool CutAtNul(std::string& text) {

@@ -81,6 +81,11 @@ inline void AppendDegrees(std::string& out, double degrees) {
 // A property's number as written: its decimals, or every digit that reads back the same.
 void AppendPropertyNumber(std::string& out, const TPropertyValue& value);
 
+// Whether both coordinates of a position are numbers (the formats have no NaN).
+bool IsFinitePosition(const tagLOC& loc);
+// "line 3, column 17" of a byte offset into a file's text, for the readers' errors.
+std::string LineAndColumn(std::string_view text, std::ptrdiff_t offset);
+
 // Cuts a text read from a file at its first NUL character; true when there was one.
 bool CutAtNul(std::string& text);
 // Adds or replaces a property.

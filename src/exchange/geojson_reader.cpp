@@ -36,20 +36,6 @@ struct TCountingIterator {
     bool operator==(const TCountingIterator& other) const { return p == other.p; }
 };
 
-// "line 3, column 17" of a byte offset.
-std::string LineAndColumn(std::string_view text, std::size_t offset) {
-    offset = std::min(offset, text.size());
-    long long line = 1;
-    std::size_t lineStart = 0;
-    for (std::size_t i = 0; i < offset; ++i) {
-        if (text[i] == '\n') {
-            ++line;
-            lineStart = i + 1;
-        }
-    }
-    return "line " + std::to_string(line) + ", column " + std::to_string(offset - lineStart + 1);
-}
-
 // The parser's message without its exception name and its own position.
 std::string ParserMessage(const std::string& what) {
     std::string message = what;
@@ -268,8 +254,8 @@ public:
     }
     bool parse_error(std::size_t position, const std::string&,
                      const nlohmann::detail::exception& e) override {
-        m_strError =
-            "JSON syntax error at " + LineAndColumn(m_Text, position) + ": " + ParserMessage(e.what());
+        m_strError = "JSON syntax error at " + LineAndColumn(m_Text, static_cast<std::ptrdiff_t>(position)) +
+                     ": " + ParserMessage(e.what());
         return false;
     }
 
@@ -338,7 +324,7 @@ private:
         m_bFeaturesNext = false;
         if (++m_iDepth > EXCHANGE_MAX_DEPTH)
             return Fail("the JSON nests deeper than " + std::to_string(EXCHANGE_MAX_DEPTH) + " levels (at " +
-                        LineAndColumn(m_Text, static_cast<std::size_t>(m_Reached - m_Text.data())) + ")");
+                        LineAndColumn(m_Text, m_Reached - m_Text.data()) + ")");
         if (Ignoring()) return true;
         if (m_iFeaturesDepth > 0 && m_iDepth == m_iFeaturesDepth + 1) {
             ++m_lFeatures;

@@ -27,20 +27,6 @@ pugi::xml_node Child(const pugi::xml_node& node, std::string_view name) {
     return {};
 }
 
-// "line 3, column 17" of a byte offset.
-std::string LineAndColumn(const std::string& text, std::ptrdiff_t offset) {
-    const auto end = static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, offset));
-    long long line = 1;
-    std::size_t lineStart = 0;
-    for (std::size_t i = 0; i < end && i < text.size(); ++i) {
-        if (text[i] == '\n') {
-            ++line;
-            lineStart = i + 1;
-        }
-    }
-    return "line " + std::to_string(line) + ", column " + std::to_string(end - lineStart + 1);
-}
-
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }

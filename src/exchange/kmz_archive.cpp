@@ -140,12 +140,13 @@ bool ReadEntry(unzFile zip, const TEntry& entry, TKmzKml& out) {
     // its claim then fails its checksum.
     const bool crcOk = unzCloseCurrentFile(zip) == UNZ_OK;
     if (n < 0) {
-        out.strError = "the archive's entry " + entry.strName + " is damaged (zip error " + std::to_string(n) + ")";
+        out.strError =
+            "the archive's entry " + entry.strName + " is damaged (zip error " + std::to_string(n) + ")";
         return false;
     }
     if (!crcOk) {
-        out.strError =
-            "the archive's entry " + entry.strName + " is damaged: its content does not match its size and checksum";
+        out.strError = "the archive's entry " + entry.strName +
+                       " is damaged: its content does not match its size and checksum";
         return false;
     }
     out.strKml = std::move(text);

@@ -9,16 +9,12 @@
 #include "spray_features.h"
 
 namespace {
-bool IsFinite(const tagLOC& loc) {
-    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
-}
-
 // The line's vertices that are numbers; a ring is closed when its last vertex is not its first.
 std::vector<tagLOC> LinePositions(const TFeatureLine& line, bool ring) {
     std::vector<tagLOC> positions;
     positions.reserve(static_cast<std::size_t>(line.m_iNumPoints > 0 ? line.m_iNumPoints + 1 : 0));
     for (int i = 0; i < line.m_iNumPoints; ++i)
-        if (IsFinite(line.m_pPoints[i])) positions.push_back(line.m_pPoints[i]);
+        if (IsFinitePosition(line.m_pPoints[i])) positions.push_back(line.m_pPoints[i]);
     if (ring && positions.size() >= 3) {
         const tagLOC& first = positions.front();
         const tagLOC& last = positions.back();
@@ -52,7 +48,7 @@ TExchangeFeature LineFeature(const TFeatureLine& line) {
 
 TExchangeFeature LocationFeature(const TMapElement& element, const tagLOC& loc) {
     TExchangeFeature feature;
-    if (IsFinite(loc)) feature.Geometries.push_back({GEOMETRY_POINT, {{loc}}});
+    if (IsFinitePosition(loc)) feature.Geometries.push_back({GEOMETRY_POINT, {{loc}}});
     feature.Properties.emplace_back("id", TPropertyValue::Text(element.m_strId));
     feature.Properties.emplace_back("kind", TPropertyValue::Text(GetElementKindName(element.GetKind())));
     return feature;

@@ -6,10 +6,6 @@
 #include <tl_gis/gis/shp/spray_table.h>
 
 namespace {
-bool IsFinite(const tagLOC& loc) {
-    return std::isfinite(loc.dLat) && std::isfinite(loc.dLon);
-}
-
 // The applied-rate column of the metric table.
 constexpr const char* kAppliedRate = "ASRATE_LTRS";
 
@@ -44,7 +40,7 @@ void TSprayExport::Append(TFeatureSpray& spray, std::vector<TExchangeFeature>& o
         for (int i = 0; i < TSwathStretches::RingPointCount(first, last); ++i)
             ring.push_back(TSwathStretches::RingPoint(spray, first, last, i));
         // As in the shapefile export, a stretch with an end that is no number is not written.
-        if (!std::all_of(ring.begin(), ring.end(), IsFinite)) continue;
+        if (!std::all_of(ring.begin(), ring.end(), IsFinitePosition)) continue;
         SetSwathRowValues(spray, first, last, m_Settings.Source, row);
         TExchangeFeature feature = SprayFeature(KIND_SPRAY_SWATH, spray, STYLE_SPRAY);
         feature.Geometries.push_back({GEOMETRY_POLYGON, {std::move(ring)}});
@@ -56,7 +52,7 @@ void TSprayExport::Append(TFeatureSpray& spray, std::vector<TExchangeFeature>& o
     if (spray.m_iNumRecs < 2 || spray.m_pRecs[0].bySpray != 0) return;
     std::vector<tagLOC> path;
     for (int i = 0; i < spray.m_iNumRecs; ++i)
-        if (IsFinite(spray.m_pRecs[i].locPos)) path.push_back(spray.m_pRecs[i].locPos);
+        if (IsFinitePosition(spray.m_pRecs[i].locPos)) path.push_back(spray.m_pRecs[i].locPos);
     if (path.size() < 2) return;
     TExchangeFeature feature = SprayFeature(KIND_NONSPRAY_PATH, spray, STYLE_NONSPRAY);
     feature.Geometries.push_back({GEOMETRY_LINE, {std::move(path)}});
