@@ -141,9 +141,10 @@ constexpr const char* kSchemaId = "tl_gis";
 void AddSchema(pugi::xml_node document, const std::vector<TExchangeFeature>& features) {
     std::vector<std::pair<std::string, bool>> fields;  // name, all numbers
     for (const TExchangeFeature& f : features) {
-        for (const auto& [key, value] : f.Properties) {
-            const bool number = value.eType == TPropertyValue::PROPERTY_NUMBER ||
-                                value.eType == TPropertyValue::PROPERTY_NULL;
+        for (const auto& property : f.Properties) {
+            const std::string& key = property.first;
+            const bool number = property.second.eType == TPropertyValue::PROPERTY_NUMBER ||
+                                property.second.eType == TPropertyValue::PROPERTY_NULL;
             auto field =
                 std::find_if(fields.begin(), fields.end(), [&](const auto& x) { return x.first == key; });
             if (field == fields.end())

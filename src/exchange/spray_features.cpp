@@ -41,7 +41,8 @@ void TSprayExport::Append(TFeatureSpray& spray, std::vector<TExchangeFeature>& o
             ring.push_back(TSwathStretches::RingPoint(spray, first, last, i));
         // As in the shapefile export, a stretch with an end that is no number is not written.
         if (!std::all_of(ring.begin(), ring.end(), IsFinitePosition)) continue;
-        SetSwathRowValues(spray, first, last, m_Settings.Source, row);
+        SetSwathRowValues(spray, first, last, TSwathStretches::RingBox(spray, first, last), m_Settings.Source,
+                          row);
         TExchangeFeature feature = SprayFeature(KIND_SPRAY_SWATH, spray, STYLE_SPRAY);
         feature.Geometries.push_back({GEOMETRY_POLYGON, {std::move(ring)}});
         AddCells(feature.Properties, GetMetricSprayTableCells(row, ++m_lSegment));

@@ -105,7 +105,7 @@ int TGisFileShp::DoSprayRec_Type5(TFeatureSpray& spray) {
         const int length = encoder.Finish();
         if (length == 0) continue;
         ++m_iShapeRecords;
-        SetSwathRowValues(spray, s, e, m_SpraySource, m_SprayRow);
+        SetSwathRowValues(spray, s, e, encoder.GetBox(), m_SpraySource, m_SprayRow);
         result = WriteShpRecord(block, length);
         if (result == 0) WriteSprayDbfRecord();
     }

@@ -42,11 +42,11 @@ bool TSwathStretches::Next(int& first, int& last) {
     return true;
 }
 
-const tagLOC& TSwathStretches::RingPoint(const TFeatureSpray& spray, int first, int last, int index) {
-    const int steps = last - first;
-    if (index <= steps) return spray.m_pRecs[first + index].locSwathA;
-    if (index <= 2 * steps + 1) return spray.m_pRecs[last - (index - steps - 1)].locSwathB;
-    return spray.m_pRecs[first].locSwathA;
+TLocRect TSwathStretches::RingBox(const TFeatureSpray& spray, int first, int last) {
+    TLocRect box;
+    box.InitExtents();
+    for (int i = 0; i < RingPointCount(first, last); ++i) box.ExpandExtents(RingPoint(spray, first, last, i));
+    return box;
 }
 
 TSpraySource ReadSpraySource(const std::string& company, const std::string& sourcePath) {
@@ -118,17 +118,13 @@ void SetSprayRowPosition(TSprayTableRow& row, double lat, double lon) {
     AppendFixed(row.strPosLon, lon, 10);
 }
 
-void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySource& source,
-                       TSprayTableRow& row) {
+void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TLocRect& box,
+                       const TSpraySource& source, TSprayTableRow& row) {
     spray.ComputeSprayStats(first, last, nullptr, nullptr);
     const tagSPRAYREC& end = spray.m_pRecs[last];
     SetSampleRowValues(end, source, row);
     row.strAircraft = OrNotAvailable(spray.m_strAircraft);
     row.strPilot = OrNotAvailable(spray.m_strPilot);
-    TLocRect box;
-    box.InitExtents();
-    for (int i = 0; i < TSwathStretches::RingPointCount(first, last); ++i)
-        box.ExpandExtents(TSwathStretches::RingPoint(spray, first, last, i));
     SetSprayRowPosition(row, (box.dSouth + box.dNorth) / 2, (box.dWest + box.dEast) / 2);
     row.dTrack = static_cast<int>(end.sTrack / 100);
     row.dSwathWidth = spray.m_dSwathWidth;

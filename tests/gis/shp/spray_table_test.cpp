@@ -71,7 +71,8 @@ TEST(SprayTableRow, SwathRowInMetricCells) {
     TMapLayer layer;
     TFeatureSpray* spray = AddSpray(layer, Straight(3, 0.0));
     TSprayTableRow row;
-    SetSwathRowValues(*spray, 0, 2, {"Acme", "flight", "01/06/2024"}, row);
+    SetSwathRowValues(*spray, 0, 2, TSwathStretches::RingBox(*spray, 0, 2), {"Acme", "flight", "01/06/2024"},
+                      row);
     const std::vector<TSprayTableCell> cells = GetMetricSprayTableCells(row, 12);
     ASSERT_EQ(cells.size(), 22u);
     const auto cell = [&](const char* name) -> const TSprayTableCell& {

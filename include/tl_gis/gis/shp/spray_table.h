@@ -26,7 +26,14 @@ public:
     // The ring of a stretch: out along the A ends of samples first..last, back along their B
     // ends, and the first A end again.
     static int RingPointCount(int first, int last) { return 2 * (last - first) + 3; }
-    static const tagLOC& RingPoint(const TFeatureSpray& spray, int first, int last, int index);
+    // The box of a stretch's ring.
+    static TLocRect RingBox(const TFeatureSpray& spray, int first, int last);
+    static const tagLOC& RingPoint(const TFeatureSpray& spray, int first, int last, int index) {
+        const int steps = last - first;
+        if (index <= steps) return spray.m_pRecs[first + index].locSwathA;
+        if (index <= 2 * steps + 1) return spray.m_pRecs[last - (index - steps - 1)].locSwathB;
+        return spray.m_pRecs[first].locSwathA;
+    }
 
 private:
     TFeatureSpray& m_Spray;
@@ -89,12 +96,12 @@ TL_GIS_API void SetSampleRowValues(const tagSPRAYREC& sample, const TSpraySource
                                    TSprayTableRow& row);
 // POS_LAT and POS_LON of a row, ten decimals each.
 TL_GIS_API void SetSprayRowPosition(TSprayTableRow& row, double lat, double lon);
-// The row of the swath polygon of stretch first..last: runs the run's statistics over the
-// stretch (replacing the element's statistics members), then takes the last sample's values,
-// the run's aircraft, pilot, swath width and heights, the centre of the ring's box as the
-// position, and channel 1's rates of the stretch's first step.
-TL_GIS_API void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TSpraySource& source,
-                                  TSprayTableRow& row);
+// The row of the swath polygon of stretch first..last whose ring has the box: runs the run's
+// statistics over the stretch (replacing the element's statistics members), then takes the last
+// sample's values, the run's aircraft, pilot, swath width and heights, the centre of the box as
+// the position, and channel 1's rates of the stretch's first step.
+TL_GIS_API void SetSwathRowValues(TFeatureSpray& spray, int first, int last, const TLocRect& box,
+                                  const TSpraySource& source, TSprayTableRow& row);
 
 // One column of a row as the metric spray table holds it: a text, or a number (unknown when the
 // statistics counted no step) with the table's decimals.
@@ -114,4 +121,5 @@ TL_GIS_API std::vector<TSprayTableCell> GetMetricSprayTableCells(const TSprayTab
 // The 8 columns of the non-spray row of the path that starts at the sample, in metric units:
 // SAMPLEID, the sample's line, time and position, its speed in miles per hour, height and height
 // above ground in metres.
-TL_GIS_API std::vector<TSprayTableCell> GetMetricNonSprayTableCells(const tagSPRAYREC& sample, long long sampleId);
+TL_GIS_API std::vector<TSprayTableCell> GetMetricNonSprayTableCells(const tagSPRAYREC& sample,
+                                                                    long long sampleId);
