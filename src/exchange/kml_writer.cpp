@@ -1,10 +1,9 @@
 #include "kml_writer.h"
 
 #include <algorithm>
-#include <sstream>
+#include <string>
 
 #include <tl_gis/platform/text_encoding.h>
-#include <pugixml.hpp>
 
 namespace {
 struct TStyleDef {
@@ -50,81 +49,101 @@ const char* StyleId(const TExchangeFeature& f) {
     }
 }
 
-// Text as XML holds it: UTF-8 (bytes that are none taken as Windows Latin 1, as the system
-// writes), and no control characters but tab and line ends, which XML does not allow.
-std::string XmlText(const std::string& text) {
-    std::string out = ToUtf8(text, ENCODING_UTF8);
-    for (char& c : out)
-        if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r') c = '?';
-    return out;
+// Appends text as XML holds it: UTF-8 (bytes that are none taken as Windows Latin 1, as the
+// system writes), markup characters escaped, and no control characters but tab and line ends,
+// which XML does not allow.
+void AppendXml(std::string& out, const std::string& text) {
+    for (const char c : ToUtf8(text, ENCODING_UTF8)) {
+        switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            default:
+                out += static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r' ? '?' : c;
+        }
+    }
 }
 
-void AddText(pugi::xml_node parent, const char* name, const std::string& text) {
-    parent.append_child(name).text().set(XmlText(text).c_str());
+// <name>text</name> on a line of its own, indented.
+void AppendElement(std::string& out, const char* indent, const char* name, const std::string& text) {
+    out += indent;
+    out += '<';
+    out += name;
+    out += '>';
+    AppendXml(out, text);
+    out += "</";
+    out += name;
+    out += ">\n";
 }
 
-void AddStyles(pugi::xml_node document) {
+void AppendStyles(std::string& out) {
     for (const TStyleDef& def : kStyles) {
-        pugi::xml_node style = document.append_child("Style");
-        style.append_attribute("id") = def.pszId;
-        pugi::xml_node line = style.append_child("LineStyle");
-        AddText(line, "color", def.pszLine);
-        AddText(line, "width", def.pszWidth);
-        pugi::xml_node poly = style.append_child("PolyStyle");
-        AddText(poly, def.pszFill != nullptr ? "color" : "fill", def.pszFill != nullptr ? def.pszFill : "0");
+        out += "  <Style id=\"";
+        out += def.pszId;
+        out += "\"><LineStyle><color>";
+        out += def.pszLine;
+        out += "</color><width>";
+        out += def.pszWidth;
+        out += "</width></LineStyle><PolyStyle>";
+        out += def.pszFill != nullptr ? std::string("<color>") + def.pszFill + "</color>" : "<fill>0</fill>";
+        out += "</PolyStyle></Style>\n";
     }
     for (int i = 0; i < SPRAY_RATE_CLASSES; ++i) {
-        pugi::xml_node style = document.append_child("Style");
-        style.append_attribute("id") = ("spray_" + std::to_string(i)).c_str();
-        pugi::xml_node line = style.append_child("LineStyle");
-        AddText(line, "color", kSprayFills[i]);
-        AddText(line, "width", "0");
-        AddText(style.append_child("PolyStyle"), "color", kSprayFills[i]);
+        out += "  <Style id=\"spray_" + std::to_string(i) + "\"><LineStyle><color>";
+        out += kSprayFills[i];
+        out += "</color><width>0</width></LineStyle><PolyStyle><color>";
+        out += kSprayFills[i];
+        out += "</color></PolyStyle></Style>\n";
     }
-    for (const char* id : {"marker", "point"}) {
-        pugi::xml_node style = document.append_child("Style");
-        style.append_attribute("id") = id;
-        AddText(style.append_child("IconStyle"), "scale", id[0] == 'm' ? "1" : "0.6");
-    }
+    out += "  <Style id=\"marker\"><IconStyle><scale>1</scale></IconStyle></Style>\n";
+    out += "  <Style id=\"point\"><IconStyle><scale>0.6</scale></IconStyle></Style>\n";
 }
 
-std::string CoordinatesText(const std::vector<tagLOC>& positions) {
-    std::string text;
-    for (const tagLOC& loc : positions) {
-        if (!text.empty()) text += ' ';
-        AppendDegrees(text, loc.dLon);
-        text += ',';
-        AppendDegrees(text, loc.dLat);
+void AppendCoordinates(std::string& out, const std::vector<tagLOC>& positions) {
+    out += "<coordinates>";
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        if (i > 0) out += ' ';
+        AppendDegrees(out, positions[i].dLon);
+        out += ',';
+        AppendDegrees(out, positions[i].dLat);
     }
-    return text;
+    out += "</coordinates>";
 }
 
-void AddCoordinates(pugi::xml_node parent, const std::vector<tagLOC>& positions) {
-    AddText(parent, "coordinates", CoordinatesText(positions));
-}
-
-void AddGeometry(pugi::xml_node parent, const TExchangeGeometry& g) {
+void AppendGeometry(std::string& out, const TExchangeGeometry& g) {
     switch (g.eKind) {
         case GEOMETRY_POINT:
-            for (const std::vector<tagLOC>& part : g.Parts)
-                AddCoordinates(parent.append_child("Point"), part);
+            for (const std::vector<tagLOC>& part : g.Parts) {
+                out += "   <Point>";
+                AppendCoordinates(out, part);
+                out += "</Point>\n";
+            }
             return;
         case GEOMETRY_LINE:
             for (const std::vector<tagLOC>& part : g.Parts) {
-                pugi::xml_node line = parent.append_child("LineString");
-                AddText(line, "tessellate", "1");
-                AddCoordinates(line, part);
+                out += "   <LineString><tessellate>1</tessellate>";
+                AppendCoordinates(out, part);
+                out += "</LineString>\n";
             }
             return;
-        case GEOMETRY_POLYGON: {
-            pugi::xml_node polygon = parent.append_child("Polygon");
+        case GEOMETRY_POLYGON:
+            out += "   <Polygon>";
             for (std::size_t i = 0; i < g.Parts.size(); ++i) {
-                pugi::xml_node boundary =
-                    polygon.append_child(i == 0 ? "outerBoundaryIs" : "innerBoundaryIs");
-                AddCoordinates(boundary.append_child("LinearRing"), g.Parts[i]);
+                out += i == 0 ? "<outerBoundaryIs><LinearRing>" : "<innerBoundaryIs><LinearRing>";
+                AppendCoordinates(out, g.Parts[i]);
+                out += i == 0 ? "</LinearRing></outerBoundaryIs>" : "</LinearRing></innerBoundaryIs>";
             }
+            out += "</Polygon>\n";
             return;
-        }
     }
 }
 
@@ -138,7 +157,7 @@ constexpr const char* kSchemaId = "tl_gis";
 
 // The Schema of the properties, so that every KML reader makes fields of them: each name in the
 // order it first comes, a double where every value is a number, a string otherwise.
-void AddSchema(pugi::xml_node document, const std::vector<TExchangeFeature>& features) {
+void AppendSchema(std::string& out, const std::vector<TExchangeFeature>& features) {
     std::vector<std::pair<std::string, bool>> fields;  // name, all numbers
     for (const TExchangeFeature& f : features) {
         for (const auto& property : f.Properties) {
@@ -153,58 +172,57 @@ void AddSchema(pugi::xml_node document, const std::vector<TExchangeFeature>& fea
                 field->second = field->second && number;
         }
     }
-    pugi::xml_node schema = document.append_child("Schema");
-    schema.append_attribute("name") = kSchemaId;
-    schema.append_attribute("id") = kSchemaId;
+    out += "  <Schema name=\"";
+    out += kSchemaId;
+    out += "\" id=\"";
+    out += kSchemaId;
+    out += "\">\n";
     for (const auto& [name, number] : fields) {
-        pugi::xml_node field = schema.append_child("SimpleField");
-        field.append_attribute("name") = XmlText(name).c_str();
-        field.append_attribute("type") = number ? "double" : "string";
+        out += "   <SimpleField name=\"";
+        AppendXml(out, name);
+        out += number ? "\" type=\"double\"/>\n" : "\" type=\"string\"/>\n";
     }
+    out += "  </Schema>\n";
 }
 
-void AddPlacemark(pugi::xml_node document, const TExchangeFeature& f) {
-    pugi::xml_node placemark = document.append_child("Placemark");
-    if (!f.strTitle.empty()) AddText(placemark, "name", f.strTitle);
+void AppendPlacemark(std::string& out, const TExchangeFeature& f) {
+    out += "  <Placemark>\n";
+    if (!f.strTitle.empty()) AppendElement(out, "   ", "name", f.strTitle);
     const char* style = StyleId(f);
-    AddText(placemark, "styleUrl",
-            style != nullptr ? std::string("#") + style : "#spray_" + std::to_string(f.iRateClass));
-    pugi::xml_node data = placemark.append_child("ExtendedData").append_child("SchemaData");
-    data.append_attribute("schemaUrl") = (std::string("#") + kSchemaId).c_str();
+    AppendElement(out, "   ", "styleUrl",
+                  style != nullptr ? std::string("#") + style : "#spray_" + std::to_string(f.iRateClass));
+    out += "   <ExtendedData><SchemaData schemaUrl=\"#";
+    out += kSchemaId;
+    out += "\">\n";
     for (const auto& [key, value] : f.Properties) {
         // An unknown value is left out.
         if (value.eType == TPropertyValue::PROPERTY_NULL) continue;
-        std::string text;
+        out += "    <SimpleData name=\"";
+        AppendXml(out, key);
+        out += "\">";
         if (value.eType == TPropertyValue::PROPERTY_NUMBER)
-            AppendPropertyNumber(text, value);
+            AppendPropertyNumber(out, value);
         else
-            text = value.AsText();
-        pugi::xml_node item = data.append_child("SimpleData");
-        item.append_attribute("name") = XmlText(key).c_str();
-        item.text().set(XmlText(text).c_str());
+            AppendXml(out, value.AsText());
+        out += "</SimpleData>\n";
     }
-    if (PartCount(f) > 1) {
-        pugi::xml_node multi = placemark.append_child("MultiGeometry");
-        for (const TExchangeGeometry& g : f.Geometries) AddGeometry(multi, g);
-    } else {
-        for (const TExchangeGeometry& g : f.Geometries) AddGeometry(placemark, g);
-    }
+    out += "   </SchemaData></ExtendedData>\n";
+    const bool multi = PartCount(f) > 1;
+    if (multi) out += "   <MultiGeometry>\n";
+    for (const TExchangeGeometry& g : f.Geometries) AppendGeometry(out, g);
+    if (multi) out += "   </MultiGeometry>\n";
+    out += "  </Placemark>\n";
 }
 }  // namespace
 
 std::string WriteKmlText(const std::vector<TExchangeFeature>& features, const std::string& name) {
-    pugi::xml_document doc;
-    pugi::xml_node declaration = doc.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
-    pugi::xml_node kml = doc.append_child("kml");
-    kml.append_attribute("xmlns") = "http://www.opengis.net/kml/2.2";
-    pugi::xml_node document = kml.append_child("Document");
-    if (!name.empty()) AddText(document, "name", name);
-    AddStyles(document);
-    AddSchema(document, features);
-    for (const TExchangeFeature& f : features) AddPlacemark(document, f);
-    std::ostringstream out;
-    doc.save(out, " ", pugi::format_default, pugi::encoding_utf8);
-    return out.str();
+    std::string out =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n "
+        "<Document>\n";
+    if (!name.empty()) AppendElement(out, "  ", "name", name);
+    AppendStyles(out);
+    AppendSchema(out, features);
+    for (const TExchangeFeature& f : features) AppendPlacemark(out, f);
+    out += " </Document>\n</kml>\n";
+    return out;
 }
