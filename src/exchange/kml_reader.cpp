@@ -198,8 +198,8 @@ TKmlRead ReadKml(std::string& text, TLayerImport& import, TLoadReport* report,
                  const std::function<void(std::int64_t)>& progress) {
     TKmlRead read;
     pugi::xml_document document;
-    const pugi::xml_parse_result parsed =
-        document.load_buffer_inplace(text.data(), text.size(), pugi::parse_default, pugi::encoding_auto);
+    const pugi::xml_parse_result parsed = document.load_buffer_inplace(
+        text.data(), text.size(), pugi::parse_default | pugi::parse_embed_pcdata, pugi::encoding_auto);
     if (!parsed) {
         if (report != nullptr)
             report->Stop(0, false,
