@@ -173,9 +173,7 @@ int TGisFileKml::ReadText(std::string& bytes, TMapLayer& layer) {
         TKmzKml kmz = ReadKmzKml(bytes, import);
         if (!kmz.bOk) {
             Stop(m_pLoadReport, kmz.strError);
-            return kmz.strEntry.empty() && kmz.strError.find("no zip") != std::string::npos
-                       ? GISFILE_ERR_OPEN
-                       : GISFILE_ERR_DATA;
+            return kmz.iResult;
         }
         unzipped = std::move(kmz.strKml);
         text = &unzipped;

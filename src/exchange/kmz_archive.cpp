@@ -163,6 +163,7 @@ TKmzKml ReadKmzKml(std::string_view archive, TLayerImport& import) {
     unzFile zip = unzOpen2_64("kmz", &functions);
     if (zip == nullptr) {
         out.strError = "the file is no zip archive";
+        out.iResult = GISFILE_ERR_OPEN;
         return out;
     }
     std::vector<TEntry> kml;
@@ -186,6 +187,7 @@ TKmzKml ReadKmzKml(std::string_view archive, TLayerImport& import) {
     }
     if (kml.empty()) {
         out.strError = "the archive holds no KML file";
+        out.iResult = GISFILE_ERR_DATA;
         unzClose(zip);
         return out;
     }
@@ -194,7 +196,7 @@ TKmzKml ReadKmzKml(std::string_view archive, TLayerImport& import) {
     const TEntry& chosen = doc != kml.end() ? *doc : kml.front();
     for (const TEntry& other : kml)
         if (&other != &chosen) import.Skip(LOAD_KMZ_OTHER_KML, 0, other.strName);
-    ReadEntry(zip, chosen, out);
+    if (!ReadEntry(zip, chosen, out)) out.iResult = GISFILE_ERR_DATA;
     unzClose(zip);
     return out;
 }

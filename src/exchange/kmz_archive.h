@@ -5,6 +5,8 @@
 // ends with an error, and entries whose names leave the archive's folder are never used.
 
 #include <string>
+
+#include <tl_gis/platform/result_codes.h>
 #include <string_view>
 
 #include "layer_import.h"
@@ -14,6 +16,7 @@ struct TKmzKml {
     std::string strKml;    // the KML text
     std::string strEntry;  // its name in the archive
     std::string strError;  // why there is none
+    int iResult = 0;       // then 6002 (no zip archive) or 6003 (no KML in it, or one not read)
 };
 
 // The KML of an archive; entries passed over are counted through the import at place 0.
