@@ -15,8 +15,9 @@ std::string TToolOptions::Get(const std::string& name, const std::string& fallba
 }
 
 bool OptionTakesValue(const std::string& name) {
-    static const std::set<std::string> common = {
-        "projected", "config", "lang", "width", "o", "f", "format", "id-field", "value-field", "name-field"};
+    static const std::set<std::string> common = {"projected", "config",   "lang",        "width",     "o",
+                                                 "f",         "format",   "id-field",    "value-field",
+                                                 "name-field"};
     if (common.count(name) != 0) return true;
     for (const TToolExtension& ext : ToolExtensions())
         for (const std::string& v : ext.valueOptions)
