@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what the build and the interoperability tests need, from Debian's packages, when it
 # is missing: the compiler tool chain pieces, GoogleTest, the JSON, XML and zip libraries of the
-# GeoJSON and KML/KMZ formats, GDAL's command-line tools and Python bindings, PROJ's cs2cs/geod, pyshp and ezdxf for
-# Debian's /usr/bin/python3, and clang's fuzzer runtime.
+# GeoJSON and KML/KMZ formats, GDAL's command-line tools and Python bindings, PROJ's cs2cs/geod,
+# pyshp and ezdxf for Debian's /usr/bin/python3, and clang's fuzzer runtime.
 # Safe to run again: it does nothing when everything is present.
 set -euo pipefail
 
