@@ -55,9 +55,10 @@ enum TFeatureStyle {
 struct TExchangeFeature {
     std::vector<TExchangeGeometry> Geometries;
     TProperties Properties;
-    // KML writing: the placemark's name (empty for none), style and rate class of spray (0 to
-    // SPRAY_RATE_CLASSES - 1).
+    // KML writing: the placemark's name (empty for none) and description, its style and the rate
+    // class of spray (0 to SPRAY_RATE_CLASSES - 1).
     std::string strTitle;
+    std::string strDescription;
     TFeatureStyle eStyle = STYLE_OPEN_LINE;
     int iRateClass = 0;
     // Reading: the positions carried heights, which were dropped; a text held a NUL character

@@ -188,6 +188,7 @@ void AppendSchema(std::string& out, const std::vector<TExchangeFeature>& feature
 void AppendPlacemark(std::string& out, const TExchangeFeature& f) {
     out += "  <Placemark>\n";
     if (!f.strTitle.empty()) AppendElement(out, "   ", "name", f.strTitle);
+    if (!f.strDescription.empty()) AppendElement(out, "   ", "description", f.strDescription);
     const char* style = StyleId(f);
     AppendElement(out, "   ", "styleUrl",
                   style != nullptr ? std::string("#") + style : "#spray_" + std::to_string(f.iRateClass));

@@ -5,6 +5,7 @@
 #include <tl_gis/features/feature_pattern.h>
 #include <tl_gis/features/feature_spray.h>
 #include <tl_gis/gis/chosen_columns.h>
+#include <tl_gis/platform/numbers.h>
 #include "pattern_features.h"
 #include "spray_features.h"
 
@@ -43,6 +44,11 @@ TExchangeFeature LineFeature(const TFeatureLine& line) {
     std::uint32_t color = 0;
     if (line.GetColor(color)) p.emplace_back("color", TPropertyValue::Text(ColorText(color)));
     feature.strTitle = line.m_strId;
+    feature.strDescription = std::string(bound == BOUNDARY_INC   ? "Inclusion "
+                                         : bound == BOUNDARY_EXC ? "Exclusion "
+                                                                 : "Open ") +
+                             GetElementKindName(line.GetKind()) + " line";
+    if (line.m_dValue != 0.0) feature.strDescription += ", value " + FormatRoundTrip(line.m_dValue);
     return feature;
 }
 
@@ -92,6 +98,7 @@ std::vector<TExchangeFeature> ExportLayerFeatures(TMapLayer& layer, const TExpor
             feature.Properties.emplace_back("name", TPropertyValue::Text(marker->m_strName));
             feature.Properties.emplace_back("symbol", TPropertyValue::Number(marker->GetLowBits()));
             feature.strTitle = marker->m_strName;
+            feature.strDescription = "Marker, symbol " + std::to_string(marker->GetLowBits());
             feature.eStyle = STYLE_MARKER;
             features.push_back(std::move(feature));
         } else if (const auto* point = dynamic_cast<const TFeaturePoint*>(element)) {

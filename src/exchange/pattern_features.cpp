@@ -24,6 +24,9 @@ TExchangeFeature PatternFeature(const TFeaturePattern& pattern, const char* kind
     p.emplace_back("offset_m", TPropertyValue::Number(pattern.m_dOffset));
     p.emplace_back("ab_lines", TPropertyValue::Number(pattern.m_iAbLines));
     feature.strTitle = pattern.m_strId;
+    feature.strDescription = std::string(keyword != nullptr ? keyword : "") + " pattern, swath " +
+                             FormatRoundTrip(pattern.m_dSwathWidth) + " m, " +
+                             (pattern.m_iDirection == RIGHT ? "right" : "left");
     feature.eStyle = STYLE_AB_LINE;
     return feature;
 }
@@ -76,6 +79,7 @@ void AppendSwathLines(const TFeaturePattern& pattern, int abLine, const tagLOC& 
         feature.Geometries.push_back({GEOMETRY_LINE, {{Beside(a, side, metres), Beside(b, side, metres)}}});
         feature.eStyle = STYLE_SWATH_LINE;
         feature.strTitle.clear();
+        feature.strDescription = "Swath line " + std::to_string(i) + " of AB line " + std::to_string(abLine);
         out.push_back(std::move(feature));
     }
 }

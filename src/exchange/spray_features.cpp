@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <tl_gis/gis/shp/spray_table.h>
+#include <tl_gis/platform/numbers.h>
 
 namespace {
 // The applied-rate column of the metric table.
@@ -47,6 +48,10 @@ void TSprayExport::Append(TFeatureSpray& spray, std::vector<TExchangeFeature>& o
         feature.Geometries.push_back({GEOMETRY_POLYGON, {std::move(ring)}});
         AddCells(feature.Properties, GetMetricSprayTableCells(row, ++m_lSegment));
         feature.strTitle = "Swath " + std::to_string(m_lSegment);
+        if (row.bHasRates && row.Steps.bKnown)
+            feature.strDescription = "Applied " + FormatFixed(row.dActualRate, 1) + " L/ha (target " +
+                                     FormatFixed(row.dTargetRate, 1) + " L/ha) over " +
+                                     FormatFixed(row.Steps.dArea, 3) + " ha";
         out.push_back(std::move(feature));
     }
     // The system's non-spray path: every position of a run whose first sample is not spraying.
@@ -59,6 +64,7 @@ void TSprayExport::Append(TFeatureSpray& spray, std::vector<TExchangeFeature>& o
     feature.Geometries.push_back({GEOMETRY_LINE, {std::move(path)}});
     AddCells(feature.Properties, GetMetricNonSprayTableCells(spray.m_pRecs[0], ++m_lSample));
     feature.strTitle = "Not spraying " + std::to_string(m_lSample);
+    feature.strDescription = "Flown without spraying";
     out.push_back(std::move(feature));
 }
 
