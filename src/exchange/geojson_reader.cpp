@@ -36,7 +36,7 @@ struct TCountingIterator {
     bool operator==(const TCountingIterator& other) const { return p == other.p; }
 };
 
-// The parser's message without its exception name and its own position.
+// The parser's message without its exception name and its own position, printable.
 std::string ParserMessage(const std::string& what) {
     std::string message = what;
     if (message.rfind("[json.exception.", 0) == 0) {
@@ -46,7 +46,8 @@ std::string ParserMessage(const std::string& what) {
     const auto colon = message.find(": ");
     if (message.rfind("parse error at line ", 0) == 0 && colon != std::string::npos)
         message.erase(0, colon + 2);
-    return message;
+    // It may quote bytes of the file.
+    return TLoadReport::EscapeText(message, 160);
 }
 
 // One parsed feature, geometry or collection member into the shared feature model.

@@ -6,6 +6,7 @@
 
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/platform/numbers.h>
 #include "exchange_limits.h"
 
@@ -114,14 +115,15 @@ std::string Mebibytes(ZPOS64_T bytes) {
 
 // Reads the current entry, at most EXCHANGE_MAX_BYTES whatever its size claims.
 bool ReadEntry(unzFile zip, const TEntry& entry, TKmzKml& out) {
+    const std::string name = TLoadReport::EscapeText(entry.strName);
     if (entry.uSize > EXCHANGE_MAX_BYTES) {
-        out.strError = entry.strName + " claims " + Mebibytes(entry.uSize) +
-                       " uncompressed; at most 256 MiB of a KMZ is read";
+        out.strError =
+            name + " claims " + Mebibytes(entry.uSize) + " uncompressed; at most 256 MiB of a KMZ is read";
         return false;
     }
     unz64_file_pos position = entry.Position;
     if (unzGoToFilePos64(zip, &position) != UNZ_OK || unzOpenCurrentFile(zip) != UNZ_OK) {
-        out.strError = "the archive's entry " + entry.strName + " cannot be opened";
+        out.strError = "the archive's entry " + name + " cannot be opened";
         return false;
     }
     std::string text;
@@ -130,8 +132,7 @@ bool ReadEntry(unzFile zip, const TEntry& entry, TKmzKml& out) {
     while ((n = unzReadCurrentFile(zip, buffer, sizeof buffer)) > 0) {
         if (text.size() + static_cast<std::size_t>(n) > EXCHANGE_MAX_BYTES) {
             unzCloseCurrentFile(zip);
-            out.strError =
-                entry.strName + " holds more than 256 MiB uncompressed; at most 256 MiB of a KMZ is read";
+            out.strError = name + " holds more than 256 MiB uncompressed; at most 256 MiB of a KMZ is read";
             return false;
         }
         text.append(buffer, static_cast<std::size_t>(n));
@@ -140,13 +141,12 @@ bool ReadEntry(unzFile zip, const TEntry& entry, TKmzKml& out) {
     // its claim then fails its checksum.
     const bool crcOk = unzCloseCurrentFile(zip) == UNZ_OK;
     if (n < 0) {
-        out.strError =
-            "the archive's entry " + entry.strName + " is damaged (zip error " + std::to_string(n) + ")";
+        out.strError = "the archive's entry " + name + " is damaged (zip error " + std::to_string(n) + ")";
         return false;
     }
     if (!crcOk) {
-        out.strError = "the archive's entry " + entry.strName +
-                       " is damaged: its content does not match its size and checksum";
+        out.strError =
+            "the archive's entry " + name + " is damaged: its content does not match its size and checksum";
         return false;
     }
     out.strKml = std::move(text);
