@@ -22,16 +22,6 @@ struct TLayerImport::TChosen {
 };
 
 namespace {
-const std::string& ChosenOr(const std::string& chosen, const std::string& fallback) {
-    return chosen.empty() ? fallback : chosen;
-}
-
-std::string Trimmed(std::string text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 // The line kind a kind property names (boundary, area, road, water, misc, generic), or fallback.
 int LineKind(const std::string& name, int fallback) {
     for (std::uint32_t kind : {ELEMENT_LINE_BOUNDARY, ELEMENT_LINE_AREA, ELEMENT_LINE_ROAD,
@@ -58,16 +48,31 @@ void TLayerImport::Skip(TLoadCause cause, long long place, const std::string& no
 }
 
 TLayerImport::TChosen TLayerImport::ChooseValues(const TExchangeFeature& feature) const {
-    static const std::string kId = "id", kValue = "value", kName = "name";
     const TProperties& p = feature.Properties;
+    // The properties as a table row, read as a table's chosen columns are: those the host chose,
+    // or else the properties id, value and name.
+    std::vector<std::string> names, row;
+    for (const auto& [key, value] : p) {
+        names.push_back(key);
+        row.push_back(value.AsText());
+    }
+    const auto column = [&](const char* name) {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            if (EqualsNoCase(names[i], name)) return static_cast<int>(i);
+        return -1;
+    };
+    TChosenColumns columns = FindChosenColumns(names);
+    if (TGisFile::s_strIdField.empty()) columns.iId = column("id");
+    if (TGisFile::s_strValueField.empty()) columns.iValue = column("value");
+    if (TGisFile::s_strNameField.empty()) columns.iName = column("name");
+    const TChosenValues values = ReadChosenValues(columns, row);
+
     TChosen chosen;
+    chosen.strId = values.strId;
+    chosen.bHasValue = values.bHasValue;
+    chosen.dValue = values.dValue;
+    chosen.strName = values.strName;
     if (const TPropertyValue* v = FindProperty(p, "kind")) chosen.strKind = v->AsText();
-    if (const TPropertyValue* v = FindProperty(p, ChosenOr(TGisFile::s_strIdField, kId)))
-        chosen.strId = Trimmed(v->AsText());
-    if (const TPropertyValue* v = FindProperty(p, ChosenOr(TGisFile::s_strValueField, kValue)))
-        chosen.bHasValue = v->AsNumber(chosen.dValue);
-    if (const TPropertyValue* v = FindProperty(p, ChosenOr(TGisFile::s_strNameField, kName)))
-        chosen.strName = Trimmed(v->AsText());
     if (const TPropertyValue* v = FindProperty(p, "bound")) chosen.iBound = BoundTypeFromName(v->AsText());
     if (const TPropertyValue* v = FindProperty(p, "color"))
         chosen.bHasColor = ColorFromText(v->AsText(), chosen.dwColor);
