@@ -237,7 +237,7 @@ TKmlRead ReadKml(std::string& text, TLayerImport& import, TLoadReport* report,
             if (read.strName.empty()) read.strName = Child(node, "name").child_value();
             if (levels.size() >= static_cast<std::size_t>(EXCHANGE_MAX_DEPTH)) {
                 if (report != nullptr)
-                    report->Stop(place, true,
+                    report->Stop(place, place > 0,
                                  "Documents and Folders nest deeper than " +
                                      std::to_string(EXCHANGE_MAX_DEPTH) + " levels (at " +
                                      LineAndColumn(text, node.offset_debug()) + ")");
