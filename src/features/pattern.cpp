@@ -91,3 +91,14 @@ int TFeaturePattern::GetSwathLineCount() const {
     }
     return count;
 }
+
+void TFeaturePattern::GetSwathLineRange(int& first, int& end) const {
+    const int count = GetSwathLineCount();
+    first = 0;
+    end = count;
+    if (m_iKind == REVERSE_RACETRACK || m_iKind == EXPAND) {
+        const int half = (count + 1) / 2;
+        first = -half;
+        end = half;
+    }
+}

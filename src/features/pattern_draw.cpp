@@ -77,13 +77,8 @@ void TFeaturePattern::DrawAbLine(TMapImage& image, TPointLP p1, TPointLP p2) con
     const double stepX = -swath * dy / len, stepY = swath * dx / len;
     const double offsetX = -offset * dy / len, offsetY = offset * dx / len;
 
-    const int count = GetSwathLineCount();
-    int firstIndex = 0, endIndex = count;
-    if (m_iKind == REVERSE_RACETRACK || m_iKind == EXPAND) {
-        const int half = (count + 1) / 2;
-        firstIndex = -half;
-        endIndex = half;
-    }
+    int firstIndex = 0, endIndex = 0;
+    GetSwathLineRange(firstIndex, endIndex);
 
     const TPen remembered = dc.GetPen();
     if (ClipSegment(p1, p2, visible) >= 0) {

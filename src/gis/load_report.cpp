@@ -103,6 +103,21 @@ constexpr TCauseText kCauses[] = {
 
     {"record of an unknown keyword", "records of unknown keywords", "ignored with their lines"},
     {"line outside any record", "lines outside any record", "ignored"},
+
+    {"feature whose positions carry heights", "features whose positions carry heights",
+     "read without the heights (Z values dropped)"},
+    {"altitudeMode element", "altitudeMode elements", "dropped (positions are kept on the ground)"},
+    {"feature without a geometry", "features without a geometry", "not read"},
+    {"geometry of a type not read", "geometries of types not read", "not read"},
+    {"geometry that cannot be used", "geometries that cannot be used", "not read"},
+    {"spray swath or non-spray path feature", "spray swath and non-spray path features",
+     "not read (recorded spray is written for display; its samples cannot be rebuilt from it)"},
+    {"swath line of a pattern", "swath lines of patterns", "not read (drawn again from the pattern)"},
+    {"overlay or network link", "overlays and network links", "not read"},
+    {"text holding a NUL character", "texts holding a NUL character", "cut there"},
+    {"KML file beside the one read", "KML files beside the one read", "not read"},
+    {"archive entry whose name leaves its folder", "archive entries whose names leave their folder",
+     "not read"},
 };
 static_assert(sizeof kCauses / sizeof kCauses[0] == LOAD_CAUSE_COUNT, "one text per cause");
 
@@ -129,7 +144,10 @@ void TLoadReport::Stop(long long place, bool after, std::string reason) {
 std::string TLoadReport::PlaceText(long long place) const {
     // Record numbers start at 1; a shapefile's header stands before them.
     if (m_eUnit == LOAD_PLACE_RECORD && place == 0) return "the file header";
-    std::string text = m_eUnit == LOAD_PLACE_LINE ? "line " : "record ";
+    if (m_eUnit == LOAD_PLACE_FEATURE && place == 0) return "the file's top level";
+    std::string text = m_eUnit == LOAD_PLACE_LINE      ? "line "
+                       : m_eUnit == LOAD_PLACE_FEATURE ? "feature "
+                                                       : "record ";
     AppendInt(text, place);
     return text;
 }

@@ -1,27 +1,14 @@
 #pragma once
-// Character sets of attribute texts. The system writes Windows Latin 1; modern files declare
-// their set (a shapefile's .cpg, a MIF header's Charset) and are mostly UTF-8. The complete
-// profile keeps texts in UTF-8 inside the library and converts at the file.
+// Character sets of attribute texts: Windows Latin 1 and UTF-8. The conversions themselves are
+// declared in the public header, so that format modules built beside the library (the exchange
+// formats) share them; the escaping form below serves the library's own writers.
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-enum TTextEncoding {
-    ENCODING_UTF8,
-    ENCODING_WINDOWS_1252,  // Windows Latin 1, which ISO 8859-1 files also read as
-};
+#include <tl_gis/platform/text_encoding.h>
 
-// The encoding a declaration names ("UTF-8", "65001", "1252", "CP1252", "Windows-1252",
-// "WindowsLatin1", "ISO-8859-1", "Latin1", "88591", ignoring case, blanks and quotes); false for
-// one the library does not know.
-bool EncodingFromName(std::string_view name, TTextEncoding& encoding);
-
-// The text in UTF-8: Windows Latin 1 converted byte by byte; UTF-8 checked, each byte of an
-// invalid sequence taken as Windows Latin 1.
-std::string ToUtf8(std::string_view text, TTextEncoding from);
-// UTF-8 text in the encoding; characters it cannot hold become '?'.
-std::string FromUtf8(std::string_view text, TTextEncoding to);
 // As FromUtf8, but a character the encoding cannot hold (a Unicode code point) is appended by
 // escape instead, in the form the format has for it; invalid bytes still become '?'.
 std::string FromUtf8(std::string_view text, TTextEncoding to, void (*escape)(std::uint32_t, std::string&));

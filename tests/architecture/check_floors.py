@@ -1,6 +1,8 @@
 """Checks that every source file includes only headers of its own floor or of the floors below
 it, as the CMake object libraries link them: platform, hostmap, features, framework, the
-formats (each on its own; rate maps may use the JOB files' reading), then the dispatcher."""
+formats (each on its own; rate maps may use the JOB files' reading), then the dispatcher. The
+exchange module beside the library (src/exchange) links the shared library, so it includes
+public headers (<tl_gis/...>) and its own, never the library's internal ones."""
 import re
 import sys
 from pathlib import Path
@@ -13,6 +15,8 @@ BELOW_FORMAT = {"pmh": {"job"}}
 def floor(path):
     """(level, format) of a header or source path relative to src/ or include/tl_gis/."""
     parts = path.parts
+    if parts[0] == "exchange":
+        return None
     if parts[0] == "platform":
         return 0, None
     if parts[0] == "hostmap":
@@ -50,5 +54,10 @@ for base in (root / "src", root / "include" / "tl_gis"):
             header = floor(Path(name)) if "/" in name else None
             if not allowed(source, header):
                 problems.append(f"{file.relative_to(root)} includes {name}")
+internal = re.compile(r'^#include "([^"]+/[^"]+)"', re.M)
+for file in sorted((root / "src" / "exchange").glob("*")):
+    if file.suffix in (".h", ".cpp"):
+        for name in internal.findall(file.read_text(encoding="utf-8")):
+            problems.append(f"{file.relative_to(root)} includes the library's internal {name}")
 print("\n".join(problems) if problems else "every include stays on its floor or below")
 sys.exit(1 if problems else 0)

@@ -12,8 +12,11 @@
 namespace {
 // Loads in and writes out; 0 when written, 1 after printing why not.
 int ConvertOne(const std::string& in, const std::string& out, const TToolOptions& options) {
-    const TLGIS_FILE_TYPE outType = TGisMap::GetGisFileType(out.c_str());
-    if (outType == GIS_FILE_NONE || !TGisMap::CanWrite(outType)) {
+    const int outType = ToolFileType(out);
+    const TToolExtension* outFormat = ExtensionOfType(outType);
+    if (outType == GIS_FILE_NONE ||
+        (outFormat != nullptr ? !outFormat->strUnavailable.empty()
+                              : !TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(outType)))) {
         PrintError(DescribeFailure(out, outType, GISFILE_ERR_UNAVAILABLE, true));
         return 1;
     }
@@ -40,7 +43,8 @@ int ConvertBatch(const TToolOptions& options) {
     std::string format = options.Get("f", options.Get("format"));
     if (!format.empty() && format[0] == '.') format.erase(0, 1);
     if (format.empty() || options.positional.empty()) {
-        PrintError("usage: tlgis convert IN... -o DIR -f job|pmh|dxf|mif|shp");
+        PrintError("usage: tlgis convert IN... -o DIR -f FORMAT  (an extension of " + ToolFileExtensions() +
+                   ")");
         return kExitUsage;
     }
     const fs::path dir = PathOf(options.Get("o"));

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <tl_gis/gis/gis_file.h>
+#include <tl_gis/gis/load_report.h>
 #include <tl_gis/hostmap/map_layer.h>
 #include "options.h"
 
@@ -39,8 +41,30 @@ struct TToolExtension {
     std::function<bool(const std::string& out, TMapLayer&, const TToolOptions&, int& result)> writeLayer;
     // Runs after a successful write (e.g. to print the extra files written).
     std::function<void(const std::string& out, const TMapLayer&, const TToolOptions&)> afterWrite;
+
+    // Formats beyond the library's five (the members after this one have defaults, so that the
+    // extensions of the library's formats need not name them). The file type number of a path this extension
+    // reads and writes (0 for none), and the name of such a type ("GeoJSON").
+    std::function<int(const std::string& path)> fileType = {};
+    std::function<const char*(int type)> typeName = {};
+    // Reads a file of such a type into the layer, filling the report; returns the result code.
+    std::function<int(const std::string& path, TMapLayer&, GisProgressCallback, TLoadReport&)> loadLayer = {};
+    // The extensions of its files (".geojson"), and a line for `tlgis help`'s list of formats.
+    std::vector<std::string> fileExtensions = {};
+    std::string formatsHelp = {};
+    // Why its formats are not available in this build; empty when they are.
+    std::string strUnavailable = {};
 };
 
 // Registers an extension; call from a static initialiser. Returns a token to keep.
 int RegisterToolExtension(TToolExtension extension);
 const std::vector<TToolExtension>& ToolExtensions();
+
+// The file type of a path: the library's (1 JOB .. 5 SHP), or an extension's; 0 for none.
+int ToolFileType(const std::string& path);
+// The extension that adds a file type, or null for the library's own and for none.
+const TToolExtension* ExtensionOfType(int type);
+// The short name of a file type ("JOB", "GeoJSON"; "none").
+const char* ToolTypeName(int type);
+// The extensions of every format the tool knows: ".job, .pmh, .dxf, .mif, .shp, .geojson, ...".
+std::string ToolFileExtensions();

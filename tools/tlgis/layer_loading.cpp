@@ -110,13 +110,15 @@ std::string DescribeIncompleteLoad(const std::string& path, const TLoadOutcome& 
 
 std::string DescribeFailure(const std::string& path, int type, int result, bool writing) {
     std::string what;
+    const TToolExtension* ext = ExtensionOfType(type);
     if (type == GIS_FILE_NONE) {
-        what = "no format for " + path + " (use .job, .pmh, .dxf, .mif or .shp)";
-    } else if (writing ? !TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(type))
-                       : !TGisMap::CanLoad(static_cast<TLGIS_FILE_TYPE>(type))) {
-        what = std::string(writing ? "writing " : "reading ") +
-               TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(type)) +
+        what = "no format for " + path + " (use " + ToolFileExtensions() + ")";
+    } else if (ext != nullptr ? !ext->strUnavailable.empty()
+               : writing      ? !TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(type))
+                              : !TGisMap::CanLoad(static_cast<TLGIS_FILE_TYPE>(type))) {
+        what = std::string(writing ? "writing " : "reading ") + ToolTypeName(type) +
                " files is not available in this build: " + path;
+        if (ext != nullptr) what += " (" + ext->strUnavailable + ")";
     } else if (result == GISFILE_ERR_OPEN || (!writing && result == GISFILE_ERR_UNAVAILABLE)) {
         std::error_code ec;
         if (!writing && !std::filesystem::exists(PathOf(path), ec))
@@ -144,7 +146,7 @@ bool AugmentLayer(TMapLayer& layer, const TToolOptions& options) {
 TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOptions& options, bool notes) {
     TLoadOutcome outcome;
     if (path == "-") return outcome;
-    outcome.iType = TGisMap::GetGisFileType(path.c_str());
+    outcome.iType = ToolFileType(path);
     const bool wantProgress = WantProgress(options);
     g_bProgressBar = isatty(STDERR_FILENO) != 0;
     g_iLastShown = -1;
@@ -157,7 +159,6 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
                        : "cannot open " + path + " (no such file) (6002)");
         return outcome;
     }
-    TGisMap map;
     ForgetProjectedAnswer();
     TFileReprojection reprojection;
     if (Reprojecting()) {
@@ -168,8 +169,12 @@ TLoadOutcome LoadLayer(const std::string& path, TMapLayer& layer, const TToolOpt
             return outcome;
         }
     }
-    outcome.iResult =
-        map.LoadFile(path.c_str(), &layer, wantProgress ? ShowProgress : nullptr, outcome.Report);
+    const GisProgressCallback progress = wantProgress ? ShowProgress : nullptr;
+    const TToolExtension* ext = ExtensionOfType(outcome.iType);
+    if (ext != nullptr && ext->loadLayer)
+        outcome.iResult = ext->loadLayer(path, layer, progress, outcome.Report);
+    else
+        outcome.iResult = TGisMap().LoadFile(path.c_str(), &layer, progress, outcome.Report);
     outcome.bRead = true;
     if (Reprojecting()) reprojection.Judge(path, outcome.Report, outcome.strFailure);
     if (wantProgress) FinishProgress(outcome.Complete());

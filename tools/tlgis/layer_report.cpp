@@ -140,8 +140,7 @@ std::string LayerToJson(const std::string& file, const TLoadOutcome& outcome, co
 std::string LayerSummary(const std::string& file, const TLoadOutcome& outcome, const TMapLayer& layer) {
     std::string out;
     out += "File:     " + file + "\n";
-    out += "Type:     " + std::to_string(outcome.iType) + " (" +
-           TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(outcome.iType)) + ")\n";
+    out += "Type:     " + std::to_string(outcome.iType) + " (" + ToolTypeName(outcome.iType) + ")\n";
     out += "Result:   " + std::to_string(outcome.iResult) + " (" + DescribeResult(outcome.iResult, false) +
            ")\n";
     if (outcome.Crs.bReproject) out += "CRS:      " + DescribeCrs(outcome.Crs) + "\n";

@@ -12,7 +12,7 @@
 #include "utf8_paths.h"
 
 namespace {
-const char* const kUsage =
+const char* const kUsageCommands =
     "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n"
     "\n"
     "Commands:\n"
@@ -23,7 +23,9 @@ const char* const kUsage =
     "                                  into DIR (default ./tlgis-demo) and read each file back\n"
     "  help [COMMAND]                  show this text, or the options of a command\n"
     "\n"
-    "Formats: .job (JOB), .pmh (PMH), .dxf (DXF), .mif (MID/MIF pair), .shp (shapefile)\n"
+    "Formats: .job (JOB), .pmh (PMH), .dxf (DXF), .mif (MID/MIF pair), .shp (shapefile)\n";
+
+const char* const kUsageOptions =
     "\n"
     "Common options:\n"
     "  --projected stop|continue|ask|reproject\n"
@@ -54,13 +56,21 @@ const char* const kUsage =
     "  --progress                  show progress while loading and the time a write took\n"
     "  --quiet                     no notes\n";
 
+// The commands, the formats (the library's five, then those of the extensions), the options.
+void PrintUsage(std::FILE* out) {
+    std::fputs(kUsageCommands, out);
+    for (const TToolExtension& ext : ToolExtensions())
+        if (!ext.formatsHelp.empty()) std::fprintf(out, "         %s\n", ext.formatsHelp.c_str());
+    std::fputs(kUsageOptions, out);
+}
+
 const char* const kConvertHelp =
     "Usage: tlgis convert IN OUT [options]\n"
     "       tlgis convert IN... -o DIR -f FORMAT [options]\n"
     "Loads IN (or starts from an empty layer when IN is '-') and writes the layer to OUT in the\n"
     "format that OUT's extension selects. With -o, every IN is written to DIR under its own name\n"
-    "with the extension FORMAT (job, pmh, dxf, mif or shp); a failed file stops none of the others\n"
-    "and makes the exit status 1.\n";
+    "with the extension FORMAT (job, pmh, dxf, mif, shp, geojson, kml or kmz); a failed file stops\n"
+    "none of the others and makes the exit status 1.\n";
 
 int Help(const TToolOptions& options) {
     if (!options.positional.empty() && options.positional[0] == "convert") {
@@ -73,8 +83,9 @@ int Help(const TToolOptions& options) {
                 std::printf("  %s\n", line.c_str());
             }
         }
-    } else
-        std::fputs(kUsage, stdout);
+    } else {
+        PrintUsage(stdout);
+    }
     return 0;
 }
 }  // namespace
@@ -90,7 +101,7 @@ int main(int argc, char** argv) {
     std::string error;
     if (!ParseToolOptions(argc, argv, options, error)) {
         PrintError(error);
-        std::fputs(kUsage, stderr);
+        PrintUsage(stderr);
         return kExitUsage;
     }
     if (options.Has("help") || options.strCommand == "help") return Help(options);
@@ -99,7 +110,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (options.strCommand.empty()) {
-        std::fputs(kUsage, stderr);
+        PrintUsage(stderr);
         return kExitUsage;
     }
     if (!SetUpSession(options, error)) {
@@ -111,6 +122,6 @@ int main(int argc, char** argv) {
     if (options.strCommand == "render") return RunRender(options);
     if (options.strCommand == "demo") return RunDemo(options);
     PrintError("unknown command '" + options.strCommand + "'");
-    std::fputs(kUsage, stderr);
+    PrintUsage(stderr);
     return kExitUsage;
 }

@@ -58,6 +58,9 @@ public:
     bool IsAbLineDrawn(int line) const { return line == 1 || m_iAbLines >= line; }
     // Number of swath lines that DrawAbLine lays beside each AB line.
     int GetSwathLineCount() const;
+    // Their indexes, first up to end (not included), in swath widths from the guidance line: 0
+    // up to the count, or half of them on each side for REVERSE_RACETRACK and EXPAND.
+    void GetSwathLineRange(int& first, int& end) const;
 
     int m_iKind = BACK_TO_BACK;
     int m_iDirection = LEFT;

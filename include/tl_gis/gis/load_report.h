@@ -103,11 +103,26 @@ enum TLoadCause : int {
     LOAD_UNKNOWN_RECORD,
     LOAD_STRAY_LINE,
 
+    // GeoJSON and KML (read by the exchange module beside the library): what these files hold
+    // beyond the map model, and what the exchange writers add for display only.
+    LOAD_HEIGHTS_DROPPED,           // features whose positions carry heights (Z)
+    LOAD_ALTITUDE_MODE_DROPPED,     // KML altitudeMode elements
+    LOAD_FEATURE_NO_GEOMETRY,       // features without a geometry
+    LOAD_FEATURE_UNKNOWN_GEOMETRY,  // geometries of a type not read (KML tracks and models, others)
+    LOAD_FEATURE_BAD_GEOMETRY,      // geometries too short or with coordinates that are no numbers
+    LOAD_FEATURE_SPRAY_DISPLAY,     // recorded spray swaths and non-spray paths
+    LOAD_FEATURE_SWATH_LINE,        // swath lines beside a pattern's AB lines
+    LOAD_KML_OVERLAY,               // overlays and network links
+    LOAD_TEXT_CUT_AT_NUL,           // texts holding a NUL character
+    LOAD_KMZ_OTHER_KML,             // KML files of a KMZ beside the one read
+    LOAD_KMZ_UNSAFE_NAME,           // KMZ entries whose names leave the archive's folder
+
     LOAD_CAUSE_COUNT
 };
 
-// What the places of a load count: records (shapefiles) or lines (the text formats).
-enum TLoadPlaceUnit : int { LOAD_PLACE_RECORD = 0, LOAD_PLACE_LINE = 1 };
+// What the places of a load count: records (shapefiles), lines (the text formats) or features
+// (GeoJSON features and KML placemarks).
+enum TLoadPlaceUnit : int { LOAD_PLACE_RECORD = 0, LOAD_PLACE_LINE = 1, LOAD_PLACE_FEATURE = 2 };
 
 class TL_GIS_API TLoadReport {
 public:
@@ -158,8 +173,8 @@ public:
     // True when reading stopped early, or when nothing was added from a file that held data
     // (something was passed over): the load did not do what a user would assume.
     bool IsIncomplete() const;
-    // The place text of a record or line number in this report's unit ("record 12", "line 7";
-    // record 0 is the shapefile's header).
+    // The place text of a record, line or feature number in this report's unit ("record 12",
+    // "line 7", "feature 3"; record 0 is the shapefile's header, feature 0 the file's top level).
     std::string PlaceText(long long place) const;
 
     // The cause as a report lists it after a count: singular for 1, plural otherwise.

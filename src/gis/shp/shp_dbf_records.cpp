@@ -54,45 +54,39 @@ void TGisFileShp::WriteDbfEnd() {
 int TGisFileShp::WriteSprayDbfRecord() {
     const bool us = m_bMetric == 0;
     const double length = us ? FEET_PER_METRE : 1.0;
+    const TSprayTableRow& row = m_SprayRow;
     m_pIo->m_DbfRecord.Begin(GetDbfFields(DBF_TABLE_SPRAY, !us), s_bCompleteProfile);
     m_pIo->m_DbfRecord.AddInteger(++m_lDbfSerial);
-    for (const std::string* text :
-         {&m_strCustomer, &m_strFileName, &m_strFileDate, &m_strAircraft, &m_strPilot, &m_strFieldName,
-          &m_strOffset, &m_strLineNum, &m_strEventTime, &m_strPosLat, &m_strPosLon})
+    for (const std::string* text : {&row.strCustomer, &row.strFileName, &row.strFileDate, &row.strAircraft,
+                                    &row.strPilot, &row.strFieldName, &row.strOffset, &row.strLineNum,
+                                    &row.strEventTime, &row.strPosLat, &row.strPosLon})
         m_pIo->m_DbfRecord.AddText(*text);
-    m_pIo->m_DbfRecord.AddNumber(m_dSpeed * MPH_PER_METRE_PER_SECOND, 3);
-    m_pIo->m_DbfRecord.AddNumber(m_dTrack * length, 3);
-    m_pIo->m_DbfRecord.AddNumber(m_dSwathWidth * length, 3);
-    m_pIo->m_DbfRecord.AddNumber(m_dHeight * length, 3);
-    m_pIo->m_DbfRecord.AddNumber(m_dAgl * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(row.dSpeed * MPH_PER_METRE_PER_SECOND, 3);
+    m_pIo->m_DbfRecord.AddNumber(row.dTrack * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(row.dSwathWidth * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(row.dHeight * length, 3);
+    m_pIo->m_DbfRecord.AddNumber(row.dAgl * length, 3);
 
-    // A polygon stands for several steps: its row carries their summed area, the spray flag of
-    // its last step and the boom flag of its first. A run that counted no step has blank values.
-    const bool known = m_iStatCount > 0 && m_pdStatArea != nullptr;
+    // A polygon stands for several steps (see SummarizeSpraySteps). A run that counted no step
+    // has blank values.
     const double area = us ? ACRES_PER_HECTARE : 1.0;
     const double rate = us ? GALLONS_PER_ACRE_PER_LITRE_PER_HECTARE : 1.0;
-    if (known) {
-        double sum = 0.0;
-        for (int i = 0; i < m_iStatCount; ++i) sum += m_pdStatArea[i];
-        m_pIo->m_DbfRecord.AddNumber(sum * area, 6);
-    } else {
+    if (row.Steps.bKnown)
+        m_pIo->m_DbfRecord.AddNumber(row.Steps.dArea * area, 6);
+    else
         m_pIo->m_DbfRecord.AddText({});
-    }
     switch (s_eESRISprayFormat) {
         case ESRI_SPRAY_POLYGONS:
-            if (known && m_pdRunTargetRate != nullptr && m_pdRunActualRate != nullptr) {
-                m_pIo->m_DbfRecord.AddNumber(m_pdRunTargetRate[0] * rate, 6);
-                m_pIo->m_DbfRecord.AddNumber(m_pdRunActualRate[0] * rate, 6);
+        case ESRI_SPRAY_POLYLINES:
+        case ESRI_SPRAY_POINTS:
+        case ESRI_SPRAY_SPOTS:
+            if (row.bHasRates) {
+                m_pIo->m_DbfRecord.AddNumber(row.dTargetRate * rate, 6);
+                m_pIo->m_DbfRecord.AddNumber(row.dActualRate * rate, 6);
             } else {
                 m_pIo->m_DbfRecord.AddText({});
                 m_pIo->m_DbfRecord.AddText({});
             }
-            break;
-        case ESRI_SPRAY_POLYLINES:
-        case ESRI_SPRAY_POINTS:
-        case ESRI_SPRAY_SPOTS:
-            m_pIo->m_DbfRecord.AddNumber(m_dTargetRate * rate, 6);
-            m_pIo->m_DbfRecord.AddNumber(m_dActualRate * rate, 6);
             break;
         default:
             // Polygons written for a format value out of range carry no rates.
@@ -100,9 +94,9 @@ int TGisFileShp::WriteSprayDbfRecord() {
             m_pIo->m_DbfRecord.AddNumber(0.0, 6);
             break;
     }
-    if (known) {
-        m_pIo->m_DbfRecord.AddFlag(m_pbyStatSpray[m_iStatCount - 1]);
-        m_pIo->m_DbfRecord.AddFlag(m_pbyStatBoom[0]);
+    if (row.Steps.bKnown) {
+        m_pIo->m_DbfRecord.AddFlag(row.Steps.bySpray);
+        m_pIo->m_DbfRecord.AddFlag(row.Steps.byBoom);
     }
     const std::string& bytes = m_pIo->m_DbfRecord.Bytes();
     m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
@@ -122,19 +116,4 @@ int TGisFileShp::WriteNonSprayDbfRecord() {
     const std::string& bytes = m_pIo->m_DbfRecord.Bytes();
     m_pIo->m_Out.m_Table.Write(bytes.data(), bytes.size());
     return 0;
-}
-
-void TGisFileShp::AppendEventTime(std::string& out, const tagSPRAYREC& sample) {
-    if (!IsSprayTimeValid(sample)) {
-        out += "Time N/A";
-        return;
-    }
-    const TSprayTime t = UnpackSprayTime(sample);
-    const int parts[] = {t.iHour, t.iMinute, t.iSecond, t.iHundredths};
-    const char separators[] = " ::.";
-    for (int i = 0; i < 4; ++i) {
-        out += separators[i];
-        if (parts[i] < 10) out += '0';
-        AppendInt(out, parts[i]);
-    }
 }

@@ -110,7 +110,7 @@ void TGisFileShp::SetNonSprayAttributes(const tagSPRAYREC& sample, double height
     m_strSampleLine.clear();
     AppendInt(m_strSampleLine, sample.sLine);
     m_strSampleTime.clear();
-    AppendEventTime(m_strSampleTime, sample);
+    AppendSprayEventTime(m_strSampleTime, sample);
     m_strSampleLat.clear();
     AppendFixed(m_strSampleLat, sample.locPos.dLat, 10);
     m_strSampleLon.clear();

@@ -7,7 +7,6 @@
 #include <tl_gis/platform/numbers.h>
 #include "gis/shp/shp_file_io.h"
 #include "platform/no_throw.h"
-#include "platform/system_services.h"
 
 namespace {
 int SprayShapeType(int format) {
@@ -21,27 +20,12 @@ int SprayShapeType(int format) {
             return SHPT_POLYGON;
     }
 }
-
-void AppendTwoDigits(std::string& out, int value) {
-    if (value < 10) out += '0';
-    AppendInt(out, value);
-}
 }  // namespace
 
 void TGisFileShp::ReadSourceFacts() {
-    TLocalTime modified;
-    if (!m_strSourceFile.empty() && GetFileModifiedTime(m_strSourceFile.c_str(), modified)) {
-        m_strSourceDate.clear();
-        AppendTwoDigits(m_strSourceDate, modified.iDay);
-        m_strSourceDate += '/';
-        AppendTwoDigits(m_strSourceDate, modified.iMonth);
-        m_strSourceDate += '/';
-        AppendInt(m_strSourceDate, modified.iYear);
-    } else {
-        m_strSourceDate = "Date N/A";
-    }
+    m_SpraySource = ReadSpraySource(m_strCompanyName, m_strSourceFile);
     m_strSourcePath = m_strSourceFile;
-    m_strSourceFile = FileutilGetName(m_strSourceFile);
+    m_strSourceFile = m_SpraySource.strFileName;
 }
 
 int TGisFileShp::WriteFile(const char* path, TMapLayer* layer) {

@@ -15,6 +15,7 @@
 
 #include <tl_gis/features/buffer.h>
 #include <tl_gis/gis/gis_file.h>
+#include <tl_gis/gis/shp/spray_table.h>
 
 struct TShpFileIo;
 struct TShpRecord;
@@ -162,11 +163,6 @@ private:
     void WriteCompleteRow(const TCompleteRow& row);
     // Reads the source file's date and cuts m_strSourceFile to its name.
     void ReadSourceFacts();
-    // Fills the attributes that come from one sample (time, field, offset, line, numbers).
-    void SetSampleAttributes(const tagSPRAYREC& sample);
-    void SetPositionAttributes(double lat, double lon);
-    // " hh:mm:ss.hh", or "Time N/A" for a time stamp out of range.
-    static void AppendEventTime(std::string& out, const tagSPRAYREC& sample);
 
     int CreateNonSprayData(const std::string& sourcePath, TMapLayer* layer);
     int WriteNonSprayHeader(bool final);
@@ -194,7 +190,7 @@ private:
     std::unique_ptr<TShpFileIo> m_pIo;
 
     // Writing state.
-    std::string m_strSourceDate;
+    TSpraySource m_SpraySource;  // the customer, source name and date the rows show
     std::string m_strSourcePath;
     int m_iShapeRecords = 0;     // records of the triple being written, numbered from 1
     int m_iNonSprayRecords = 0;  // table records of the non-spray triple
@@ -210,32 +206,7 @@ private:
     std::string m_strDbfHeader;
 
     // Attribute values of the record being written.
-    std::string m_strCustomer;
-    std::string m_strFileName;
-    std::string m_strFileDate;
-    std::string m_strAircraft;
-    std::string m_strPilot;
-    std::string m_strFieldName;
-    std::string m_strOffset;
-    std::string m_strLineNum;
-    std::string m_strEventTime;
-    std::string m_strPosLat;
-    std::string m_strPosLon;
-    double m_dSpeed = 0.0;  // m/s
-    double m_dTrack = 0.0;  // metres
-    double m_dSwathWidth = 0.0;
-    double m_dHeight = 0.0;
-    double m_dAgl = 0.0;
-    const double* m_pdStatArea = nullptr;  // hectares
-    const std::uint8_t* m_pbyStatSpray = nullptr;
-    const std::uint8_t* m_pbyStatBoom = nullptr;
-    int m_iStatCount = 0;
-    const double* m_pdRunActualRate = nullptr;  // L/ha, polygons
-    const double* m_pdRunTargetRate = nullptr;
-    double m_dActualRate = 0.0;  // L/ha, other forms
-    double m_dTargetRate = 0.0;
-    double m_adSampleStat[1] = {};  // the one statistics entry of a sample's record
-    std::uint8_t m_abySampleFlag[1] = {};
+    TSprayTableRow m_SprayRow;
     std::string m_strSampleLine;
     std::string m_strSampleTime;
     std::string m_strSampleLat;

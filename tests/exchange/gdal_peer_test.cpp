@@ -1,0 +1,276 @@
+// GDAL as the oracle. Every file we write opens in GDAL (GeoJSON, and KML and KMZ through its
+// LIBKML driver) without an error or warning, with our features, their parts and vertices to
+// 1e-9 degrees and their properties. Files GDAL writes (GeoJSON, KML, LIBKML) from geometries
+// given as WKT load with the parts and vertices GDAL wrote.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include <tl_gis/gis/flight/flight_csv.h>
+#include <tl_gis/platform/numbers.h>
+#include <nlohmann/json.hpp>
+#include "exchange_test_support.h"
+#include "layer_export.h"
+
+using namespace exchange_test;
+namespace fs = std::filesystem;
+
+namespace {
+struct TGdalFeature {
+    std::vector<std::vector<tagLOC>> Parts;
+    std::vector<std::string> Kinds;  // point, line or ring
+    nlohmann::json Fields;
+};
+
+struct TGdalView {
+    bool bOk = false;
+    std::vector<TGdalFeature> Features;
+    std::vector<std::string> Complaints;
+};
+
+bool HaveGdalPython() {
+    return HaveProgram(TL_GIS_PYTHON) &&
+           RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import osgeo.ogr'").iExit == 0;
+}
+
+// Views from the script's output: after each {"file": PATH} line, that file's features and then
+// its complaints.
+std::map<std::string, TGdalView> ParseViews(const std::string& output, const std::string& single) {
+    std::map<std::string, TGdalView> views;
+    TGdalView* current = single.empty() ? nullptr : &views[single];
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        const nlohmann::json j = nlohmann::json::parse(line);
+        if (j.contains("file")) {
+            current = &views[j["file"].get<std::string>()];
+            current->bOk = !j.contains("failed");
+            if (!current->bOk) current->Features.clear();
+            continue;
+        }
+        if (current == nullptr) continue;
+        if (j.contains("complaints")) {
+            current->Complaints = j["complaints"].get<std::vector<std::string>>();
+            continue;
+        }
+        TGdalFeature f;
+        for (const auto& part : j["parts"]) {
+            f.Parts.emplace_back();
+            for (const auto& p : part) f.Parts.back().push_back({p[1].get<double>(), p[0].get<double>()});
+        }
+        f.Kinds = j["kinds"].get<std::vector<std::string>>();
+        f.Fields = j["fields"];
+        current->Features.push_back(std::move(f));
+    }
+    return views;
+}
+
+std::string ViewScript() {
+    return std::string(TL_GIS_PYTHON) + " " +
+           ShellQuote(std::string(TL_GIS_SOURCE_DIR) + "/tests/exchange/gdal_view.py");
+}
+
+// What GDAL reads in path.
+TGdalView ViewWithGdal(const std::string& path) {
+    const TCommandResult r = RunCommand(ViewScript() + " " + ShellQuote(path));
+    if (r.iExit != 0) return {};
+    TGdalView view = ParseViews(r.strOut, path)[path];
+    view.bOk = true;
+    return view;
+}
+
+struct TGdalCopy {
+    std::string strPath, strSource, strDriver;
+};
+
+// Has GDAL write each copy from its source with its driver, then read it.
+std::map<std::string, TGdalView> WriteWithGdal(const std::vector<TGdalCopy>& copies, const TTempDir& dir) {
+    std::string list;
+    for (const TGdalCopy& c : copies) list += c.strPath + "\t" + c.strSource + "\t" + c.strDriver + "\n";
+    WriteFileBytes(dir.File("copies.txt"), list);
+    const TCommandResult r = RunCommand(ViewScript() + " --batch " + ShellQuote(dir.File("copies.txt")));
+    return ParseViews(r.strOut, "");
+}
+
+// The layer the GDAL tests write: every element kind, and the runs of the sample flight.
+void FillWithSpray(TMapLayer& layer) {
+    FillEveryKind(layer);
+    TFlightImport flight =
+        ReadFlightCsvFile((std::string(TL_GIS_SOURCE_DIR) + "/examples/flight.csv").c_str());
+    ASSERT_EQ(flight.iResult, 0) << flight.strError;
+    for (auto& spray : flight.Sprays) {
+        spray->ComputeAllSprayStats();
+        layer.AddElement(spray.release());
+    }
+}
+
+// What differs between a property of ours and GDAL's field of the same name.
+std::string FieldDifference(const std::string& key, const TPropertyValue& ours,
+                            const nlohmann::json& fields) {
+    // LIBKML shows a placemark's name as its Name field.
+    const std::string field = fields.contains(key) ? key : key == "name" ? "Name" : key;
+    if (!fields.contains(field)) return "no field " + key;
+    const nlohmann::json& theirs = fields[field];
+    switch (ours.eType) {
+        case TPropertyValue::PROPERTY_NULL:
+            return theirs.is_null() ? "" : key + " is not null";
+        case TPropertyValue::PROPERTY_NUMBER: {
+            const double a = ours.dNumber;
+            const double b = theirs.is_number()
+                                 ? theirs.get<double>()
+                                 : ParseDouble(theirs.is_string() ? theirs.get<std::string>() : "x");
+            // Numbers written with fixed decimals read back rounded to them.
+            const double tolerance = ours.iDecimals >= 0 ? 0.5 * std::pow(10.0, -ours.iDecimals) + 1e-12
+                                                         : 1e-9 * std::max(1.0, std::fabs(a));
+            return std::fabs(a - b) <= tolerance ? "" : key + " " + theirs.dump();
+        }
+        default:
+            return theirs.is_string() && theirs.get<std::string>() == ours.AsText()
+                       ? ""
+                       : key + " '" + ours.AsText() + "' read as " + theirs.dump();
+    }
+}
+
+struct TWriteCase {
+    const char* pszFile;
+};
+
+class GdalOpensOurFiles : public ::testing::TestWithParam<TWriteCase> {};
+
+TEST_P(GdalOpensOurFiles, WithOurFeaturesVerticesAndProperties) {
+    SKIP_WITHOUT_LINUX_PEERS();
+    if (!HaveGdalPython()) GTEST_SKIP() << "GDAL's Python bindings are missing";
+    TTempDir dir;
+    const std::string path = dir.File(GetParam().pszFile);
+    TMapLayer layer, expected;
+    FillWithSpray(layer);
+    FillWithSpray(expected);
+    ASSERT_EQ(WriteExchangeFile(path.c_str(), &layer, {}), 0);
+    TExportSettings settings;
+    settings.bSwathLines = GetExchangeFileType(path.c_str()) != EXCHANGE_FILE_GEOJSON;
+    const std::vector<TExchangeFeature> ours = ExportLayerFeatures(expected, settings);
+
+    const TGdalView gdal = ViewWithGdal(path);
+    ASSERT_TRUE(gdal.bOk);
+    EXPECT_TRUE(gdal.Complaints.empty()) << gdal.Complaints.front();
+    ASSERT_EQ(gdal.Features.size(), ours.size());
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        std::vector<std::vector<tagLOC>> parts;
+        for (const TExchangeGeometry& g : ours[i].Geometries)
+            parts.insert(parts.end(), g.Parts.begin(), g.Parts.end());
+        const TGdalFeature& theirs = gdal.Features[i];
+        ASSERT_EQ(theirs.Parts.size(), parts.size()) << "feature " << i;
+        for (std::size_t p = 0; p < parts.size(); ++p) {
+            ASSERT_EQ(theirs.Parts[p].size(), parts[p].size()) << "feature " << i << " part " << p;
+            for (std::size_t v = 0; v < parts[p].size(); ++v)
+                EXPECT_TRUE(Near(theirs.Parts[p][v], parts[p][v])) << "feature " << i << " vertex " << v;
+        }
+        for (const auto& [key, value] : ours[i].Properties) {
+            const std::string difference = FieldDifference(key, value, theirs.Fields);
+            EXPECT_TRUE(difference.empty()) << "feature " << i << ": " << difference;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, GdalOpensOurFiles,
+                         ::testing::Values(TWriteCase{"ours.geojson"}, TWriteCase{"ours.kml"},
+                                           TWriteCase{"ours.kmz"}),
+                         [](const auto& info) {
+                             const std::string name = info.param.pszFile;
+                             return name.substr(name.find('.') + 1);
+                         });
+
+// The parts and vertices our reader should add from what GDAL wrote: every feature whose
+// positions are all latitude and longitude, lines of 2 positions or more, rings of 3 or more.
+struct TCounts {
+    long long lParts = 0;
+    long long lVertices = 0;
+};
+
+TCounts Expected(const TGdalView& view) {
+    TCounts counts;
+    for (const TGdalFeature& f : view.Features) {
+        bool geographic = true;
+        for (const auto& part : f.Parts)
+            for (const tagLOC& p : part)
+                geographic = geographic && std::fabs(p.dLat) <= 90 && std::fabs(p.dLon) <= 180;
+        if (!geographic) continue;
+        for (std::size_t i = 0; i < f.Parts.size(); ++i) {
+            const std::size_t least = f.Kinds[i] == "ring" ? 3 : f.Kinds[i] == "line" ? 2 : 1;
+            if (f.Parts[i].size() < least) continue;
+            ++counts.lParts;
+            counts.lVertices += static_cast<long long>(f.Parts[i].size());
+        }
+    }
+    return counts;
+}
+
+TCounts Loaded(const TMapLayer& layer) {
+    TCounts counts;
+    for (const TMapElement* e : layer.m_Elements) {
+        ++counts.lParts;
+        const auto* line = dynamic_cast<const TFeatureLine*>(e);
+        counts.lVertices += line != nullptr ? line->m_iNumPoints : 1;
+    }
+    return counts;
+}
+
+// Loads the copy GDAL wrote: the parts and vertices GDAL wrote (answering No to the
+// projected-coordinate question, so that features GDAL left projected are passed over); "" when
+// they match or when GDAL could not write the copy.
+std::string CompareWithGdal(const TGdalView& gdal, const std::string& path) {
+    if (!gdal.bOk) return "";
+    TScriptedMessages noToAll(std::vector<int>(100000, ANSWER_NO));
+    TMapLayer layer;
+    TLoadReport report;
+    const int result = LoadFile(path, layer, report);
+    if (result != 0) return "result " + std::to_string(result);
+    const TCounts expected = Expected(gdal), loaded = Loaded(layer);
+    if (expected.lParts != loaded.lParts || expected.lVertices != loaded.lVertices)
+        return "GDAL wrote " + std::to_string(expected.lParts) + " parts of " +
+               std::to_string(expected.lVertices) + " vertices, loaded " + std::to_string(loaded.lParts) +
+               " of " + std::to_string(loaded.lVertices);
+    return "";
+}
+
+const char* const kDrivers[][2] = {{"GeoJSON", "geojson"}, {"KML", "kml"}, {"LIBKML", "kml"}};
+
+TEST(GdalWrittenFiles, FromWktLoadWithTheirPartsAndVertices) {
+    SKIP_WITHOUT_LINUX_PEERS();
+    if (!HaveGdalPython()) GTEST_SKIP() << "GDAL's Python bindings are missing";
+    TTempDir dir;
+    WriteFileBytes(
+        dir.File("shapes.csv"),
+        "WKT,Name,id\n"
+        "\"POLYGON ((-93.26 45.49,-93.26 45.51,-93.24 45.51,-93.24 45.49,-93.26 45.49),(-93.255 45.495,"
+        "-93.25 45.495,-93.25 45.5,-93.255 45.5,-93.255 45.495))\",North,1\n"
+        "\"MULTIPOLYGON (((-93.1 45.1,-93.1 45.2,-93.0 45.2,-93.1 45.1)),((-93.3 45.3,-93.3 45.4,-93.2 "
+        "45.4,-93.3 45.3)))\",,2\n"
+        "\"LINESTRING (-93.2 45.5,-93.1 45.6,-93.0 45.6)\",,3\n"
+        "\"MULTILINESTRING ((-93.2 45.5,-93.1 45.6),(-93 45,-93.1 45.1))\",,4\n"
+        "\"POINT (-93.25 45.5)\",Gate,5\n"
+        "\"MULTIPOINT ((-93.2 45.4),(-93.21 45.41))\",,6\n"
+        "\"POINT Z (-93.25 45.5 100)\",Tower,7\n");
+    std::vector<TGdalCopy> copies;
+    for (const auto& [driver, extension] : kDrivers)
+        copies.push_back(
+            {dir.File(std::string("from_wkt_") + driver + "." + extension), dir.File("shapes.csv"), driver});
+    const std::map<std::string, TGdalView> views = WriteWithGdal(copies, dir);
+    for (const TGdalCopy& copy : copies) {
+        const std::string& path = copy.strPath;
+        const char* driver = copy.strDriver.c_str();
+        ASSERT_TRUE(views.count(path) && views.at(path).bOk) << driver;
+        EXPECT_EQ(CompareWithGdal(views.at(path), path), "") << driver;
+        TMapLayer layer;
+        TLoadReport report;
+        ASSERT_EQ(LoadFile(path, layer, report), 0) << driver;
+        int markers = 0;
+        for (const TMapElement* e : layer.m_Elements) markers += e->GetKind() == ELEMENT_MARKER ? 1 : 0;
+        EXPECT_EQ(markers, 2) << driver << ": Gate and Tower have names";
+    }
+}
+
+}  // namespace

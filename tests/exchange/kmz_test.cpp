@@ -1,0 +1,178 @@
+// KMZ archives as other programs make them: the KML under another name than doc.kml, images
+// beside it, and hostile ones (an entry claiming gigabytes, a zip bomb, names that leave the
+// archive's folder), each loading or ending with a clear error within seconds.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+
+#include "exchange_test_support.h"
+
+using namespace exchange_test;
+
+namespace {
+std::uint32_t Crc32(const std::string& bytes) {
+    std::uint32_t crc = 0xFFFFFFFFu;
+    for (unsigned char c : bytes) {
+        crc ^= c;
+        for (int k = 0; k < 8; ++k) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+void Put16(std::string& out, std::uint32_t v) {
+    out += static_cast<char>(v & 0xFF);
+    out += static_cast<char>((v >> 8) & 0xFF);
+}
+
+void Put32(std::string& out, std::uint32_t v) {
+    Put16(out, v & 0xFFFF);
+    Put16(out, v >> 16);
+}
+
+struct TZipEntry {
+    std::string strName;
+    std::string strBytes;
+    std::uint32_t uClaimedSize = 0;  // the uncompressed size the directory claims; 0 for the true one
+};
+
+// A zip archive of stored (uncompressed) entries.
+std::string StoredZip(const std::vector<TZipEntry>& entries) {
+    std::string out, directory;
+    for (const TZipEntry& e : entries) {
+        const std::uint32_t offset = static_cast<std::uint32_t>(out.size());
+        const std::uint32_t crc = Crc32(e.strBytes);
+        const auto size = static_cast<std::uint32_t>(e.strBytes.size());
+        const std::uint32_t claimed = e.uClaimedSize != 0 ? e.uClaimedSize : size;
+        Put32(out, 0x04034b50);
+        for (std::uint32_t v : {20u, 0u, 0u, 0u, 0x21u}) Put16(out, v);  // version, flags, stored, time, date
+        Put32(out, crc);
+        Put32(out, size);
+        Put32(out, claimed);
+        Put16(out, static_cast<std::uint32_t>(e.strName.size()));
+        Put16(out, 0);
+        out += e.strName + e.strBytes;
+        Put32(directory, 0x02014b50);
+        for (std::uint32_t v : {20u, 20u, 0u, 0u, 0u, 0x21u}) Put16(directory, v);
+        Put32(directory, crc);
+        Put32(directory, size);
+        Put32(directory, claimed);
+        Put16(directory, static_cast<std::uint32_t>(e.strName.size()));
+        for (std::uint32_t v : {0u, 0u, 0u, 0u}) Put16(directory, v);
+        Put32(directory, 0);
+        Put32(directory, offset);
+        directory += e.strName;
+    }
+    const auto start = static_cast<std::uint32_t>(out.size());
+    out += directory;
+    Put32(out, 0x06054b50);
+    for (std::uint32_t v : {0u, 0u}) Put16(out, v);
+    Put16(out, static_cast<std::uint32_t>(entries.size()));
+    Put16(out, static_cast<std::uint32_t>(entries.size()));
+    Put32(out, static_cast<std::uint32_t>(directory.size()));
+    Put32(out, start);
+    Put16(out, 0);
+    return out;
+}
+
+const std::string kField =
+    R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document><name>Field</name><Placemark><name>North</name>)"
+    "<Polygon><outerBoundaryIs><LinearRing><coordinates>-93.26,45.49 -93.26,45.51 -93.24,45.51 -93.24,45.49 "
+    "-93.26,45.49</coordinates></LinearRing></outerBoundaryIs></Polygon></Placemark></Document></kml>";
+
+struct TKmzCase {
+    const char* pszName;
+    std::vector<TZipEntry> Entries;
+    int iResult;
+    std::size_t nElements;
+    TLoadCause eCause;
+    std::string strStop;
+};
+
+TEST(Kmz, ReadsTheKmlOfArchivesAndRefusesHostileOnes) {
+    const std::string png = "\x89PNG\r\n\x1a\n0000";
+    const TKmzCase cases[] = {
+        {"doc_kml", {{"doc.kml", kField}}, 0, 1, LOAD_CAUSE_COUNT, ""},
+        {"other_name_and_images",
+         {{"files/icon.png", png}, {"fields/north.kml", kField}, {"files/x.jpg", png}},
+         0,
+         1,
+         LOAD_CAUSE_COUNT,
+         ""},
+        {"doc_kml_before_others", {{"a.kml", "<kml/>"}, {"doc.kml", kField}}, 0, 1, LOAD_KMZ_OTHER_KML, ""},
+        {"name_leaving_the_folder",
+         {{"../../evil.kml", kField}, {"sub/../../x.kml", kField}, {"ok/./y.kml", kField}},
+         0,
+         1,
+         LOAD_KMZ_UNSAFE_NAME,
+         ""},
+        {"only_unsafe_names",
+         {{"/etc/field.kml", kField}, {"C:\\field.kml", kField}},
+         GISFILE_ERR_DATA,
+         0,
+         LOAD_KMZ_UNSAFE_NAME,
+         "holds no KML file"},
+        {"entry_claiming_gigabytes",
+         {{"doc.kml", kField, 0xF0000000u}},
+         GISFILE_ERR_DATA,
+         0,
+         LOAD_CAUSE_COUNT,
+         "at most 256 MiB of a KMZ is read"},
+        {"images_only", {{"icon.png", png}}, GISFILE_ERR_DATA, 0, LOAD_CAUSE_COUNT, "holds no KML file"},
+    };
+    for (const TKmzCase& c : cases) {
+        TMapLayer layer;
+        TLoadReport report;
+        const int result = LoadBytes(EXCHANGE_FILE_KMZ, StoredZip(c.Entries), layer, report);
+        EXPECT_EQ(result, c.iResult) << c.pszName;
+        EXPECT_EQ(layer.m_Elements.size(), c.nElements) << c.pszName;
+        if (c.eCause != LOAD_CAUSE_COUNT) {
+            EXPECT_GT(report.GetCount(c.eCause), 0) << c.pszName;
+        }
+        EXPECT_EQ(report.HasStopped(), !c.strStop.empty()) << c.pszName;
+        if (report.HasStopped()) {
+            EXPECT_NE(report.GetStopped().strReason.find(c.strStop), std::string::npos)
+                << c.pszName << ": " << report.GetStopped().strReason;
+        }
+    }
+    TMapLayer layer;
+    TLoadReport report;
+    EXPECT_EQ(LoadBytes(EXCHANGE_FILE_KMZ, "PK no zip at all", layer, report), GISFILE_ERR_OPEN);
+    EXPECT_NE(report.GetStopped().strReason.find("no zip archive"), std::string::npos);
+}
+
+// 300 MiB of zeros deflated into a few hundred kilobytes: with the true size in its directory
+// it is refused at the 256 MiB cap; claiming 1000 bytes, no more than those are unzipped and the
+// entry fails its checksum. Both within seconds.
+TEST(Kmz, ZipBombEndsAtTheCap) {
+    SKIP_WITHOUT_LINUX_PEERS();
+    if (!HaveProgram(TL_GIS_PYTHON)) GTEST_SKIP() << "no Python to make the archive";
+    TTempDir dir;
+    const std::string script = R"( -c 'import sys, zipfile, struct
+z = zipfile.ZipFile(sys.argv[1], "w", zipfile.ZIP_DEFLATED)
+with z.open("doc.kml", "w") as f:
+    f.write(b"<kml>")
+    for i in range(300): f.write(bytes(1 << 20))
+z.close()
+data = bytearray(open(sys.argv[1], "rb").read())
+if sys.argv[2] == "lie":
+    data[22:26] = struct.pack("<I", 1000)
+    at = data.rfind(b"PK\x01\x02")
+    data[at + 24:at + 28] = struct.pack("<I", 1000)
+open(sys.argv[1], "wb").write(data)')";
+    for (const char* how : {"true", "lie"}) {
+        const std::string path = dir.File(std::string(how) + ".kmz");
+        ASSERT_EQ(RunCommand(std::string(TL_GIS_PYTHON) + script + " " + ShellQuote(path) + " " + how).iExit,
+                  0);
+        TMapLayer layer;
+        TLoadReport report;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(LoadFile(path, layer, report), GISFILE_ERR_DATA) << how;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << how;
+        const std::string expected = std::string(how) == "lie" ? "does not match its size" : "256 MiB";
+        EXPECT_NE(report.GetStopped().strReason.find(expected), std::string::npos)
+            << how << ": " << report.GetStopped().strReason;
+    }
+}
+}  // namespace
