@@ -52,7 +52,8 @@ const char* const kJob =
     ".POL 1 x\r\n\tINC\r\n\t45.5 -93.3\r\n\t45.6 -93.3\r\n\t45.6 -93.2\r\n";
 
 // Python runs the tool and prints its exit status and what it parsed. Point C of the pattern is
-// not valid and is not listed.
+// not valid and is not listed. Marker names come out as UTF-8 whether the file held them in
+// Windows Latin 1 (the system's texts) or in UTF-8.
 TEST(TlgisTool, InfoJsonParsesBack) {
     SKIP_WITHOUT_LINUX_PEERS();
     const std::string python = TL_GIS_PYTHON;
@@ -65,10 +66,21 @@ TEST(TlgisTool, InfoJsonParsesBack) {
                    "r = subprocess.run(sys.argv[1:], capture_output=True)\nd = json.loads(r.stdout)\n"
                    "print(r.returncode, d['type'], d['result'], [e['kind'] for e in d['elements']], "
                    "[(e['pattern_kind'], e['swath_width_m'], sorted(e['points'])) for e in d['elements'] "
-                   "if e['kind'] == 'pattern'])\n");
-    const std::pair<const char*, const char*> cases[] = {
-        {"12.job", "0 1 0 ['marker', 'pattern', 'boundary'] [('EXPAND', 18.288, ['A', 'B', 'D'])]\n"},
-        {"gone.job", "1 1 6002 [] []\n"}};
+                   "if e['kind'] == 'pattern'], ascii([e['name'] for e in d['elements'] if 'name' in e]))\n");
+    // A drawing's attribute text in Windows Latin 1, and a GeoJSON name in UTF-8.
+    WriteFileBytes(dir.File("m.dxf"),
+                   "  0\nSECTION\n  2\nENTITIES\n  0\nINSERT\n  8\n0\n  2\nB\n 10\n10.1\n 20\n45.1\n 66\n1\n"
+                   "  0\nATTRIB\n  8\n0\n 10\n10.8\n 20\n45.5\n  1\nM\xFC"
+                   "ller\n  2\nTGR_NAME\n"
+                   "  0\nSEQEND\n  0\nENDSEC\n  0\nEOF\n");
+    WriteFileBytes(dir.File("m.geojson"), R"({"type":"Feature","properties":{"name":"M\u00fcller"},)"
+                                          R"("geometry":{"type":"Point","coordinates":[-93.25,45.5]}})");
+    const std::pair<const char*, std::string> cases[] = {
+        {"12.job",
+         "0 1 0 ['marker', 'pattern', 'boundary'] [('EXPAND', 18.288, ['A', 'B', 'D'])] ['Gate']\n"},
+        {"m.dxf", "0 3 0 ['marker'] [] ['M\\xfcller']\n"},
+        {"m.geojson", "0 6 0 ['marker'] [] ['M\\xfcller']\n"},
+        {"gone.job", "1 1 6002 [] [] []\n"}};
     for (const auto& [file, parsed] : cases) {
         const TCommandResult r = RunCommand(InFolderCommand(
             dir.Path(), python + " check.py " + ShellQuote(TLGIS_EXE) + " info --json " + file));

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include <tl_gis/platform/numbers.h>
+#include <tl_gis/platform/text_encoding.h>
 
 void TJsonWriter::BeforeValue() {
     if (m_afterKey) {
@@ -49,9 +50,13 @@ TJsonWriter& TJsonWriter::Key(std::string_view key) {
     return *this;
 }
 
-TJsonWriter& TJsonWriter::String(std::string_view value) {
+TJsonWriter& TJsonWriter::String(std::string_view text) {
     BeforeValue();
     m_out += '"';
+    // Texts are UTF-8 where the file said so (the complete profile converts them) and 8-bit
+    // Windows Latin 1 otherwise: valid UTF-8 passes as it stands, any other byte is taken as
+    // Windows Latin 1, so the output is valid UTF-8 either way.
+    const std::string value = ToUtf8(text, ENCODING_UTF8);
     for (unsigned char c : value) {
         switch (c) {
             case '"':
@@ -70,9 +75,7 @@ TJsonWriter& TJsonWriter::String(std::string_view value) {
                 m_out += "\\t";
                 break;
             default:
-                if (c < 0x20 || c >= 0x80) {
-                    // Bytes of the files are 8-bit text of no stated character set: each byte
-                    // becomes the code point of the same value, so the output is valid UTF-8.
+                if (c < 0x20) {
                     char buf[8];
                     std::snprintf(buf, sizeof buf, "\\u%04x", c);
                     m_out += buf;
