@@ -1,11 +1,13 @@
 // GDAL as the oracle. Every file we write opens in GDAL (GeoJSON, and KML and KMZ through its
 // LIBKML driver) without an error or warning, with our features, their parts and vertices to
 // 1e-9 degrees and their properties. Files GDAL writes (GeoJSON, KML, LIBKML) from geometries
-// given as WKT load with the parts and vertices GDAL wrote.
+// given as WKT, and on request from real-world shapefiles and MIF files, load with the parts and
+// vertices GDAL wrote.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -273,4 +275,36 @@ TEST(GdalWrittenFiles, FromWktLoadWithTheirPartsAndVertices) {
     }
 }
 
+TEST(GdalWrittenFiles, FromRealWorldFilesLoadWithTheirPartsAndVertices) {
+    SKIP_WITHOUT_LINUX_PEERS();
+    if (!HaveGdalPython()) GTEST_SKIP() << "GDAL's Python bindings are missing";
+    // Files of other projects are not part of this one: the case runs on a folder named by
+    // TL_GIS_REALWORLD (with shp/ and mif/ inside), as scripts/realworld-check.sh does.
+    const char* folder = std::getenv("TL_GIS_REALWORLD");
+    if (folder == nullptr || *folder == '\0')
+        GTEST_SKIP() << "TL_GIS_REALWORLD names no folder of real-world files";
+    const fs::path realworld = folder;
+    std::error_code ec;
+    if (!fs::is_directory(realworld, ec)) GTEST_SKIP() << "no real-world files at " << realworld;
+    TTempDir dir;
+    std::vector<TGdalCopy> copies;
+    for (const char* folder : {"shp", "mif"}) {
+        for (const auto& entry : fs::directory_iterator(realworld / folder, ec)) {
+            const std::string extension = entry.path().extension().string();
+            if (extension != ".shp" && extension != ".mif") continue;
+            for (const auto& [driver, ext] : kDrivers)
+                copies.push_back({dir.File(entry.path().stem().string() + "_" + driver + "." + ext),
+                                  entry.path().string(), driver});
+        }
+    }
+    const std::map<std::string, TGdalView> views = WriteWithGdal(copies, dir);
+    int compared = 0;
+    for (const TGdalCopy& copy : copies) {
+        if (views.count(copy.strPath) == 0) continue;
+        EXPECT_EQ(CompareWithGdal(views.at(copy.strPath), copy.strPath), "")
+            << copy.strSource << " " << copy.strDriver;
+        compared += views.at(copy.strPath).bOk ? 1 : 0;
+    }
+    EXPECT_GT(compared, static_cast<int>(copies.size()) / 2);
+}
 }  // namespace
