@@ -33,9 +33,11 @@ struct TDemoOutput {
 };
 
 // The job is named by its job number, as job files must be. The job and the rate map hold the field as
-// planned; the drawings, MapInfo tables and shapefiles also show what was flown.
+// planned; the drawings, MapInfo tables, shapefiles, web map and Google Earth file also show what
+// was flown.
 const TDemoOutput kOutputs[] = {
-    {"12.job", false}, {"field.pmh", false}, {"field.dxf", true}, {"field.mif", true}, {"field.shp", true},
+    {"12.job", false},   {"field.pmh", false},    {"field.dxf", true}, {"field.mif", true},
+    {"field.shp", true}, {"field.geojson", true}, {"field.kmz", true},
 };
 
 bool WriteBytes(const fs::path& path, std::string_view bytes) {
@@ -71,10 +73,13 @@ bool LoadDemoLayer(const fs::path& job, const fs::path& flight, bool withSpray, 
 
 bool WriteDemoFile(const fs::path& dir, const TDemoOutput& output, const TToolOptions& common) {
     const fs::path target = dir / output.name;
-    const TLGIS_FILE_TYPE type = TGisMap::GetGisFileType(Utf8Of(target).c_str());
-    if (!TGisMap::CanWrite(type)) {
+    const int type = ToolFileType(Utf8Of(target));
+    const TToolExtension* extension = ExtensionOfType(type);
+    const bool available = extension != nullptr ? extension->strUnavailable.empty()
+                                                : TGisMap::CanWrite(static_cast<TLGIS_FILE_TYPE>(type));
+    if (!available) {
         std::printf("  %-12s skipped: writing %s files is not available in this build\n", output.name,
-                    TGisMap::GetTypeName(type));
+                    ToolTypeName(type));
         return true;
     }
     TToolOptions options = common;
@@ -104,9 +109,9 @@ std::vector<fs::path> ReadableFiles(const fs::path& dir) {
     std::error_code ec;
     for (const fs::directory_entry& entry : fs::directory_iterator(dir, ec)) {
         if (!entry.is_regular_file(ec)) continue;
-        std::string ext = entry.path().extension().string();
-        std::transform(ext.begin(), ext.end(), ext.begin(), [](unsigned char c) { return std::tolower(c); });
-        if (ext == ".job" || ext == ".pmh" || ext == ".dxf" || ext == ".mif" || ext == ".shp")
+        const int type = ToolFileType(Utf8Of(entry.path()));
+        const TToolExtension* extension = ExtensionOfType(type);
+        if (type != GIS_FILE_NONE && (extension == nullptr || extension->strUnavailable.empty()))
             files.push_back(entry.path());
     }
     std::sort(files.begin(), files.end());
@@ -118,7 +123,7 @@ bool CheckReadBack(const fs::path& file, const TToolOptions& common) {
     TMapLayer layer;
     const TLoadOutcome loaded = LoadLayer(Utf8Of(file), layer, common);
     const std::string name = Utf8Of(file.filename());
-    const char* typeName = TGisMap::GetTypeName(static_cast<TLGIS_FILE_TYPE>(loaded.iType));
+    const char* typeName = ToolTypeName(loaded.iType);
     if (!loaded.Complete()) {
         std::printf("  %-28s %-7s FAILED (%d)\n", name.c_str(), typeName, loaded.iResult);
         return false;
