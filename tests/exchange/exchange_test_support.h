@@ -12,34 +12,15 @@
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/hostmap/map_layer.h>
 #include "exchange_files.h"
+#include "layer_builders.h"
 #include "test_support.h"
 
 namespace exchange_test {
 
-// A square ring around (lat, lon) with half-size h, closed.
-inline std::vector<tagLOC> Square(double lat, double lon, double h) {
-    return {
-        {lat - h, lon - h}, {lat + h, lon - h}, {lat + h, lon + h}, {lat - h, lon + h}, {lat - h, lon - h}};
-}
-
-inline void AddLine(TMapLayer& layer, std::uint32_t kind, int bound, const std::vector<tagLOC>& points,
-                    const char* id, double value = 0.0, std::uint32_t color = COLOR_NONE) {
-    layer.m_dValue = value;
-    AddImportedLine(&layer, static_cast<int>(kind), bound, static_cast<int>(points.size()), points.data(), id,
-                    false, color, false, false, color != COLOR_NONE);
-    layer.m_dValue = 0.0;
-}
-
-inline TFeatureMarker* AddMarker(TMapLayer& layer, const char* id, const char* name, int symbol, tagLOC loc) {
-    auto* marker = new TFeatureMarker;
-    marker->m_strId = id;
-    marker->m_strName = name;
-    marker->SetLowBits(symbol);
-    marker->m_Loc = loc;
-    marker->CalculateGeoExtents();
-    layer.AddElement(marker);
-    return marker;
-}
+using layer_test::AddLine;
+using layer_test::AddMarker;
+using layer_test::AddPoint;
+using layer_test::Square;
 
 // Every element kind the map model has: boundaries with a hole (its own colour), an area with a
 // rate, a road, a water line, a misc and a generic open line, markers, a point, and two patterns
@@ -56,11 +37,7 @@ inline void FillEveryKind(TMapLayer& layer) {
     AddLine(layer, ELEMENT_LINE_GENERIC, BOUNDARY_OPEN, {{45.4975, -93.2542}, {45.5035, -93.2542}}, "1");
     AddMarker(layer, "1", "Gate", 3, {45.5012, -93.2524});
     AddMarker(layer, "2", "Pump \xC3\xA9", 5, {45.498812345, -93.247123456});
-    auto* point = new TFeaturePoint;
-    point->m_strId = "p1";
-    point->m_Loc = {45.4991, -93.2481};
-    point->CalculateGeoExtents();
-    layer.AddElement(point);
+    AddPoint(layer, "p1", {45.4991, -93.2481});
 
     auto* pattern = new TFeaturePattern;
     pattern->m_strId = "1";

@@ -115,6 +115,8 @@ TEST(TlgisTool, FormatOptions) {
         {"PMH from a job", "convert 12.job out.pmh --pmh-units 10", 0, "",
          "2 elements left out of the PMH file, which holds polygons only (marker 1, pattern 1)", "out.pmh",
          "10 KG / HECTARE\r\n.POL\r\nINC 0.00000000\r\n45.50000000 -93.30000000\r\n"},
+        {"PMH from a job, complete profile: line 31 blank", "convert 12.job full.pmh --complete", 0, "", "",
+         "full.pmh", "0.0000 0.0000 0.0000\r\n\r\n\r\n.POL\r\n"},
         {"MID delimiter", "convert in.mif tab.mif --mid-delimiter TAB --mid-complete-rows", 0, "", "",
          "tab.mid", "1\t\t\t\t\t\t\t\r\n"},
         {"flight as paired swaths",

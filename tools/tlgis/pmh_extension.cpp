@@ -80,10 +80,11 @@ bool SetRateUnits(TMapLayer& layer, const TToolOptions& options, std::string& er
 }
 
 // The writer takes line features only; say how many other elements stayed behind, and warn
-// when the file has no units line (a reader then takes the first ".POL" for it).
+// when the file has no units line (a reader then takes the first ".POL" for it). The complete
+// profile writes that line blank.
 void NoteAfterWrite(const std::string& out, const TMapLayer& layer, const TToolOptions&) {
     if (TGisMap::GetGisFileType(out.c_str()) != GIS_FILE_PMH) return;
-    if (GetPmhUnitsText(layer.m_iRateUnits) == nullptr)
+    if (!TGisFile::s_bCompleteProfile && GetPmhUnitsText(layer.m_iRateUnits) == nullptr)
         PrintNote(
             "units code " + std::to_string(layer.m_iRateUnits) +
             " has no units line, so the first polygon will not read back; give --pmh-units 1, 2, 8 or 10");

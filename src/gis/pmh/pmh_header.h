@@ -22,5 +22,6 @@ int ReadPmhUnitsLine(std::string_view line);
 // max of the rates (min 0 when all are equal, both 0 without polygons) and mid halfway.
 void ComputePmhRateStatistics(TMapLayer& layer);
 
-// Appends the 31 header lines (30 when the units code has no text), each ended by '\n'.
+// Appends the 31 header lines, each ended by '\n'; when the units code has no text, line 31 is
+// left out (blank in the complete profile).
 void AppendPmhHeader(std::string& out, const TMapLayer& layer);

@@ -58,5 +58,9 @@ void AppendPmhHeader(std::string& out, const TMapLayer& layer) {
     if (const char* units = GetPmhUnitsText(layer.m_iRateUnits)) {
         out += units;
         out += '\n';
+    } else if (TGisFile::s_bCompleteProfile) {
+        // Without line 31 a reader takes the first ".POL" for it and loses that polygon; the
+        // complete profile writes it blank (units 0) instead.
+        out += '\n';
     }
 }
