@@ -285,14 +285,12 @@ static void LoadWhatAPeerWrote(const char* writer) {
 
 TEST(ShpReader, FilesWrittenByPyshp) {
     SKIP_WITHOUT_LINUX_PEERS();
-    if (RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit != 0)
-        GTEST_SKIP() << "pyshp is missing for " TL_GIS_PYTHON " (scripts/install-test-tools.sh installs it)";
+    SKIP_WITHOUT_PEER("pyshp");
     LoadWhatAPeerWrote("pyshp");
 }
 
 TEST(ShpReader, FilesWrittenByGdal) {
     SKIP_WITHOUT_LINUX_PEERS();
-    if (!HaveProgram("ogr2ogr"))
-        GTEST_SKIP() << "ogr2ogr (GDAL) is missing (scripts/install-test-tools.sh installs it)";
+    SKIP_WITHOUT_PEER("gdal");
     LoadWhatAPeerWrote("gdal");
 }
