@@ -41,6 +41,7 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
         std::tuple<const char*, TWriteOptions, std::vector<std::vector<TSamplePlan>>, std::vector<int>>;
     const TCase cases[] = {
         {"turn of 90 at sample 5", {}, {Turning(10, 5, 90.0)}, {11, 13}},
+        {"turn of 60 at sample 5", {}, {Turning(10, 5, 60.0)}, {11, 13}},
         {"turn of 40 goes on", {}, {Turning(10, 5, 40.0)}, {21}},
         {"350 to 10 degrees", {}, {Turning(3, 2, 10.0, 350.0)}, {7}},
         {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, {5, 5, 5}},
