@@ -149,33 +149,18 @@ TEST(JobReader, LoadReportCountsWhatIsLeftOut) {
     const std::vector<std::string> abandoned = {".JOB 1 F",         ".POL 5 N",     "\t45.5 -93.3",
                                                 "\t5000000 500000", "\t45.6 -93.3", ".POL 6 N",
                                                 "\t45.5 -93.3"};
+    // clang-format off
     const TReportCase cases[] = {
-        {"refused coordinates, unknown records, stray lines",
-         JoinLines(causes, "\n"),
-         {{LOAD_VERTEX_NEAR_ORIGIN, 3, LineAt(causes, "\t0.5 0.5")},
-          {LOAD_VERTEX_OUT_OF_RANGE, 1, LineAt(causes, "\t45.5 200")},
-          {LOAD_VERTEX_PROJECTED, 1, LineAt(causes, "\t5000000 500000")},
-          {LOAD_UNKNOWN_RECORD, 2, LineAt(causes, ".XYZ 1 odd") + " (.XYZ)"},
-          {LOAD_STRAY_LINE, 2, LineAt(causes, "stray text")}},
-         "",
-         "boundary 1, generic 1, marker 1",
-         GISFILE_OK,
-         "n"},
-        {"Yes gives up the boundary; its other lines are stray",
-         JoinLines(abandoned, "\n"),
-         {{LOAD_LINE_ABANDONED, 1, LineAt(abandoned, "\t5000000 500000")},
-          {LOAD_STRAY_LINE, 1, LineAt(abandoned, "\t45.6 -93.3")}},
-         "",
-         "boundary 1",
-         GISFILE_OK,
-         "y"},
-        {"not a job file",
-         "JOB 1 F\n.POL 5 N\n",
-         {},
-         "at line 1: the first line does not start with \".JOB\"",
-         "",
-         GISFILE_ERR_OPEN},
+        {"refused coordinates, unknown records, stray lines", JoinLines(causes, "\n"),
+         {{LOAD_VERTEX_NEAR_ORIGIN, 3, LineAt(causes, "\t0.5 0.5")}, {LOAD_VERTEX_OUT_OF_RANGE, 1, LineAt(causes, "\t45.5 200")},
+          {LOAD_VERTEX_PROJECTED, 1, LineAt(causes, "\t5000000 500000")}, {LOAD_UNKNOWN_RECORD, 2, LineAt(causes, ".XYZ 1 odd") + " (.XYZ)"},
+          {LOAD_STRAY_LINE, 2, LineAt(causes, "stray text")}}, "", "boundary 1, generic 1, marker 1", GISFILE_OK, "n"},
+        {"Yes gives up the boundary; its other lines are stray", JoinLines(abandoned, "\n"),
+         {{LOAD_LINE_ABANDONED, 1, LineAt(abandoned, "\t5000000 500000")}, {LOAD_STRAY_LINE, 1, LineAt(abandoned, "\t45.6 -93.3")}},
+         "", "boundary 1", GISFILE_OK, "y"},
+        {"not a job file", "JOB 1 F\n.POL 5 N\n", {}, "at line 1: the first line does not start with \".JOB\"", "", GISFILE_ERR_OPEN},
     };
+    // clang-format on
     for (const TReportCase& c : cases) {
         TMapLayer layer, plain;
         TGisFileJob job;

@@ -12,6 +12,9 @@
 #include <tl_gis/gis/job/gis_file_job.h>
 #include <tl_gis/gis/line_assembly.h>
 #include "../config_folder_guard.h"
+#include "layer_builders.h"
+
+using layer_test::AddMarker;
 
 class TTestLanguage {
 public:
@@ -47,16 +50,6 @@ inline TFeatureLine* AddLine(TMapLayer& layer, std::uint32_t kind, int boundType
                              const std::vector<tagLOC>& vertices, const std::string& id = "") {
     return AddImportedLine(&layer, static_cast<int>(kind), boundType, static_cast<int>(vertices.size()),
                            vertices.data(), id.c_str(), false, COLOR_NONE, false, false, false);
-}
-
-inline void AddMarker(TMapLayer& layer, const std::string& id, const std::string& name, int symbol,
-                      tagLOC loc) {
-    auto* marker = new TFeatureMarker;
-    marker->m_strId = id;
-    marker->m_strName = name;
-    marker->SetLowBits(symbol);
-    marker->m_Loc = loc;
-    layer.AddElement(marker, ADD_ELEMENT_OWNED);
 }
 
 // A pattern with the given points (letter, position); the others stay at (0, 0).

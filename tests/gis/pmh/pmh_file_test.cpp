@@ -73,20 +73,13 @@ TEST(PmhReader, LoadReportCountsWhatIsLeftOut) {
     const std::string cut = header.substr(0, header.find("PRODUCT\n") + 8) + "\n\n";
     const std::string noUnits = HeaderText(false) + SquareBlock("INC 5", 45.5) + ".POL\nINC 7\n" +
                                 "45.61 -93.3\n45.62 -93.3\n45.61 200\n.X odd\n.END\n";
+    // clang-format off
     const TReportCase cases[] = {
-        {"a header cut short",
-         cut,
-         {},
-         "at line 13: the file ends after 12 lines, inside the header of 31 lines",
-         "",
-         GISFILE_ERR_OPEN},
+        {"a header cut short", cut, {}, "at line 13: the file ends after 12 lines, inside the header of 31 lines", "", GISFILE_ERR_OPEN},
         // Without a units line the first ".POL" is taken for it, and that polygon's lines are stray.
-        {"no units line",
-         noUnits,
-         {{LOAD_VERTEX_OUT_OF_RANGE, 1, "line 41"}, {LOAD_STRAY_LINE, 6, "line 32"}},
-         "",
-         "boundary 1"},
+        {"no units line", noUnits, {{LOAD_VERTEX_OUT_OF_RANGE, 1, "line 41"}, {LOAD_STRAY_LINE, 6, "line 32"}}, "", "boundary 1"},
     };
+    // clang-format on
     for (const TReportCase& c : cases) {
         TTempDir dir;
         WriteFileBytes(dir.File("in.pmh"), c.text);
@@ -98,51 +91,39 @@ TEST(PmhReader, LoadReportCountsWhatIsLeftOut) {
     }
 }
 
-TEST(PmhReader, PolygonBlocks) {
-    const std::string h = HeaderText();
-    // name, text, what the layer holds
-    const std::tuple<const char*, std::string, const char*> cases[] = {
-        {"INC, EXC and OPEN blocks up to .end",
-         h + SquareBlock("INC 5", 45.5) + SquareBlock("EXC 7.25", 45.6) + SquareBlock("OPEN", 45.7) +
-             ".end\n" + SquareBlock("INC 1", 45.8),
-         "1 INC 5 n=5|2 EXC 7.25 n=5|3 OPEN 0 n=4|units 8"},
-        {".polygon opens a block", h + SquareBlock("INC 3", 45.5, ".polygon"), "1 INC 3 n=5|units 8"},
-        {".E does not end the body", h + SquareBlock("INC 1", 45.5) + ".E\n" + SquareBlock("INC 2", 45.6),
-         "1 INC 1 n=5|2 INC 2 n=5|units 8"},
+// Each file in LF and CR LF: its result, the polygons read, and line 2 as read (also when the
+// header is cut short); what was read can be written.
+TEST(PmhReader, PolygonBlocksAndBadInput) {
+    const std::string h = HeaderText(), a = SquareBlock("INC 5", 45.5), b = SquareBlock("INC 6", 45.6);
+    const std::string huge =
+        "T\n1e999\n1e308\n-1e999\n1e-999\n99999999999999\n-99999999999999\n" + Repeat("1e999\n", 24) + a;
+    // clang-format off
+    const std::tuple<const char*, std::string, int, const char*, double> cases[] = {
+        {"INC, EXC and OPEN blocks up to .end", h + a + SquareBlock("EXC 7.25", 45.6) + SquareBlock("OPEN", 45.7) + ".end\n" + b,
+         GISFILE_OK, "1 INC 5 n=5|2 EXC 7.25 n=5|3 OPEN 0 n=4|units 8", 0.5},
+        {".polygon opens a block", h + SquareBlock("INC 3", 45.5, ".polygon"), GISFILE_OK, "1 INC 3 n=5|units 8", 0.5},
+        {".E does not end the body", h + a + ".E\n" + b, GISFILE_OK, "1 INC 5 n=5|2 INC 6 n=5|units 8", 0.5},
         // Without line 31 the first ".POL" is taken for it, and that block's lines are stray lines.
-        {"units line missing", HeaderText(false) + SquareBlock("INC 1", 45.5) + SquareBlock("INC 2", 45.6),
-         "1 INC 2 n=5|units 0"},
+        {"units line missing", HeaderText(false) + a + b, GISFILE_OK, "1 INC 6 n=5|units 0", 0.5},
+        {"header of 30 lines", HeaderText(false), GISFILE_ERR_OPEN, "units 0", 0.5},
+        {"letters for numbers", "T\n" + Repeat("abc\n", 4 * 30) + a + b, GISFILE_OK, "1 INC 5 n=5|2 INC 6 n=5|units 0", 0},
+        {"huge numbers", huge, GISFILE_OK, "1 INC 5 n=5|units 1", HUGE_VAL},
+        {"1 MB title line", Repeat("45.5 -93.5 ", 100000) + h + a + b, GISFILE_OK, "1 INC 5 n=5|2 INC 6 n=5|units 8", 0.5},
     };
-    for (const auto& [name, text, expected] : cases) {
+    // clang-format on
+    for (const auto& [name, text, result, polygons, line2] : cases) {
         std::string crlf;
         for (char ch : text) crlf += ch == '\n' ? std::string("\r\n") : std::string(1, ch);
         for (const std::string& input : {text, crlf}) {
+            SCOPED_TRACE(std::string(name) + (input == crlf ? " (CR LF)" : " (LF)"));
             TMapLayer layer;
-            ASSERT_EQ(LoadPmhText(input, layer), GISFILE_OK) << name;
-            EXPECT_EQ(Polygons(layer), expected) << name << (input == crlf ? " (CR LF)" : " (LF)");
-        }
-    }
-}
-
-TEST(PmhReader, BadInputGivesResultCodes) {
-    const std::string h = HeaderText(), a = SquareBlock("INC 5", 45.5), b = SquareBlock("INC 6", 45.6);
-    // name, text, result, elements, line 2 as read (also when the header is cut short)
-    const std::tuple<const char*, std::string, int, int, double> cases[] = {
-        {"header of 30 lines", HeaderText(false), GISFILE_ERR_OPEN, 0, 0.5},
-        {"letters for numbers", "T\n" + Repeat("abc\n", 4 * 30) + a + b, GISFILE_OK, 2, 0},
-        {"huge numbers",
-         "T\n1e999\n1e308\n-1e999\n1e-999\n99999999999999\n-99999999999999\n" + Repeat("1e999\n", 24) + a,
-         GISFILE_OK, 1, HUGE_VAL},
-        {"1 MB title line", Repeat("45.5 -93.5 ", 100000) + h + a + b, GISFILE_OK, 2, 0.5},
-    };
-    for (const auto& [name, text, result, elements, line2] : cases) {
-        TMapLayer layer;
-        EXPECT_EQ(LoadPmhText(text, layer), result) << name;
-        EXPECT_EQ(layer.GetElementCount(), elements) << name;
-        EXPECT_EQ(layer.m_dPmhLine2, line2) << name;
-        std::string bytes;
-        if (text.size() < 100000) {  // writing the big ones back only takes time
-            EXPECT_EQ(WritePmh(layer, bytes), GISFILE_OK) << name << ": what was read can be written";
+            EXPECT_EQ(LoadPmhText(input, layer), result);
+            EXPECT_EQ(Polygons(layer), polygons);
+            EXPECT_EQ(layer.m_dPmhLine2, line2);
+            std::string bytes;
+            if (text.size() < 100000) {  // the big ones take time
+                EXPECT_EQ(WritePmh(layer, bytes), GISFILE_OK);
+            }
         }
     }
 }

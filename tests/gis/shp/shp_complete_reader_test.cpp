@@ -89,154 +89,71 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
     const std::string threePoints = TShpBytes().Record(1, point).Record(2, point).Record(3, point).Bytes();
     const std::string named = TShpBytes().Record(1, point).Bytes();
     const std::string plain = "boundary:3.1/18#3, boundary:4.1/16#5, boundary:4.2/17#5";
+    const std::string pointZM = TShpBytes()
+                                    .Record(1, PointContent(-93.25, 45.5, 11) + Doubles({120, 7}))
+                                    .Record(2, PointContent(-93.25, 45.5, 11) + Doubles({120}))
+                                    .Record(3, PointContent(-93.25, 45.5, 21) + Doubles({-1e39}))
+                                    .Record(4, PointContent(-93.25, 45.5, 21) + Doubles({5}))
+                                    .Bytes();
+    const std::string lineZM =
+        TShpBytes()
+            .Record(1, PolyContent(13, {0}, three) + Doubles({1, 3, 1, 2, 3, 0, 9, 0, -1e39, 9}))
+            .Record(2, PolyContent(25, {0, 5}, withHole) + Doubles({0, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0}))
+            .Bytes();
+    const std::string multi =
+        TShpBytes()
+            .Record(7, MultiPointContent(three))
+            .Record(8, MultiPointZ({{-93.2, 45.4}, {-93.1, 45.3}}) + Doubles({1, 2, 1, 2}))
+            .Bytes();
+    const std::string outside = TShpBytes()
+                                    .Record(1, PolyContent(3, {0}, three))
+                                    .Record(2, PolyContent(3, {0}, {{0, 0}, {200, 95}}))
+                                    .Record(3, point)
+                                    .Bytes();
+    const std::string damaged =
+        TShpBytes().Record(1, point).Record(2, PolyContent(3, {0, 5}, four)).Record(3, point).Bytes();
+    const std::string p = "point:Point ", b = "boundary:1.", mark = "marker:Point 1 '" + utf8 + "'";
+    const std::vector<std::string> none, nameN = {"", "", "N"};
+    // clang-format off
     const TCompleteCase cases[] = {
-        {"PointZ with and without M, PointM",
-         TShpBytes()
-             .Record(1, PointContent(-93.25, 45.5, 11) + Doubles({120, 7}))
-             .Record(2, PointContent(-93.25, 45.5, 11) + Doubles({120}))
-             .Record(3, PointContent(-93.25, 45.5, 21) + Doubles({-1e39}))
-             .Record(4, PointContent(-93.25, 45.5, 21) + Doubles({5}))
-             .Bytes(),
-         "",
-         "",
-         {},
-         "point:Point 1, point:Point 2, point:Point 3, point:Point 4",
+        {"PointZ with and without M, PointM", pointZM, "", "", none, p + "1, " + p + "2, " + p + "3, " + p + "4",
          {{LOAD_SHP_Z_VALUES, 2, "record 1"}, {LOAD_SHP_M_VALUES, 2, "record 1"}}},
-        {"PolyLineZ with M (one of them no data), PolygonM with a hole",
-         TShpBytes()
-             .Record(1, PolyContent(13, {0}, three) + Doubles({1, 3, 1, 2, 3, 0, 9, 0, -1e39, 9}))
-             .Record(2, PolyContent(25, {0, 5}, withHole) + Doubles({0, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0}))
-             .Bytes(),
-         "",
-         "",
-         {},
-         "boundary:1.1/18#3, boundary:2.1/16#5, boundary:2.2/17#5",
-         {{LOAD_SHP_Z_VALUES, 3, "record 1"}, {LOAD_SHP_M_VALUES, 12, "record 1"}}},
-        {"MultiPoint and MultiPointZ, one point element per point",
-         TShpBytes()
-             .Record(7, MultiPointContent(three))
-             .Record(8, MultiPointZ({{-93.2, 45.4}, {-93.1, 45.3}}) + Doubles({1, 2, 1, 2}))
-             .Bytes(),
-         "",
-         "",
-         {},
-         "point:Point 7.1, point:Point 7.2, point:Point 7.3, point:Point 8.1, point:Point 8.2",
-         {{LOAD_SHP_Z_VALUES, 2, "record 8"}}},
+        {"PolyLineZ with M (one of them no data), PolygonM with a hole", lineZM, "", "", none,
+         "boundary:1.1/18#3, boundary:2.1/16#5, boundary:2.2/17#5", {{LOAD_SHP_Z_VALUES, 3, "record 1"}, {LOAD_SHP_M_VALUES, 12, "record 1"}}},
+        {"MultiPoint and MultiPointZ, one point element per point", multi, "", "", none,
+         p + "7.1, " + p + "7.2, " + p + "7.3, " + p + "8.1, " + p + "8.2", {{LOAD_SHP_Z_VALUES, 2, "record 8"}}},
         {"MultiPatch: outer and inner rings, a triangle strip and fan as rings, a part of type 9 left out",
-         TShpBytes().Record(1, MultiPatch({2, 3, 0, 1, 9}, patch)).Bytes(),
-         "",
-         "",
-         {},
-         "boundary:1.1/16#5, boundary:1.2/17#5, boundary:1.3.1/16#4, boundary:1.3.2/16#4, "
-         "boundary:1.3.3/16#4, "
-         "boundary:1.4.1/16#4, boundary:1.4.2/16#4, boundary:1.4.3/16#4",
+         TShpBytes().Record(1, MultiPatch({2, 3, 0, 1, 9}, patch)).Bytes(), "", "", none,
+         b + "1/16#5, " + b + "2/17#5, " + b + "3.1/16#4, " + b + "3.2/16#4, " + b + "3.3/16#4, " + b + "4.1/16#4, " + b + "4.2/16#4, " + b + "4.3/16#4",
          {{LOAD_SHP_Z_VALUES, 25, "record 1"}, {LOAD_SHP_MULTIPATCH_UNKNOWN_PART, 1, "record 1"}}},
-        {"records numbered from 0, big-endian",
-         TShpBytes().Record(0, point).Record(1, point).Bytes(),
-         "",
-         "",
-         {},
-         "point:Point 0, point:Point 1",
-         {}},
-        {"records numbered from 0, little-endian",
-         TShpBytes(true).Record(0, point).Record(1, point).Bytes(),
-         "",
-         "",
-         {},
-         "point:Point 0, point:Point 1",
-         {}},
-        {"a line ending out of range is skipped alone",
-         TShpBytes()
-             .Record(1, PolyContent(3, {0}, three))
-             .Record(2, PolyContent(3, {0}, {{0, 0}, {200, 95}}))
-             .Record(3, point)
-             .Bytes(),
-         "",
-         "",
-         {},
-         "boundary:1.1/18#3, point:Point 3",
+        {"records numbered from 0, big-endian", TShpBytes().Record(0, point).Record(1, point).Bytes(), "", "", none, p + "0, " + p + "1", {}},
+        {"records numbered from 0, little-endian", TShpBytes(true).Record(0, point).Record(1, point).Bytes(), "", "", none, p + "0, " + p + "1", {}},
+        {"a line ending out of range is skipped alone", outside, "", "", none, "boundary:1.1/18#3, point:Point 3",
          {{LOAD_SHP_LAST_POINT_OUTSIDE, 1, "record 2 ((95, 200) is outside the degree range)"}}},
-        {"a damaged record is skipped alone",
-         TShpBytes().Record(1, point).Record(2, PolyContent(3, {0, 5}, four)).Record(3, point).Bytes(),
-         "",
-         "",
-         {},
-         "point:Point 1, point:Point 3",
-         {{LOAD_SHP_DAMAGED_RECORD, 1,
-           "record 2 (part 2 starts at point 5 of 4: past the record's last point)"}}},
-        {"null and unknown shapes as by default",
-         TShpBytes().Record(1, nullShape).Record(2, typed77).Bytes(),
-         "",
-         "",
-         {},
-         "",
+        {"a damaged record is skipped alone", damaged, "", "", none, p + "1, " + p + "3",
+         {{LOAD_SHP_DAMAGED_RECORD, 1, "record 2 (part 2 starts at point 5 of 4: past the record's last point)"}}},
+        {"null and unknown shapes as by default", TShpBytes().Record(1, nullShape).Record(2, typed77).Bytes(), "", "", none, "",
          {{LOAD_SHP_NULL, 1, "record 1"}, {LOAD_SHP_UNKNOWN_TYPE, 1, "record 2 (shape type 77)"}}},
-        {"chosen columns: ids, values, a named point becomes a marker",
-         mixed,
-         table,
-         "",
-         chosen,
-         "marker:P-1 'Gate' =1.5, point:P-2, boundary:L-3/18#3 =2, boundary:F-4/16#5 =12.25, "
-         "boundary:F-4/17#5 =12.25",
-         {}},
-        {"Windows Latin 1 without a .cpg",
-         named,
-         DbfBytes({{"N", 'C', 6}}, {{latin}}),
-         "",
-         {"", "", "N"},
-         "marker:Point 1 '" + utf8 + "'",
-         {}},
-        {"UTF-8 by the .cpg",
-         named,
-         DbfBytes({{"N", 'C', 7}}, {{utf8}}),
-         "UTF-8\n",
-         {"", "", "N"},
-         "marker:Point 1 '" + utf8 + "'",
-         {}},
-        {"a .cpg that names an unknown set",
-         named,
-         DbfBytes({{"N", 'C', 6}}, {{latin}}),
-         "KOI8-R",
-         {"", "", "N"},
-         "marker:Point 1 '" + utf8 + "'",
+        {"chosen columns: ids, values, a named point becomes a marker", mixed, table, "", chosen,
+         "marker:P-1 'Gate' =1.5, point:P-2, boundary:L-3/18#3 =2, boundary:F-4/16#5 =12.25, boundary:F-4/17#5 =12.25", {}},
+        {"Windows Latin 1 without a .cpg", named, DbfBytes({{"N", 'C', 6}}, {{latin}}), "", nameN, mark, {}},
+        {"UTF-8 by the .cpg", named, DbfBytes({{"N", 'C', 7}}, {{utf8}}), "UTF-8\n", nameN, mark, {}},
+        {"a .cpg that names an unknown set", named, DbfBytes({{"N", 'C', 6}}, {{latin}}), "KOI8-R", nameN, mark,
          {{LOAD_SHP_UNKNOWN_CHARSET, 1, "the file header (t.cpg says KOI8-R)"}}},
-        {"a value that is no number",
-         named,
-         DbfBytes({{"V", 'N', 6}}, {{"abc"}}),
-         "",
-         {"", "V", ""},
-         "point:Point 1",
+        {"a value that is no number", named, DbfBytes({{"V", 'N', 6}}, {{"abc"}}), "", {"", "V", ""}, p + "1",
          {{LOAD_SHP_VALUE_NOT_NUMBER, 1, "record 1 (abc)"}}},
-        {"a chosen column the table lacks",
-         mixed,
-         table,
-         "",
-         {"ID", "NOPE", ""},
+        {"a chosen column the table lacks", mixed, table, "", {"ID", "NOPE", ""},
          "point:P-1, point:P-2, boundary:L-3/18#3, boundary:F-4/16#5, boundary:F-4/17#5",
          {{LOAD_SHP_COLUMN_MISSING, 1, "the file header (t.dbf has no NOPE)"}}},
-        {"no table beside the main file",
-         mixed,
-         "",
-         "",
-         chosen,
-         "point:Point 1, point:Point 2, " + plain,
+        {"no table beside the main file", mixed, "", "", chosen, p + "1, " + p + "2, " + plain,
          {{LOAD_SHP_TABLE_NOT_READ, 1, "the file header (there is no .dbf beside the shapefile)"}}},
-        {"a header length past the table's end",
-         mixed,
-         DbfBytes(columns, rows, -1, 5000),
-         "",
-         chosen,
-         "point:Point 1, point:Point 2, " + plain,
-         {{LOAD_SHP_TABLE_NOT_READ, 1,
-           "the file header (t.dbf: its header length of 5000 bytes runs past the file's 210 bytes)"}}},
-        {"a row count past the table's end",
-         threePoints,
-         DbfBytes(columns, {rows[0]}, 5),
-         "",
-         chosen,
+        {"a header length past the table's end", mixed, DbfBytes(columns, rows, -1, 5000), "", chosen, p + "1, " + p + "2, " + plain,
+         {{LOAD_SHP_TABLE_NOT_READ, 1, "the file header (t.dbf: its header length of 5000 bytes runs past the file's 210 bytes)"}}},
+        {"a row count past the table's end", threePoints, DbfBytes(columns, {rows[0]}, 5), "", chosen,
          "marker:P-1 'Gate' =1.5, point:Point 2, point:Point 3",
          {{LOAD_SHP_NO_TABLE_ROW, 2, "record 2 (the table announces 5 rows and its file holds 1)"}}},
     };
+    // clang-format on
     EnsureLibraryStarted();
     for (const TCompleteCase& c : cases) {
         TTempDir dir;
@@ -244,7 +161,7 @@ TEST(ShpCompleteReader, LoadsEveryShapeTypeAndTheChosenColumns) {
         if (!c.dbf.empty()) WriteFileBytes(dir.File("t.dbf"), c.dbf);
         if (!c.cpg.empty()) WriteFileBytes(dir.File("t.cpg"), c.cpg);
         const std::vector<std::string> cols = c.columns.empty() ? std::vector<std::string>(3) : c.columns;
-        const TCompleteProfile complete(cols[0], cols[1], cols[2]);
+        const TCompleteProfile complete(true, cols[0], cols[1], cols[2]);
         TScriptedMessages messages;
         TLoadReport report;
         TMapLayer layer, unreported;

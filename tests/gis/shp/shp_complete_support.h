@@ -1,6 +1,5 @@
 #pragma once
-// The complete profile in the shapefile tests: switched on with chosen columns for one scope, and
-// the elements of a layer in one line that states what the profile must keep.
+// The elements of a layer in one line, to state what the complete profile must keep.
 
 #include <cstdio>
 #include <string>
@@ -8,25 +7,9 @@
 #include <tl_gis/gis/gis_file.h>
 #include <tl_gis/hostmap/map_layer.h>
 #include <tl_gis/platform/numbers.h>
+#include "complete_profile.h"
 
 namespace shp_test {
-
-// The complete profile with the chosen id, value and name columns, and the defaults back after.
-struct TCompleteProfile {
-    TCompleteProfile(const std::string& id = "", const std::string& value = "",
-                     const std::string& name = "") {
-        TGisFile::s_bCompleteProfile = true;
-        TGisFile::s_strIdField = id;
-        TGisFile::s_strValueField = value;
-        TGisFile::s_strNameField = name;
-    }
-    ~TCompleteProfile() {
-        TGisFile::s_bCompleteProfile = false;
-        TGisFile::s_strIdField = TGisFile::s_strValueField = TGisFile::s_strNameField = "";
-    }
-    TCompleteProfile(const TCompleteProfile&) = delete;
-    TCompleteProfile& operator=(const TCompleteProfile&) = delete;
-};
 
 inline std::string Vertex6(double x, double y) {
     char buf[64];

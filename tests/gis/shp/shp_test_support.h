@@ -25,6 +25,27 @@ inline TCommandResult RunPeerScript(const TTempDir& dir, const char* script, con
                       ShellQuote(dir.Path()) + " " + writer + " 2>&1");
 }
 
+// True when the peer writer or reader ("gdal" or "pyshp") is installed.
+inline bool HavePeer(const std::string& peer) {
+    if (peer == "gdal") return HaveProgram("ogr2ogr") && HaveProgram("ogrinfo");
+    return RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import shapefile'").iExit == 0;
+}
+#define SKIP_WITHOUT_PEER(peer) \
+    if (!HavePeer(peer)) GTEST_SKIP() << peer << " is missing (scripts/install-test-tools.sh installs it)"
+
+// GDAL's ogrinfo reads the shapefile with no error or warning, and finds the features and the
+// texts given.
+inline void ExpectGdalReads(const std::string& shp, std::size_t features, const std::string& text = "") {
+    const TCommandResult info = RunCommand("ogrinfo -al " + ShellQuote(shp) + " 2>&1");
+    EXPECT_TRUE(info.iExit == 0 &&
+                info.strOut.find("Feature Count: " + std::to_string(features)) != std::string::npos &&
+                info.strOut.find(text) != std::string::npos &&
+                info.strOut.find("ERROR") == std::string::npos &&
+                info.strOut.find("Warning") == std::string::npos)
+        << shp << "\n"
+        << info.strOut;
+}
+
 struct TSamplePlan {
     double dLat = 0.0;
     double dLon = 0.0;

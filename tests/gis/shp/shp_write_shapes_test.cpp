@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <limits>
 
 #include <tl_gis/gis/geometry.h>
+#include "layer_builders.h"
 #include "shp_test_support.h"
 
 using namespace shp_test;
@@ -40,11 +40,16 @@ TEST(ShpWriteShapes, ShapesOfEachForm) {
     using TCase =
         std::tuple<const char*, TWriteOptions, std::vector<std::vector<TSamplePlan>>, std::vector<int>>;
     const TCase cases[] = {
-        {"swath of three samples", {}, {Straight(3, 30.0)}, {7}},
         {"turn of 90 at sample 5", {}, {Turning(10, 5, 90.0)}, {11, 13}},
+        {"turn of 60 at sample 5", {}, {Turning(10, 5, 60.0)}, {11, 13}},
         {"turn of 40 goes on", {}, {Turning(10, 5, 40.0)}, {21}},
         {"350 to 10 degrees", {}, {Turning(3, 2, 10.0, 350.0)}, {7}},
         {"single block", {.bSingleBlock = true}, {Straight(4, 0.0)}, {5, 5, 5}},
+        {"single block, sample 3 of 6 off",
+         {.bSingleBlock = true},
+         {Straight(6, 0, 20, {1, 1, 1, 0})},
+         {5, 5, 5}},
+        {"one sample", {}, {Straight(1, 0.0)}, {}},
         {"sample 0 off", {}, {Straight(5, 0.0, 20.0, {0})}, {}},
         {"sample 3 of 6 off", {}, {Straight(6, 0.0, 20.0, {1, 1, 1, 0})}, {}},
         {"swath ends 5 cm apart", {}, {narrow}, {}},
@@ -94,14 +99,10 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
     };
     for (const auto& [stored, bound, written, type] : cases) {
         SCOPED_TRACE(std::string(stored) + " of bound type " + std::to_string(bound));
-        const int n = static_cast<int>(std::strlen(stored));
+        std::vector<tagLOC> points;
+        for (const char* c = stored; *c != '\0'; ++c) points.push_back(corners[*c - 'a']);
         TMapLayer layer;
-        auto* line = new TFeatureLineBoundary;
-        line->AdoptPoints(new tagLOC[n], n, n);
-        for (int i = 0; i < n; ++i) line->m_pPoints[i] = corners[stored[i] - 'a'];
-        line->m_iBoundType = bound;
-        line->CalculateGeoExtents();
-        layer.AddElement(line, ADD_ELEMENT_OWNED);
+        layer_test::AddLine(layer, ELEMENT_LINE_BOUNDARY, bound, points, "");
         AddSpray(layer, Straight(3, 0));  // not exported in boundary mode
         const TExport out = Export(layer, {.iWriteMode = 0});
         ASSERT_EQ(out.Spray.Shapes.size(), 1u);
@@ -112,7 +113,8 @@ TEST(ShpWriteShapes, BoundaryRingsAndLines) {
                     p.dLat == corners[k].dLat && p.dLon == corners[k].dLon ? std::string(1, "abcd"[k]) : "";
         EXPECT_EQ(got, written);
         EXPECT_EQ(out.Spray.Shapes[0].iType, type);
-        EXPECT_EQ(line->m_iNumPoints, n) << "the element changed";
+        EXPECT_EQ(static_cast<TFeatureLine*>(layer.m_Elements[0])->m_iNumPoints, std::ssize(points))
+            << "changed";
         EXPECT_EQ(out.Spray.nHeaderLength, 33u);
     }
 }
