@@ -15,10 +15,12 @@
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
 #include <tl_gis/platform/numbers.h>
 #include "complete_profile.h"
+#include "layer_builders.h"
 #include "load_report_check.h"
 #include "test_support.h"
 
 namespace {
+using namespace layer_test;
 // The complete profile for a writer test, and the delimiter set back after it.
 class MifCompleteWrite : public testing::Test {
 protected:
@@ -93,8 +95,8 @@ struct TCauseAt {
 
 struct TCompleteReadCase {
     const char* name;
-    std::vector<std::string> body;  // the lines after the header
-    const char* mid;                // null: no .mid file
+    std::string body;  // the lines after the header, split at '|'
+    const char* mid;   // null: no .mid file
     std::string expected;
     std::vector<TCauseAt> causes = {};
     std::string stop = "";  // "at <line text>: why"
@@ -106,59 +108,23 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
     TCompleteProfile profile;
     const TCompleteReadCase cases[] = {
         {"polylines, their sections and Line objects are open lines",
-         {"Pline 3",
-          "1 45",
-          "2 46",
-          "3 47",
-          "  Pen (1,2,0)",
-          "Pline",
-          "  2",
-          "4 45",
-          "5 45",
-          "Pline Multiple 2",
-          "  2",
-          "6 45",
-          "7 45",
-          "  3",
-          "8 45",
-          "9 45",
-          "10 45",
-          "    Smooth",
-          "Line 11 45 12 46",
-          "  Pen (1,2,0)"},
+         "Pline 3|1 45|2 46|3 47|  Pen (1,2,0)|Pline|  2|4 45|5 45|Pline Multiple 2|  2|6 45|7 45|  3|8 45|9 "
+         "45|10 45|    Smooth|Line 11 45 12 46|  Pen (1,2,0)",
          "a,1,\nb,2,\nc,3,\nd,4.5,\n",
          "L a 18 1: 45 1, 46 2, 47 3 | L b 18 2: 45 4, 45 5 | L c 18 3: 45 6, 45 7 | L c 18 3: 45 8, 45 9, "
          "45 10 | "
          "L d 18 4.5: 45 11, 46 12"},
         // A ring inside an odd number of the region's earlier rings is a hole.
         {"rings of a region: a hole, an island in it, a second polygon",
-         {"Region 4",
-          "  4",
-          "0 40",
-          "10 40",
-          "10 50",
-          "0 50",
-          "  3",
-          "2 42",
-          "8 42",
-          "5 48",
-          "  3",
-          "4 43",
-          "6 43",
-          "5 45",
-          "  3",
-          "20 40",
-          "21 40",
-          "20 41",
-          "    Pen (1,2,0)",
-          "    Brush (1,0,16777215)"},
+         "Region 4|  4|0 40|10 40|10 50|0 50|  3|2 42|8 42|5 48|  3|4 43|6 43|5 45|  3|20 40|21 40|20 41|    "
+         "Pen (1,2,0)|    Brush (1,0,16777215)",
          "f,7.5,\n",
          "L f 16 7.5: 40 0, 40 10, 50 10, 50 0 | L f 17 7.5: 42 2, 42 8, 48 5 | L f 16 7.5: 43 4, 43 6, 45 5 "
          "| "
          "L f 16 7.5: 40 20, 40 21, 41 20"},
         {"the BOUND column makes a lone region an exclusion ring; ids follow the numbering",
-         {"Region 1", "  3", "1 45", "2 45", "2 46", "Region 2", "  3", "1 45", "2 45", "2 46", "  3",
-          "1.2 45.1", "1.8 45.1", "1.5 45.5", "Region 1", "  3", "1 45", "2 45", "2 46"},
+         "Region 1|  3|1 45|2 45|2 46|Region 2|  3|1 45|2 45|2 46|  3|1.2 45.1|1.8 45.1|1.5 45.5|Region 1|  "
+         "3|1 45|2 45|2 46",
          ",EXC,,\n,exc,,\n,something,,\n",
          "L 1 17 0: 45 1, 45 2, 46 2 | L 2 17 0: 45 1, 45 2, 46 2 | L 3 17 0: 45.1 1.2, 45.1 1.8, 45.5 1.5 | "
          "L 4 16 0: 45 1, 45 2, 46 2",
@@ -167,19 +133,17 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
          Header({"ID Char(5)", "BOUND Char(4)", "VALUE Float", "NAME Char(5)"})},
         // Named points become markers; points without a name and an id stay points numbered apart.
         {"points and multipoints",
-         {"Point 1 45", "    Symbol (35,0,12)", "Multipoint 2", "2 45", "3 46", "Point 4 47", "MULTIPOINT",
-          "  1", "5 48"},
+         "Point 1 45|    Symbol (35,0,12)|Multipoint 2|2 45|3 46|Point 4 47|MULTIPOINT|  1|5 48",
          "g,1,Gate\n,2,\n,,\np,3,\n",
          "M g 'Gate' 1 @45 1 | P Point 2 2 @45 2 | P Point 3 2 @46 3 | P Point 4 0 @47 4 | P p 3 @48 5"},
         {"a collection's parts share its row; objects not read still take theirs",
-         {"Text", "    \"Region 1\"", "    1 45 2 46", "    Font (\"Arial\",0,0,0)", "Collection 3",
-          "  Region 1", "    3", "1 45", "2 45", "2 46", "  Pline 2", "1 45", "2 46", "  Multipoint 1",
-          "3 47", "Arc 1 45 2 46", "  0 90", "Point 4 48"},
+         "Text|    \"Region 1\"|    1 45 2 46|    Font (\"Arial\",0,0,0)|Collection 3|  Region 1|    3|1 "
+         "45|2 45|2 46|  Pline 2|1 45|2 46|  Multipoint 1|3 47|Arc 1 45 2 46|  0 90|Point 4 48",
          "t,1,\nc,2,\na,3,\np,4,\n",
          "L c 16 2: 45 1, 45 2, 46 2 | L c 18 2: 45 1, 46 2 | P c 2 @47 3 | P p 4 @48 4",
          {{LOAD_MIF_ARC, 1, "Arc 1 45 2 46"}, {LOAD_MIF_TEXT, 1, "Text"}}},
         {"columns named like objects, and objects before any DATA line",
-         {"Point 1 45"},
+         "Point 1 45",
          "7,p,x\n",
          "M 7 'x' 0 @45 1",
          {{LOAD_MIF_COLUMN_NOT_FOUND, 1, "Point 1 45", "VALUE"}},
@@ -187,20 +151,20 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
          {"Version 300", "Delimiter \",\"", "Columns 3", "  ID Char(5)", "  Pline Char(5)",
           "  NAME Char(5)"}},
         {"broken counts pass their object over; the reading goes on",
-         {"Pline 0", "1 45", "Region x", "Pline Multiple -1", "Pline 2", "1 45", "2 46", "Region 1", "  5",
-          "1 45", "2 45", "2 46", "Point 3", "Point 3 45"},
+         "Pline 0|1 45|Region x|Pline Multiple -1|Pline 2|1 45|2 46|Region 1|  5|1 45|2 45|2 46|Point "
+         "3|Point 3 45",
          nullptr,
          "L 1 18 0: 45 1, 46 2 | L 2 16 0: 45 1, 45 2, 46 2 | P Point 1 0 @45 3",
          {{LOAD_MIF_DAMAGED_OBJECT, 4, "Pline 0"},
           {LOAD_MIF_SHORT_OBJECT, 1, "Region 1"},
           {LOAD_MIF_NO_MID_ROW, 7, "Pline 0", "no .mid file"}}},
         {"a point out of the degree range is dropped",
-         {"Pline 3", "1 45", "200 95", "2 46", "Point 500 45"},
+         "Pline 3|1 45|200 95|2 46|Point 500 45",
          ",,\n,,\n",
          "L 1 18 0: 45 1, 46 2",
          {{LOAD_VERTEX_OUT_OF_RANGE, 2, "200 95"}}},
         {"a projected point stops the reading; the object keeps the points before it",
-         {"Pline 3", "1 45", "500000 5000000", "2 46", "Point 3 47"},
+         "Pline 3|1 45|500000 5000000|2 46|Point 3 47",
          ",,\n,,\n",
          "L 1 18 0: 45 1",
          {},
@@ -209,14 +173,14 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
          kIdValueName,
          "n"},
         {"rows short, long, unclosed, past the objects, and a value that is no number",
-         {"Point 1 45", "Point 2 45", "Point 3 45", "Point 4 45"},
+         "Point 1 45|Point 2 45|Point 3 45|Point 4 45",
          "a,1\nb,x,B,extra\n\"c,3,C\nd,4,D\ne,5,E\nf,6,F\n",
          "P a 1 @45 1 | M b 'B' 0 @45 2 | P c,3,C 0 @45 3 | M d 'D' 4 @45 4",
          {{LOAD_MIF_MID_FIELD_COUNT, 3, "Point 1 45", "row 1: 2 fields for 3 columns"},
           {LOAD_MIF_MID_EXTRA_ROW, 2, "Point 4 45", "from row 5 of the .mid"},
           {LOAD_MIF_VALUE_NOT_NUMBER, 1, "Point 2 45"}}},
         {"the .mid ends before the objects, and a chosen column the header lacks",
-         {"Point 1 45", "Point 2 45"},
+         "Point 1 45|Point 2 45",
          "a,1\n",
          "P a 1 @45 1 | P Point 2 0 @45 2",
          {{LOAD_MIF_NO_MID_ROW, 1, "Point 2 45", "the .mid has ended"},
@@ -225,14 +189,14 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
          Header({"id Char(5)", "Value Float"})},
         // Windows Latin 1 texts come in as UTF-8; a quoted field may hold the delimiter.
         {"charset and tab delimiter",
-         {"Point 1 45", "Point 2 45"},
+         "Point 1 45|Point 2 45",
          "\"caf\xe9\"\t1\t\"a\tb\"\n\" x \"\t2.5\t\"say \"\"hi\"\"\"\n",
          "M caf\xc3\xa9 'a\tb' 1 @45 1 | M x 'say \"hi\"' 2.5 @45 2",
          {},
          "",
          Header({"ID Char(10)", "VALUE Float", "NAME Char(10)"}, "\t")},
         {"a UTF-8 pair and the space delimiter",
-         {"Point 1 45"},
+         "Point 1 45",
          "\"\xc5\x82\xc4\x85ka\" 1 \"n m\"\n",
          "M \xc5\x82\xc4\x85ka 'n m' 1 @45 1",
          {},
@@ -241,7 +205,8 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
     };
     for (const TCompleteReadCase& c : cases) {
         std::vector<std::string> lines = c.header;
-        lines.insert(lines.end(), c.body.begin(), c.body.end());
+        std::istringstream body(c.body);
+        for (std::string line; std::getline(body, line, '|');) lines.push_back(line);
         TTempDir dir;
         WriteFileBytes(dir.File("t.mif"), JoinLines(lines));
         if (c.mid != nullptr) WriteFileBytes(dir.File("t.mid"), c.mid);
@@ -382,51 +347,22 @@ std::string PointPart(const tagLOC& p) {
     return " (" + FormatFixed(p.dLon, 6) + " " + FormatFixed(p.dLat, 6) + ")";
 }
 
-const TFeatureLine* AddLine(TMapLayer& layer, std::uint32_t kind, const char* id, int bound,
-                            const std::vector<tagLOC>& points, double value = 0) {
-    const double layerValue = layer.m_dValue;
-    layer.m_dValue = value;
-    const TFeatureLine* line =
-        AddImportedLine(&layer, static_cast<int>(kind), bound, static_cast<int>(points.size()), points.data(),
-                        id, false, COLOR_NONE, false, false, false);
-    layer.m_dValue = layerValue;
-    return line;
-}
-
-void AddMarker(TMapLayer& layer, const char* id, const char* name, double lat, double lon) {
-    auto* marker = new TFeatureMarker;
-    marker->m_strId = id;
-    marker->m_strName = name;
-    marker->m_Loc = TLoc(lat, lon);
-    marker->CalculateGeoExtents();
-    layer.AddElement(marker);
-}
-
-void AddPoint(TMapLayer& layer, const char* id, double lat, double lon, double value = 0) {
-    auto* point = new TFeaturePoint;
-    point->m_strId = id;
-    point->m_Loc = TLoc(lat, lon);
-    point->m_dValue = value;
-    point->CalculateGeoExtents();
-    layer.AddElement(point);
-}
-
 // A field with a hole and an island inside it, a lone exclusion ring, a road, open lines (one of
 // a single point), markers and points, with texts that need quoting. Holes stand after their
 // polygon and share its id and value, as they come back.
 void FillField(TMapLayer& layer) {
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, "field 1", BOUNDARY_INC,
-            {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}, {45.1, -93.0}, {45.0, -93.0}}, 12.5);
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, "field 1", BOUNDARY_EXC,
-            {{45.02, -92.98}, {45.02, -92.95}, {45.05, -92.95}, {45.02, -92.98}}, 12.5);
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, "pond", BOUNDARY_EXC,
-            {{46.0, -93.0}, {46.0, -92.99}, {46.01, -92.99}});
-    AddLine(layer, ELEMENT_LINE_AREA, "area \"A\", east", BOUNDARY_INC,
-            {{44.0, -91.0}, {44.0, -90.9}, {44.123456, -90.987654}}, 0.25);
-    AddLine(layer, ELEMENT_LINE_BOUNDARY, "track", BOUNDARY_OPEN,
-            {{45.2, -93.1}, {45.25, -93.05}, {45.22, -93.0}, {45.2, -93.1}});
-    AddMarker(layer, "7", "Gate, north", 45.5, -93.25);
-    AddPoint(layer, "well", 45.6, -93.3, 3);
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC,
+            {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}, {45.1, -93.0}, {45.0, -93.0}}, "field 1", 12.5);
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
+            {{45.02, -92.98}, {45.02, -92.95}, {45.05, -92.95}, {45.02, -92.98}}, "field 1", 12.5);
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC, {{46.0, -93.0}, {46.0, -92.99}, {46.01, -92.99}},
+            "pond");
+    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_INC, {{44.0, -91.0}, {44.0, -90.9}, {44.123456, -90.987654}},
+            "area \"A\", east", 0.25);
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_OPEN,
+            {{45.2, -93.1}, {45.25, -93.05}, {45.22, -93.0}, {45.2, -93.1}}, "track");
+    AddMarker(layer, "7", "Gate, north", 0, {45.5, -93.25});
+    AddPoint(layer, "well", {45.6, -93.3}, 3);
 }
 
 struct TWriteCase {
@@ -441,9 +377,9 @@ const TWriteCase kWriteCases[] = {
     {"field, space", FillField, MID_DELIMITER_SPACE},
     {"texts beyond Windows Latin 1",
      [](TMapLayer& l) {
-         AddLine(l, ELEMENT_LINE_BOUNDARY, "pole \xc5\x82\xc4\x85ka", BOUNDARY_INC,
-                 {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}});
-         AddMarker(l, "caf\xc3\xa9", "\xe2\x82\xac 5", 45.5, -93.25);
+         AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}},
+                 "pole \xc5\x82\xc4\x85ka");
+         AddMarker(l, "caf\xc3\xa9", "\xe2\x82\xac 5", 0, {45.5, -93.25});
      }},
 };
 
@@ -458,7 +394,7 @@ TEST_F(MifCompleteWrite, GdalReadsEveryElement) {
         TMapLayer layer;
         c.fill(layer);
         // Open lines of one point are written with it twice.
-        AddLine(layer, ELEMENT_LINE_GENERIC, "stub", BOUNDARY_OPEN, {{45.3, -93.4}});
+        AddLine(layer, ELEMENT_LINE_GENERIC, BOUNDARY_OPEN, {{45.3, -93.4}}, "stub");
         TTempDir dir;
         ASSERT_EQ(TGisMap().WriteFile(dir.File("c.mif").c_str(), &layer), 0) << c.name;
         const TCommandResult r = RunCommand("ogrinfo -ro -al " + ShellQuote(dir.File("c.mif")));
@@ -517,7 +453,7 @@ TEST_F(MifCompleteWrite, SprayRowsStayPairedWithObjects) {
     }
     spray->m_adChannel[0] = 1.0;  // a run without block rows by default
     layer.AddElement(spray);
-    AddMarker(layer, "1", "B", 45.5, -93.25);
+    AddMarker(layer, "1", "B", 0, {45.5, -93.25});
     TTempDir dir;
     ASSERT_EQ(TGisMap().WriteFile(dir.File("s.mif").c_str(), &layer), 0);
     const TCommandResult r = RunCommand("ogrinfo -ro -al " + ShellQuote(dir.File("s.mif")));
