@@ -424,9 +424,12 @@ TEST_F(DxfWriter, GoldenDrawings) {
         int sprayOnly = 1;
     } cases[] = {{[](TMapLayer& l) {
                      AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
-                             {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}});
+                             {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}},
+                             "");
                  }},
-                 {[](TMapLayer& l) { AddMarker(l, 45.5, 10.8, "Gate"), AddMarker(l, 45.6, 10.9, "Well"); }},
+                 {[](TMapLayer& l) {
+                     AddMarker(l, "", "Gate", 56, {45.5, 10.8}), AddMarker(l, "", "Well", 56, {45.6, 10.9});
+                 }},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, true); }, 0, 1},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, true); }, 1, 1},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, false); }, 0, 1},
@@ -449,13 +452,13 @@ TEST_F(DxfWriter, PolylinesByMode) {
     SetClockForTesting([] { return std::numeric_limits<std::time_t>::max(); });
     const auto polygons = [](TMapLayer& l) {
         const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
-        AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
-        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
-        AddLine(l, ELEMENT_LINE_AREA, 0, {{45.1, 1e300}, {45.2, 10.1}});
-        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
+        AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring, "");
+        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring, "");
+        AddLine(l, ELEMENT_LINE_AREA, 0, {{45.1, 1e300}, {45.2, 10.1}}, "");
+        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring, "");
         for (const std::uint32_t kind : {ELEMENT_LINE_ROAD, ELEMENT_LINE_WATER, ELEMENT_LINE_GENERIC})
-            AddLine(l, kind, BOUNDARY_EXC, ring);
-        AddMarker(l, 45.5, 10.8, "Gate");
+            AddLine(l, kind, BOUNDARY_EXC, ring, "");
+        AddMarker(l, "", "Gate", 56, {45.5, 10.8});
     };
     const auto runs = [](TMapLayer& l) {
         AddSprayRun(l, 4, true)->m_pRecs[0].bySpray = 0;
@@ -480,7 +483,7 @@ TEST_F(DxfWriter, PeersAcceptWhatIsWrittenAndTheReaderReadsItBack) {
     for (int i = 0; i < 40; ++i) {
         const double a = 44.0 + (i % 10) * 0.01, o = -95.0 + (i / 10) * 0.01;
         AddLine(layer, i % 3 ? ELEMENT_LINE_BOUNDARY : ELEMENT_LINE_AREA, i % 4 ? BOUNDARY_INC : BOUNDARY_EXC,
-                {{a, o}, {a + 0.005, o}, {a + 0.005, o + 0.005}, {a, o + 0.005}, {a, o}});
+                {{a, o}, {a + 0.005, o}, {a + 0.005, o + 0.005}, {a, o + 0.005}, {a, o}}, "");
     }
     TTempDir dir;
     const std::string path = dir.File("field.dxf");
