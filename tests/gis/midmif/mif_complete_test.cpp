@@ -188,6 +188,33 @@ TEST(MifCompleteRead, ObjectsAndRowsLeaveTheExpectedLayer) {
          "",
          Header({"id Char(5)", "Value Float"})},
         // Windows Latin 1 texts come in as UTF-8; a quoted field may hold the delimiter.
+        // Counts claimed past the end of the file: nothing is sized from them; what is there loads.
+        {"a point count of two billion",
+         "Pline 2000000000|1 45|2 46",
+         nullptr,
+         "L 1 18 0: 45 1, 46 2",
+         {{LOAD_MIF_SHORT_OBJECT, 1, "Pline 2000000000"},
+          {LOAD_MIF_NO_MID_ROW, 1, "Pline 2000000000", "no .mid file"}}},
+        {"a region of two billion rings",
+         "Region 2147483647| 2000000000|1 45|2 46",
+         nullptr,
+         "L 1 16 0: 45 1, 46 2",
+         {{LOAD_MIF_SHORT_OBJECT, 1, "Region 2147483647"},
+          {LOAD_MIF_NO_MID_ROW, 1, "Region 2147483647", "no .mid file"}}},
+        {"two billion sections",
+         "Pline Multiple 2000000000| 1|1 45",
+         nullptr,
+         "L 1 18 0: 45 1",
+         {{LOAD_MIF_SHORT_OBJECT, 1, "Pline Multiple 2000000000"},
+          {LOAD_MIF_NO_MID_ROW, 1, "Pline Multiple 2000000000", "no .mid file"}}},
+        {"two billion columns",
+         "Point 1 45",
+         nullptr,
+         "P Point 1 0 @45 1",
+         {{LOAD_MIF_NO_MID_ROW, 1, "Point 1 45", "no .mid file"},
+          {LOAD_MIF_COLUMN_NOT_FOUND, 2, "Data", "VALUE"}},
+         "",
+         {"Columns 2000000000", "  ID Char(5)", "Data"}},
         {"charset and tab delimiter",
          "Point 1 45|Point 2 45",
          "\"caf\xe9\"\t1\t\"a\tb\"\n\" x \"\t2.5\t\"say \"\"hi\"\"\"\n",
@@ -243,32 +270,6 @@ TEST(MifCompleteRead, PointsKeepTheirCentroidsAndIdsFollowTheNumbering) {
     EXPECT_EQ(centroids, 4u);  // two points, two lines
     EXPECT_EQ(DescribeReport(report), "");
     EXPECT_EQ(DescribeAdded(report), "boundary 2, point 2");
-}
-
-// Counts claimed past the end of the file or table: nothing is sized from them, and what the
-// file holds still loads.
-TEST(MifCompleteRead, ClaimsPastTheEndOfTheFileAreNotBelieved) {
-    TCompleteProfile profile;
-    const struct {
-        const char* name;
-        std::string text;
-        const char* expected;
-    } cases[] = {
-        {"a point count of two billion", JoinLines(kIdValueName) + "Pline 2000000000\n1 45\n2 46\n",
-         "L 1 18 0: 45 1, 46 2"},
-        {"a region of two billion rings",
-         JoinLines(kIdValueName) + "Region 2147483647\n 2000000000\n1 45\n2 46\n", "L 1 16 0: 45 1, 46 2"},
-        {"two billion columns", "Columns 2000000000\n  ID Char(5)\nData\nPoint 1 45\n", "P Point 1 0 @45 1"},
-        {"two billion sections", JoinLines(kIdValueName) + "Pline Multiple 2000000000\n 1\n1 45\n",
-         "L 1 18 0: 45 1"},
-    };
-    for (const auto& c : cases) {
-        TTempDir dir;
-        WriteFileBytes(dir.File("h.mif"), c.text);
-        int result = -1;
-        EXPECT_EQ(LoadDescribed(dir.File("h.mif"), nullptr, "", &result), c.expected) << c.name;
-        EXPECT_EQ(result, GISFILE_OK) << c.name;
-    }
 }
 
 // What GDAL reads from a pair, a feature a line, as "ID|BOUND|VALUE|NAME TYPE (x y ...)...";
