@@ -88,10 +88,10 @@ std::string DescribeCauses(const TCauseCounts& causes) {
         out += (out.empty() ? "" : "; ") + std::to_string(count) + " " + TLoadReport::CauseText(cause, count);
     return out;
 }
-TCauseCounts CausesOf(const TLoadReport& report) {
+std::string DescribeCauses(const TLoadReport& report) {
     TCauseCounts causes;
     for (const TLoadReport::TSkipped& s : report.GetSkipped()) causes.emplace_back(s.eCause, s.lCount);
-    return causes;
+    return DescribeCauses(causes);
 }
 
 // Metres per degree of latitude (y) and longitude (x) about a place, for distances across a field.
@@ -321,7 +321,7 @@ TEST(DxfComplete, EntityRules) {
         int result = -1;
         EXPECT_EQ(Load(c.text, &report, true, &result), c.expected) << c.name;
         EXPECT_EQ(result, 0) << c.name;
-        EXPECT_EQ(DescribeCauses(CausesOf(report)), DescribeCauses(c.causes)) << c.name;
+        EXPECT_EQ(DescribeCauses(report), DescribeCauses(c.causes)) << c.name;
     }
 
     // The curves of a load stop at its limit of curve vertices, which a few thousand circles of a
@@ -394,7 +394,7 @@ TEST(DxfComplete, DrawingsOfEzdxf) {
         int result = -1;
         Load(ReadFileBytes(dir.File("out.dxf")), &report, true, &result, &layer);
         EXPECT_EQ(result, 0) << version;
-        EXPECT_EQ(DescribeCauses(CausesOf(report)), "") << version;
+        EXPECT_EQ(DescribeCauses(report), "") << version;
         // Each curve as its pieces; the POINT with its TEXT makes one marker.
         std::vector<std::vector<std::vector<tagLOC>>> curves;
         long long others = 0;

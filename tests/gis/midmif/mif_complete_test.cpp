@@ -28,10 +28,6 @@ protected:
     TCompleteProfile m_Profile;
 };
 
-std::string Number(double value) {
-    return FormatRoundTrip(value);
-}
-
 // Every element as "L id bound value: lat lon, ..." (lines of another kind than boundary carry
 // their kind's name), "M id 'name' value @lat lon" or "P id value @lat lon", joined by " | ".
 std::string DescribeLayer(const TMapLayer& layer) {
@@ -42,16 +38,17 @@ std::string DescribeLayer(const TMapLayer& layer) {
             if (line->GetKind() != ELEMENT_LINE_BOUNDARY)
                 out += std::string(GetElementKindName(line->GetKind())) + " ";
             out += "L " + line->m_strId + " " + std::to_string(line->m_iBoundType) + " " +
-                   Number(line->m_dValue) + ":";
+                   FormatRoundTrip(line->m_dValue) + ":";
             for (int i = 0; i < line->m_iNumPoints; ++i)
-                out += std::string(i ? "," : "") + " " + Number(line->m_pPoints[i].dLat) + " " +
-                       Number(line->m_pPoints[i].dLon);
+                out += std::string(i ? "," : "") + " " + FormatRoundTrip(line->m_pPoints[i].dLat) + " " +
+                       FormatRoundTrip(line->m_pPoints[i].dLon);
         } else if (const auto* marker = dynamic_cast<const TFeatureMarker*>(e)) {
-            out += "M " + marker->m_strId + " '" + marker->m_strName + "' " + Number(marker->m_dValue) +
-                   " @" + Number(marker->m_Loc.dLat) + " " + Number(marker->m_Loc.dLon);
+            out += "M " + marker->m_strId + " '" + marker->m_strName + "' " +
+                   FormatRoundTrip(marker->m_dValue) + " @" + FormatRoundTrip(marker->m_Loc.dLat) + " " +
+                   FormatRoundTrip(marker->m_Loc.dLon);
         } else if (const auto* point = dynamic_cast<const TFeaturePoint*>(e)) {
-            out += "P " + point->m_strId + " " + Number(point->m_dValue) + " @" + Number(point->m_Loc.dLat) +
-                   " " + Number(point->m_Loc.dLon);
+            out += "P " + point->m_strId + " " + FormatRoundTrip(point->m_dValue) + " @" +
+                   FormatRoundTrip(point->m_Loc.dLat) + " " + FormatRoundTrip(point->m_Loc.dLon);
         } else {
             out += GetElementKindName(e->GetKind());
         }
