@@ -88,10 +88,10 @@ std::string DescribeCauses(const TCauseCounts& causes) {
         out += (out.empty() ? "" : "; ") + std::to_string(count) + " " + TLoadReport::CauseText(cause, count);
     return out;
 }
-TCauseCounts CausesOf(const TLoadReport& report) {
+std::string DescribeCauses(const TLoadReport& report) {
     TCauseCounts causes;
     for (const TLoadReport::TSkipped& s : report.GetSkipped()) causes.emplace_back(s.eCause, s.lCount);
-    return causes;
+    return DescribeCauses(causes);
 }
 
 // Metres per degree of latitude (y) and longitude (x) about a place, for distances across a field.
@@ -321,7 +321,7 @@ TEST(DxfComplete, EntityRules) {
         int result = -1;
         EXPECT_EQ(Load(c.text, &report, true, &result), c.expected) << c.name;
         EXPECT_EQ(result, 0) << c.name;
-        EXPECT_EQ(DescribeCauses(CausesOf(report)), DescribeCauses(c.causes)) << c.name;
+        EXPECT_EQ(DescribeCauses(report), DescribeCauses(c.causes)) << c.name;
     }
 
     // The curves of a load stop at its limit of curve vertices, which a few thousand circles of a
@@ -394,56 +394,48 @@ TEST(DxfComplete, DrawingsOfEzdxf) {
         int result = -1;
         Load(ReadFileBytes(dir.File("out.dxf")), &report, true, &result, &layer);
         EXPECT_EQ(result, 0) << version;
-        EXPECT_EQ(DescribeCauses(CausesOf(report)), "") << version;
-        // One line per curve, the POINT with its TEXT one marker, the lone POINT a point, the
-        // lone TEXT and MTEXT markers of their own.
-        std::vector<std::vector<std::vector<tagLOC>>> curves;  // pieces of each curve
-        int texts = 0, points = 0;
+        EXPECT_EQ(DescribeCauses(report), "") << version;
+        // Each curve as its pieces; the POINT with its TEXT makes one marker.
+        std::vector<std::vector<std::vector<tagLOC>>> curves;
+        long long others = 0;
         std::istringstream printed(made.strOut);
         for (std::string line; std::getline(printed, line);) {
-            if (line.rfind("line ", 0) == 0) {
-                std::istringstream values(line.substr(5));
-                curves.emplace_back(1);
-                for (std::string xy; values >> xy;) {
-                    if (xy == "|")
-                        curves.back().emplace_back();
-                    else
-                        curves.back().back().push_back(
-                            {std::stod(xy.substr(xy.find(',') + 1)), std::stod(xy.substr(0, xy.find(',')))});
-                }
+            if (!line.starts_with("line ")) {
+                ++others;
+                continue;
             }
-            texts += line == "text" || line == "mtext";
-            points += line == "point";
+            curves.emplace_back(1);
+            std::istringstream values(line.substr(5));
+            for (std::string xy; values >> xy;)
+                if (xy == "|")
+                    curves.back().emplace_back();
+                else
+                    curves.back().back().push_back({std::stod(xy.substr(xy.find(',') + 1)), std::stod(xy)});
         }
-        EXPECT_EQ(DescribeLayer(layer).find("m56:Gate@45.27,10.57") != std::string::npos, true)
+        EXPECT_NE(DescribeLayer(layer).find("m56:Gate@45.27,10.57"), std::string::npos)
             << DescribeLayer(layer);
-        EXPECT_EQ(report.GetAddedTotal(), static_cast<long long>(curves.size()) + texts + points - 1)
-            << version;
-        std::vector<const TFeatureLine*> lines;
+        EXPECT_EQ(report.GetAddedTotal(), static_cast<long long>(curves.size()) + others - 1) << version;
+        std::vector<std::vector<tagLOC>> lines;
         for (const TMapElement* e : layer.m_Elements)
-            if (const auto* line = dynamic_cast<const TFeatureLine*>(e)) lines.push_back(line);
+            if (const auto* l = dynamic_cast<const TFeatureLine*>(e))
+                lines.emplace_back(l->m_pPoints, l->m_pPoints + l->m_iNumPoints);
         ASSERT_EQ(lines.size(), curves.size()) << version;
         for (std::size_t i = 0; i < curves.size(); ++i) {
-            const TFeatureLine* read = lines[i];
-            // The curves are a few kilometres across: one scale serves each.
-            const TLocalScale scale(read->m_pPoints[0]);
-            const auto distance = [&scale](const tagLOC& p, const tagLOC* line, std::size_t count) {
-                double best = count == 1 ? MetresToSegment(scale, p, line[0], line[0]) : 1e300;
-                for (std::size_t k = 1; k < count; ++k)
+            const TLocalScale scale(lines[i][0]);  // the curves are a few kilometres across
+            const auto distance = [&scale](const tagLOC& p, const std::vector<tagLOC>& line) {
+                double best = MetresToSegment(scale, p, line[0], line[0]);
+                for (std::size_t k = 1; k < line.size(); ++k)
                     best = std::min(best, MetresToSegment(scale, p, line[k - 1], line[k]));
                 return best;
             };
             double worst = 0.0;
-            for (int k = 0; k < read->m_iNumPoints; ++k) {
+            for (const tagLOC& p : lines[i]) {
                 double best = 1e300;
-                for (const std::vector<tagLOC>& piece : curves[i])
-                    best = std::min(best, distance(read->m_pPoints[k], piece.data(), piece.size()));
+                for (const std::vector<tagLOC>& piece : curves[i]) best = std::min(best, distance(p, piece));
                 worst = std::max(worst, best);
             }
             for (const std::vector<tagLOC>& piece : curves[i])
-                for (const tagLOC& p : piece)
-                    worst = std::max(
-                        worst, distance(p, read->m_pPoints, static_cast<std::size_t>(read->m_iNumPoints)));
+                for (const tagLOC& p : piece) worst = std::max(worst, distance(p, lines[i]));
             EXPECT_LE(worst, DXF_CURVE_TOLERANCE_M)
                 << version << " curve " << i << ": " << DescribeLayer(layer);
         }

@@ -1,27 +1,12 @@
 #pragma once
-// What the complete profile's drawing tests share: the switch held for a scope, and a layer in
-// one line of words.
+// What the complete profile's drawing tests share: the switch, and a layer in one line of words.
 
 #include <iomanip>
 #include <sstream>
 #include <string>
 
-#include <tl_gis/gis/gis_file.h>
 #include <tl_gis/hostmap/map_layer.h>
-
-// Sets the complete profile for the life of the object and restores what was set before.
-class TCompleteProfile {
-public:
-    explicit TCompleteProfile(bool on = true) : m_bSaved(TGisFile::s_bCompleteProfile) {
-        TGisFile::s_bCompleteProfile = on;
-    }
-    ~TCompleteProfile() { TGisFile::s_bCompleteProfile = m_bSaved; }
-    TCompleteProfile(const TCompleteProfile&) = delete;
-    TCompleteProfile& operator=(const TCompleteProfile&) = delete;
-
-private:
-    bool m_bSaved;
-};
+#include "complete_profile.h"
 
 // One word per element: lines as kind, bound type and vertex count ("boundary16/5"), markers as
 // "m<symbol>:<name>@<lat>,<lon>", points as "p@<lat>,<lon>"; when exact, every position with six

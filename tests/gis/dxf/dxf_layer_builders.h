@@ -1,6 +1,5 @@
 #pragma once
-// Layers for the drawing writer tests, element by element, and the pinned clock of golden
-// drawings.
+// Spray runs for the drawing writer tests, and the pinned clock of golden drawings.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +9,7 @@
 
 #include <tl_gis/features/feature_spray.h>
 #include <tl_gis/gis/line_assembly.h>
+#include "layer_builders.h"
 #include "platform/system_services.h"
 #include "test_support.h"
 
@@ -23,19 +23,7 @@ protected:
     void TearDown() override { SetClockForTesting({}); }
 };
 
-inline void AddLine(TMapLayer& layer, std::uint32_t kind, int boundType, const std::vector<tagLOC>& points) {
-    AddImportedLine(&layer, static_cast<int>(kind), boundType, static_cast<int>(points.size()), points.data(),
-                    "", false, COLOR_NONE, false, false, false);
-}
-
-inline void AddMarker(TMapLayer& layer, double lat, double lon, const char* name, int symbol = 56) {
-    auto* marker = new TFeatureMarker;
-    marker->SetLowBits(symbol);
-    marker->m_Loc = TLoc(lat, lon);
-    marker->m_strName = name;
-    marker->CalculateGeoExtents();
-    layer.AddElement(marker);
-}
+using layer_test::AddLine, layer_test::AddMarker, layer_test::AddPoint;
 
 // A run of samples heading north along longitude -93 from latitude 45, one every 0.001 degrees,
 // with the swath reaching 0.001 degrees to either side (A west, B east).

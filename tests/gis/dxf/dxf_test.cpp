@@ -252,16 +252,14 @@ TEST(DxfReader, DrawingsOfEzdxfAndGdal) {
     if (!ezdxf || !gdal) GTEST_SKIP() << "ezdxf for " << TL_GIS_PYTHON << " or GDAL's ogr2ogr is missing";
 }
 
-// The line of the value of a group in the ENTITIES section of Drawing(entities): the header and
-// the section's start take 14 lines, and each group two.
-long long ValueLine(const std::string& entities, const std::string& group) {
+// "line N", N the line of the value of a group in the ENTITIES section of Drawing(entities): the
+// header and the section's start take 14 lines, and each group two.
+std::string At(const std::string& entities, const std::string& group, int offset = 0) {
     const std::size_t at = entities.find(group);
-    if (at == std::string::npos) {
-        ADD_FAILURE() << group << " is not in " << entities;
-        return -1;
-    }
-    return 14 +
-           2 * (1 + std::count(entities.begin(), entities.begin() + static_cast<std::ptrdiff_t>(at), '|'));
+    EXPECT_NE(at, std::string::npos) << group << " is not in " << entities;
+    return "line " + std::to_string(offset + 16 +
+                                    2 * std::count(entities.begin(),
+                                                   entities.begin() + static_cast<std::ptrdiff_t>(at), '|'));
 }
 
 TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
@@ -285,51 +283,45 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
     const TReportCase cases[] = {
         {"entity kinds it does not read",
          Drawing(kinds),
-         {{LOAD_DXF_POINT, 1, "line " + std::to_string(ValueLine(kinds, "0 POINT"))},
-          {LOAD_DXF_ARC, 1, "line " + std::to_string(ValueLine(kinds, "0 ARC"))},
-          {LOAD_DXF_CIRCLE, 2, "line " + std::to_string(ValueLine(kinds, "0 CIRCLE"))},
-          {LOAD_DXF_ELLIPSE, 1, "line " + std::to_string(ValueLine(kinds, "0 ELLIPSE"))},
-          {LOAD_DXF_SPLINE, 1, "line " + std::to_string(ValueLine(kinds, "0 SPLINE"))},
-          {LOAD_DXF_TEXT, 1, "line " + std::to_string(ValueLine(kinds, "0 TEXT"))},
-          {LOAD_DXF_MTEXT, 1, "line " + std::to_string(ValueLine(kinds, "0 MTEXT"))},
-          {LOAD_DXF_HATCH, 1, "line " + std::to_string(ValueLine(kinds, "0 HATCH"))},
-          {LOAD_DXF_SOLID, 1, "line " + std::to_string(ValueLine(kinds, "0 SOLID"))},
-          {LOAD_DXF_3DFACE, 1, "line " + std::to_string(ValueLine(kinds, "0 3DFACE"))},
-          {LOAD_DXF_DIMENSION, 1, "line " + std::to_string(ValueLine(kinds, "0 DIMENSION"))},
+         {{LOAD_DXF_POINT, 1, At(kinds, "0 POINT")},
+          {LOAD_DXF_ARC, 1, At(kinds, "0 ARC")},
+          {LOAD_DXF_CIRCLE, 2, At(kinds, "0 CIRCLE")},
+          {LOAD_DXF_ELLIPSE, 1, At(kinds, "0 ELLIPSE")},
+          {LOAD_DXF_SPLINE, 1, At(kinds, "0 SPLINE")},
+          {LOAD_DXF_TEXT, 1, At(kinds, "0 TEXT")},
+          {LOAD_DXF_MTEXT, 1, At(kinds, "0 MTEXT")},
+          {LOAD_DXF_HATCH, 1, At(kinds, "0 HATCH")},
+          {LOAD_DXF_SOLID, 1, At(kinds, "0 SOLID")},
+          {LOAD_DXF_3DFACE, 1, At(kinds, "0 3DFACE")},
+          {LOAD_DXF_DIMENSION, 1, At(kinds, "0 DIMENSION")},
           // The name as read, every byte that is not printable ASCII written out.
-          {LOAD_DXF_OTHER_ENTITY, 2,
-           "line " + std::to_string(ValueLine(kinds, proxy)) + " (ACAD_\\x01\\xFF\\x5CPROXY)"}},
+          {LOAD_DXF_OTHER_ENTITY, 2, At(kinds, proxy) + " (ACAD_\\x01\\xFF\\x5CPROXY)"}},
          "",
          "generic 1"},
         {"coordinates refused, the vertex or the entity dropped",
          Drawing(refused),
-         {{LOAD_VERTEX_NEAR_ORIGIN, 1, "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 0.5"))},
-          {LOAD_VERTEX_OUT_OF_RANGE, 2,
-           "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 200"))},
-          {LOAD_VERTEX_PROJECTED, 1,
-           "line " + std::to_string(ValueLine(refused, "0 VERTEX|8 F30|10 500000"))},
-          {LOAD_ENTITY_NEAR_ORIGIN, 1, "line " + std::to_string(ValueLine(refused, "0 LINE"))},
-          {LOAD_ENTITY_OUT_OF_RANGE, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 10.5"))},
-          {LOAD_ENTITY_PROJECTED, 1, "line " + std::to_string(ValueLine(refused, "0 LINE|8 A41|10 500000"))}},
+         {{LOAD_VERTEX_NEAR_ORIGIN, 1, At(refused, "0 VERTEX|8 F30|10 0.5")},
+          {LOAD_VERTEX_OUT_OF_RANGE, 2, At(refused, "0 VERTEX|8 F30|10 200")},
+          {LOAD_VERTEX_PROJECTED, 1, At(refused, "0 VERTEX|8 F30|10 500000")},
+          {LOAD_ENTITY_NEAR_ORIGIN, 1, At(refused, "0 LINE")},
+          {LOAD_ENTITY_OUT_OF_RANGE, 1, At(refused, "0 LINE|8 A41|10 10.5")},
+          {LOAD_ENTITY_PROJECTED, 1, At(refused, "0 LINE|8 A41|10 500000")}},
          "",
          "boundary 1, water 1",
          GISFILE_OK,
          "n"},
         {"layers, paper space and marker layers",
          Drawing(left),
-         {{LOAD_DXF_LAYER_NOT_TAKEN, 2,
-           "line " + std::to_string(ValueLine(left, "0 LINE|8 ZIP")) + " (layer ZIP)"},
-          {LOAD_DXF_PAPER_SPACE, 1, "line " + std::to_string(ValueLine(left, "0 LINE|8 A41|67"))},
-          {LOAD_DXF_MARKER_LAYER_LINE, 1, "line " + std::to_string(ValueLine(left, "0 POLYLINE|8 NAME"))}},
+         {{LOAD_DXF_LAYER_NOT_TAKEN, 2, At(left, "0 LINE|8 ZIP") + " (layer ZIP)"},
+          {LOAD_DXF_PAPER_SPACE, 1, At(left, "0 LINE|8 A41|67")},
+          {LOAD_DXF_MARKER_LAYER_LINE, 1, At(left, "0 POLYLINE|8 NAME")}},
          "",
          "generic 1"},
         {"inserts without attributes, with an unknown tag, out of range",
          Drawing(inserts),
          {{LOAD_ENTITY_OUT_OF_RANGE, 1,
-           "line " + std::to_string(ValueLine(
-                         inserts, "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|66 1|0 ATTRIB|8 0|10 200"))},
-          {LOAD_DXF_INSERT_NO_TAG, 2,
-           "line " + std::to_string(ValueLine(inserts, "0 INSERT|8 0|2 B")) + " (no attributes)"}},
+           At(inserts, "0 INSERT|8 0|2 SYMBOL|10 10.1|20 45.1|66 1|0 ATTRIB|8 0|10 200")},
+          {LOAD_DXF_INSERT_NO_TAG, 2, At(inserts, "0 INSERT|8 0|2 B") + " (no attributes)"}},
          "",
          "generic 1, marker 1"},
         {"a binary drawing",
@@ -341,7 +333,7 @@ TEST(DxfReader, LoadReportCountsWhatIsLeftOut) {
         {"projected, answered Yes",
          Drawing(utm),
          {},
-         "at line " + std::to_string(ValueLine(utm, kLine) - 1) +
+         "at " + At(utm, kLine, -1) +
              ": the projected-coordinate question about (5000000, 500000) was answered Yes; the rest of the "
              "file was not read",
          "",
@@ -424,9 +416,12 @@ TEST_F(DxfWriter, GoldenDrawings) {
         int sprayOnly = 1;
     } cases[] = {{[](TMapLayer& l) {
                      AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
-                             {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}});
+                             {{45.123456789, -93.5}, {45.2, -93.5}, {45.2, -93.4}, {45.123456789, -93.4}},
+                             "");
                  }},
-                 {[](TMapLayer& l) { AddMarker(l, 45.5, 10.8, "Gate"), AddMarker(l, 45.6, 10.9, "Well"); }},
+                 {[](TMapLayer& l) {
+                     AddMarker(l, "", "Gate", 56, {45.5, 10.8}), AddMarker(l, "", "Well", 56, {45.6, 10.9});
+                 }},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, true); }, 0, 1},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, true); }, 1, 1},
                  {[](TMapLayer& l) { AddSprayRun(l, 3, false); }, 0, 1},
@@ -449,13 +444,13 @@ TEST_F(DxfWriter, PolylinesByMode) {
     SetClockForTesting([] { return std::numeric_limits<std::time_t>::max(); });
     const auto polygons = [](TMapLayer& l) {
         const std::vector<tagLOC> ring = {{45.1, 10.1}, {45.2, 10.1}, {45.2, 10.2}, {45.1, 10.1}};
-        AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring);
-        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring);
-        AddLine(l, ELEMENT_LINE_AREA, 0, {{45.1, 1e300}, {45.2, 10.1}});
-        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring);
+        AddLine(l, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, ring, "");
+        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_OPEN, ring, "");
+        AddLine(l, ELEMENT_LINE_AREA, 0, {{45.1, 1e300}, {45.2, 10.1}}, "");
+        AddLine(l, ELEMENT_LINE_AREA, BOUNDARY_EXC, ring, "");
         for (const std::uint32_t kind : {ELEMENT_LINE_ROAD, ELEMENT_LINE_WATER, ELEMENT_LINE_GENERIC})
-            AddLine(l, kind, BOUNDARY_EXC, ring);
-        AddMarker(l, 45.5, 10.8, "Gate");
+            AddLine(l, kind, BOUNDARY_EXC, ring, "");
+        AddMarker(l, "", "Gate", 56, {45.5, 10.8});
     };
     const auto runs = [](TMapLayer& l) {
         AddSprayRun(l, 4, true)->m_pRecs[0].bySpray = 0;
@@ -480,7 +475,7 @@ TEST_F(DxfWriter, PeersAcceptWhatIsWrittenAndTheReaderReadsItBack) {
     for (int i = 0; i < 40; ++i) {
         const double a = 44.0 + (i % 10) * 0.01, o = -95.0 + (i / 10) * 0.01;
         AddLine(layer, i % 3 ? ELEMENT_LINE_BOUNDARY : ELEMENT_LINE_AREA, i % 4 ? BOUNDARY_INC : BOUNDARY_EXC,
-                {{a, o}, {a + 0.005, o}, {a + 0.005, o + 0.005}, {a, o + 0.005}, {a, o}});
+                {{a, o}, {a + 0.005, o}, {a + 0.005, o + 0.005}, {a, o + 0.005}, {a, o}}, "");
     }
     TTempDir dir;
     const std::string path = dir.File("field.dxf");

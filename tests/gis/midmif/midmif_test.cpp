@@ -14,10 +14,12 @@
 #include <tl_gis/gis/gis_map.h>
 #include <tl_gis/gis/line_assembly.h>
 #include <tl_gis/gis/midmif/gis_file_midmif.h>
+#include "layer_builders.h"
 #include "load_report_check.h"
 #include "test_support.h"
 
 namespace {
+using namespace layer_test;
 // What a load left, as "id:lat lon,lat lon; ... @lat lon ?questions": the lines with their points
 // ('!' after the id of a line that is no inclusion boundary), the centroids that POINT lines
 // added, the questions asked, and a result other than 0. A report, when given, is filled.
@@ -102,34 +104,46 @@ TEST(MifRead, LinesLeaveTheExpectedLayer) {
     EXPECT_EQ(LoadMif(dir.File("only.mif")), "result " + std::to_string(GISFILE_ERR_OPEN));
 }
 
-// Files that GDAL writes from a GeoJSON made here: a polygon with a hole, a line and a point;
-// once in degrees and once projected to UTM.
+// GDAL's MIF of a GeoJSON made here, in degrees and in UTM: a polygon with two holes (first ring
+// read), a line, two points (centroids) and two two-point lines (Line objects, left out), with the
+// report counting what GDAL wrote.
 TEST(MifRead, FilesWrittenByGdal) {
     SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveProgram("ogr2ogr"))
         GTEST_SKIP() << "ogr2ogr (GDAL) is not installed; run scripts/install-test-tools.sh";
     TTempDir dir;
-    WriteFileBytes(dir.File("in.geojson"), R"({"type":"FeatureCollection","features":[
-{"type":"Feature","properties":{"name":"field"},"geometry":{"type":"Polygon","coordinates":[
- [[-93.0,45.0],[-92.9,45.0],[-92.9,45.1],[-93.0,45.1],[-93.0,45.0]],
- [[-92.98,45.02],[-92.95,45.02],[-92.95,45.05],[-92.98,45.02]]]}},
-{"type":"Feature","properties":{"name":"road"},"geometry":{"type":"LineString","coordinates":[
- [-93.1,45.2],[-93.05,45.25],[-93.0,45.22]]}},
-{"type":"Feature","properties":{"name":"pump"},"geometry":{"type":"Point","coordinates":[-93.2,45.3]}}]})");
-    const struct {
-        const char* options;
-        const char* expected;
-    } cases[] = {
-        {"",
-         "1:45 -93,45 -92.9,45.1 -92.9,45.1 -93,45 -93; 2:45.2 -93.1,45.25 -93.05,45.22 -93; @45.3 -93.2"},
-        {"-s_srs EPSG:4326 -t_srs EPSG:32615", "1:; ?1"}};
-    for (const auto& c : cases) {
-        const std::string out = dir.File(std::string("gdal") + (*c.options ? "_utm" : "") + ".mif");
+    std::string features;
+    for (const char* geometry :
+         {R"("Polygon","coordinates":[[[-93.0,45.0],[-92.9,45.0],[-92.9,45.1],[-93.0,45.1],[-93.0,45.0]],)"
+          R"([[-92.98,45.02],[-92.95,45.02],[-92.95,45.05],[-92.98,45.02]],)"
+          R"([[-92.92,45.06],[-92.91,45.06],[-92.91,45.07],[-92.92,45.06]]])",
+          R"("LineString","coordinates":[[-93.1,45.2],[-93.05,45.25],[-93.0,45.22]])",
+          R"("Point","coordinates":[-93.2,45.3])", R"("Point","coordinates":[-93.2,45.4])",
+          R"("LineString","coordinates":[[-93.1,45.2],[-93.0,45.3]])",
+          R"("LineString","coordinates":[[-93.1,45.3],[-93.0,45.3]])"})
+        features += std::string(features.empty() ? "" : ",") +
+                    R"({"type":"Feature","properties":{"n":1},"geometry":{"type":)" + geometry + "}}";
+    WriteFileBytes(dir.File("in.geojson"), R"({"type":"FeatureCollection","features":[)" + features + "]}");
+    for (const char* options : {"", "-s_srs EPSG:4326 -t_srs EPSG:32615"}) {
+        const std::string out = dir.File(std::string("gdal") + (*options ? "_utm" : "") + ".mif");
         const TCommandResult r =
-            RunCommand(std::string("ogr2ogr -f \"MapInfo File\" -dsco FORMAT=MIF ") + c.options + " " +
+            RunCommand(std::string("ogr2ogr -f \"MapInfo File\" -dsco FORMAT=MIF ") + options + " " +
                        ShellQuote(out) + " " + ShellQuote(dir.File("in.geojson")));
         ASSERT_EQ(r.iExit, 0) << r.strErr;
-        EXPECT_EQ(LoadMif(out), c.expected) << c.options;
+        TLoadReport report;
+        EXPECT_EQ(LoadMif(out, ANSWER_NO, &report),
+                  *options
+                      ? "1:; ?1"
+                      : "1:45 -93,45 -92.9,45.1 -92.9,45.1 -93,45 -93; 2:45.2 -93.1,45.25 -93.05,45.22 -93; "
+                        "@45.3 -93.2 @45.4 -93.2")
+            << options;
+        if (*options) continue;
+        EXPECT_EQ(report.GetCount(LOAD_MIF_LINE), 2);
+        EXPECT_EQ(report.GetCount(LOAD_MIF_POINT), 2);
+        EXPECT_EQ(report.GetCount(LOAD_MIF_REGION_RING), 2);
+        EXPECT_EQ(report.GetSkipped().size(), 3u) << DescribeReport(report);
+        EXPECT_EQ(DescribeAdded(report), "boundary 2");
+        EXPECT_FALSE(report.HasStopped());
     }
 }
 
@@ -137,48 +151,23 @@ TEST(MifRead, FilesWrittenByGdal) {
 TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
     const std::vector<std::string> head = {"Version 300", "Columns 2", "  Text Char(10)", "  Line Integer",
                                            "Data"};
-    const auto with = [&](std::vector<std::string> body) {
-        body.insert(body.begin(), head.begin(), head.end());
-        return body;
+    const auto with = [&](const std::string& body) {
+        std::vector<std::string> lines = head;
+        std::istringstream in(body);
+        for (std::string line; std::getline(in, line, '|');) lines.push_back(line);
+        return lines;
     };
-    const std::vector<std::string> objects = with({"Line 10 45 10.1 45.1",
-                                                   "  Pen (1,2,0)",
-                                                   "Arc 10 45 10.1 45.1",
-                                                   "  0 360",
-                                                   "Text \"hello\"",
-                                                   "  10 45 10.1 45.1",
-                                                   "Multipoint 2",
-                                                   "10 45",
-                                                   "10.1 45.1",
-                                                   "Rect 10 45 10.1 45.1",
-                                                   "Roundrect 10 45 10.1 45.1 0.01",
-                                                   "Ellipse 10 45 10.1 45.1",
-                                                   "none",
-                                                   "Point 10.5 45.2",
-                                                   "Region 3",
-                                                   "  4",
-                                                   "10 45",
-                                                   "10.1 45",
-                                                   "10.1 45.1",
-                                                   "10 45",
-                                                   "  3",
-                                                   "10.02 45.02",
-                                                   "10.05 45.02",
-                                                   "10.05 45.05",
-                                                   "  3",
-                                                   "10.06 45.06",
-                                                   "10.07 45.06",
-                                                   "10.07 45.07",
-                                                   "Pline 2",
-                                                   "10 46",
-                                                   "10.1 46.1",
-                                                   "LINE 11 45 11.1 45.1"});
-    const std::vector<std::string> multiple = with({"Pline Multiple 2", "  2", "10 45", "10.1 45.1"});
-    const std::vector<std::string> outOfRange = with({"Pline 3", "10 45", "200 95", "10 46"});
-    const std::vector<std::string> projected = with({"Pline 2", "10 45", "500000 5000000"});
-    const std::vector<std::string> tooMany = with({"Pline 30001", "10 45"});
-    const std::vector<std::string> texts =
-        with({"Text \"a\"", "  10 45 10.1 45.1", "Text \"b\"", "  10 45 10.1 45.1"});
+    const auto objects = with(
+        "Line 10 45 10.1 45.1|  Pen (1,2,0)|Arc 10 45 10.1 45.1|  0 360|Text \"hello\"|  10 45 10.1 "
+        "45.1|Multipoint 2|10 45|10.1 45.1|Rect 10 45 10.1 45.1|Roundrect 10 45 10.1 45.1 0.01|Ellipse 10 45 "
+        "10.1 45.1|none|Point 10.5 45.2|Region 3|  4|10 45|10.1 45|10.1 45.1|10 45|  3|10.02 45.02|10.05 "
+        "45.02|10.05 45.05|  3|10.06 45.06|10.07 45.06|10.07 45.07|Pline 2|10 46|10.1 46.1|LINE 11 45 11.1 "
+        "45.1");
+    const auto multiple = with("Pline Multiple 2|  2|10 45|10.1 45.1");
+    const auto outOfRange = with("Pline 3|10 45|200 95|10 46");
+    const auto projected = with("Pline 2|10 45|500000 5000000");
+    const auto tooMany = with("Pline 30001|10 45");
+    const auto texts = with("Text \"a\"|  10 45 10.1 45.1|Text \"b\"|  10 45 10.1 45.1");
     const TReportCase cases[] = {
         {"objects it does not read",
          JoinLines(objects),
@@ -232,43 +221,6 @@ TEST(MifRead, LoadReportCountsWhatIsLeftOut) {
     }
 }
 
-// GDAL writes two-point lines as Line objects, points as Point objects and every ring of a
-// polygon in its Region: the report counts them as written.
-TEST(MifRead, LoadReportOfAFileWrittenByGdal) {
-    if (!HaveProgram("ogr2ogr"))
-        GTEST_SKIP() << "ogr2ogr (GDAL) is not installed; run scripts/install-test-tools.sh";
-    TTempDir dir;
-    std::string features;
-    const auto add = [&](const std::string& geometry) {
-        features += std::string(features.empty() ? "" : ",\n") +
-                    R"({"type":"Feature","properties":{"n":1},"geometry":)" + geometry + "}";
-    };
-    for (int i = 0; i < 3; ++i)
-        add(R"({"type":"LineString","coordinates":[[-93.1,45.)" + std::to_string(2 + i) +
-            R"(],[-93.0,45.3]]})");
-    for (int i = 0; i < 4; ++i)
-        add(R"({"type":"Point","coordinates":[-93.2,45.)" + std::to_string(3 + i) + "]}");
-    add(R"({"type":"LineString","coordinates":[[-93.1,45.2],[-93.05,45.25],[-93.0,45.22]]})");
-    add(R"({"type":"Polygon","coordinates":[[[-93.0,45.0],[-92.9,45.0],[-92.9,45.1],[-93.0,45.0]],)"
-        R"([[-92.98,45.02],[-92.95,45.02],[-92.95,45.05],[-92.98,45.02]]]})");
-    add(R"({"type":"Polygon","coordinates":[[[-94.0,45.0],[-93.9,45.0],[-93.9,45.1],[-94.0,45.0]],)"
-        R"([[-93.98,45.02],[-93.95,45.02],[-93.95,45.05],[-93.98,45.02]],)"
-        R"([[-93.92,45.01],[-93.91,45.01],[-93.91,45.02],[-93.92,45.01]]]})");
-    WriteFileBytes(dir.File("in.geojson"), R"({"type":"FeatureCollection","features":[)" + features + "]}");
-    const TCommandResult r =
-        RunCommand("ogr2ogr -f \"MapInfo File\" -dsco FORMAT=MIF " + ShellQuote(dir.File("gdal.mif")) + " " +
-                   ShellQuote(dir.File("in.geojson")));
-    ASSERT_EQ(r.iExit, 0) << r.strErr;
-    TLoadReport report;
-    LoadMif(dir.File("gdal.mif"), ANSWER_NO, &report);
-    EXPECT_EQ(report.GetCount(LOAD_MIF_LINE), 3);
-    EXPECT_EQ(report.GetCount(LOAD_MIF_POINT), 4);
-    EXPECT_EQ(report.GetCount(LOAD_MIF_REGION_RING), 3);
-    EXPECT_EQ(report.GetSkipped().size(), 3u) << DescribeReport(report);
-    EXPECT_EQ(DescribeAdded(report), "boundary 3");
-    EXPECT_FALSE(report.HasStopped());
-}
-
 // Restores the writer's class settings after each test.
 class MidMifWriter : public testing::Test {
 protected:
@@ -280,19 +232,6 @@ protected:
         TGisFileMidMif::s_iDefaultSingleBlockMode = 0;
     }
 };
-
-void AddMarker(TMapLayer& layer, const std::string& name, double lat, double lon) {
-    auto* marker = new TFeatureMarker;
-    marker->m_strName = name;
-    marker->m_Loc = TLoc(lat, lon);
-    layer.AddElement(marker);
-}
-
-void AddPolygon(TMapLayer& layer, std::uint32_t kind, const char* id, int boundType,
-                const std::vector<tagLOC>& points) {
-    AddImportedLine(&layer, static_cast<int>(kind), boundType, static_cast<int>(points.size()), points.data(),
-                    id, false, COLOR_NONE, false, false, false);
-}
 
 // A recorded sample: the swath ends (the sample lies halfway between them), time, and the values
 // its .mid row shows (height in units of 0.2 m, rates of channels 0 and 1 in litres per hectare).
@@ -336,13 +275,12 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 void FillPolygons(TMapLayer& layer) {
-    AddPolygon(layer, ELEMENT_LINE_BOUNDARY, "pond", BOUNDARY_EXC,
-               {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}, {45.1, -93.0}});
-    AddPolygon(layer, ELEMENT_LINE_AREA, "field 7", BOUNDARY_INC,
-               {{46.0, -94.0}, {46.0, -93.7}, {46.3, -94.0}});
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_EXC,
+            {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}, {45.1, -93.0}}, "pond");
+    AddLine(layer, ELEMENT_LINE_AREA, BOUNDARY_INC, {{46.0, -94.0}, {46.0, -93.7}, {46.3, -94.0}}, "field 7");
     // Lines without points, and kinds the writer does not know, are left out of both files.
-    AddPolygon(layer, ELEMENT_LINE_BOUNDARY, "nothing", BOUNDARY_INC, {});
-    AddPolygon(layer, ELEMENT_LINE_ROAD, "road", BOUNDARY_OPEN, {{1, 2}, {3, 4}});
+    AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, {}, "nothing");
+    AddLine(layer, ELEMENT_LINE_ROAD, BOUNDARY_OPEN, {{1, 2}, {3, 4}}, "road");
     auto* point = new TFeaturePoint;
     point->m_Loc = TLoc(1, 2);
     layer.AddElement(point);
@@ -370,7 +308,10 @@ TEST_F(MidMifWriter, GoldenPairsMatchByteForByte) {
         MIDDELIMITER delimiter;
         std::function<void(TMapLayer&)> fill;
         int singleBlockMode = 0;
-    } cases[] = {{"marker_tab", MID_DELIMITER_TAB, [](TMapLayer& l) { AddMarker(l, "B", 45.5, -93.25); }},
+    } cases[] = {{"marker_tab", MID_DELIMITER_TAB,
+                  [](TMapLayer& l) {
+                      AddMarker(l, "", "B", 0, {45.5, -93.25});
+                  }},
                  {"polygons", MID_DELIMITER_COMMA, FillPolygons},
                  // Channel 1 peaks at 30 L/ha: 3.2072 US gallons per acre in the block rows.
                  {"spray_one_block", MID_DELIMITER_COMMA, [](TMapLayer& l) { AddThreeSampleSpray(l); }},
@@ -399,7 +340,7 @@ TEST_F(MidMifWriter, PathsAndFailures) {
     std::filesystem::create_directories(dir.File("C:/data"));
     std::filesystem::create_directories(dir.File("taken.mid"));
     TMapLayer layer;
-    AddMarker(layer, "A", 1, 2);
+    AddMarker(layer, "", "A", 0, {1, 2});
     for (const std::string folder : {"C:\\data\\", "C:/data/"}) {
         ASSERT_EQ(TGisFileMidMif().WriteFile(dir.File(folder + "field.txt").c_str(), &layer), 0) << folder;
         EXPECT_TRUE(ReadFileBytes(dir.File(folder + "field.txt")).starts_with("Version 300")) << folder;
@@ -441,9 +382,9 @@ TEST_F(MidMifWriter, GdalReadsEveryObjectOfCompleteRows) {
             TGisFileMidMif::s_bMidCompleteRows = true;
             TMapLayer layer;
             FillPolygons(layer);
-            AddMarker(layer, "B", 45.5, -93.25);
-            AddPolygon(layer, ELEMENT_LINE_BOUNDARY, "a,b \"c\"", BOUNDARY_INC,
-                       {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}});
+            AddMarker(layer, "", "B", 0, {45.5, -93.25});
+            AddLine(layer, ELEMENT_LINE_BOUNDARY, BOUNDARY_INC, {{45.0, -93.0}, {45.0, -92.9}, {45.1, -92.9}},
+                    "a,b \"c\"");
             AddThreeSampleSpray(layer);
             AddThreeSampleSpray(layer, 1.0);
             TTempDir dir;
