@@ -54,136 +54,102 @@ std::string Collection(const std::string& features) {
     return R"({"type":"FeatureCollection","features":[)" + features + "]}";
 }
 
-const std::string kSquare = R"([[-93.26,45.49],[-93.26,45.51],[-93.24,45.51],[-93.24,45.49],[-93.26,45.49]])";
-const std::string kHole =
-    R"([[-93.255,45.495],[-93.25,45.495],[-93.25,45.5],[-93.255,45.5],[-93.255,45.495]])";
+std::string Geometry(const std::string& type, const std::string& coordinates) {
+    return R"({"type":")" + type + R"(","coordinates":)" + coordinates + "}";
+}
 
 std::string Kml(const std::string& body) {
     return R"(<?xml version="1.0" encoding="UTF-8"?><kml xmlns="http://www.opengis.net/kml/2.2"><Document>)" +
            body + "</Document></kml>";
 }
 
+std::string KmlRing(const std::string& coordinates) {
+    return "<LinearRing><coordinates>" + coordinates + "</coordinates></LinearRing>";
+}
+
+const std::string kSquare = R"([[-93.26,45.49],[-93.26,45.51],[-93.24,45.51],[-93.24,45.49],[-93.26,45.49]])";
+const std::string kHole =
+    R"([[-93.255,45.495],[-93.25,45.495],[-93.25,45.5],[-93.255,45.5],[-93.255,45.495]])";
+const std::string kLine = R"([[-93.2,45.5],[-93.1,45.6]])";
+const std::string kGate = "[-93.25,45.5]";
 const std::string kKmlSquare = "-93.26,45.49 -93.26,45.51 -93.24,45.51 -93.24,45.49 -93.26,45.49";
 
 std::vector<TReadCase> Cases() {
     const TLoadCause none = LOAD_CAUSE_COUNT;
-    std::vector<TReadCase> cases = {
-        {"polygon_with_hole", EXCHANGE_FILE_GEOJSON,
-         Collection(
-             Feature(R"({"id":"7"})", R"({"type":"Polygon","coordinates":[)" + kSquare + "," + kHole + "]}")),
-         0, "boundary INC 7 5\nboundary EXC 7 5\n", none, 0, ""},
-        {"multipolygon_and_multiline", EXCHANGE_FILE_GEOJSON,
-         Collection(
-             Feature("{}", R"({"type":"MultiPolygon","coordinates":[[)" + kSquare + "],[" + kHole + "]]}") +
-             "," +
-             Feature(
-                 "null",
-                 R"({"type":"MultiLineString","coordinates":[[[-93.2,45.5],[-93.1,45.6]],[[-93,45],[-93.1,45.1],[-93.2,45]]]})")),
-         0, "boundary INC  5\nboundary INC  5\ngeneric OPEN  2\ngeneric OPEN  3\n", none, 0, ""},
-        {"points_with_and_without_names", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature(R"({"name":"Gate"})", R"({"type":"Point","coordinates":[-93.25,45.5]})") + "," +
-                    Feature("{}", R"({"type":"MultiPoint","coordinates":[[-93.25,45.5],[-93.24,45.4]]})")),
-         0, "marker Gate\npoint\npoint\n", none, 0, ""},
-        {"feature_id_and_bound", EXCHANGE_FILE_GEOJSON,
-         Collection(
-             R"({"type":"Feature","id":12,"properties":{"bound":"exc"},"geometry":{"type":"Polygon","coordinates":[)" +
-             kSquare + "]}}"),
-         0, "boundary EXC 12 5\n", none, 0, ""},
-        {"single_feature_and_bare_geometry", EXCHANGE_FILE_GEOJSON,
-         R"({"type":"LineString","coordinates":[[-93.2,45.5],[-93.1,45.6]]})", 0, "generic OPEN  2\n", none,
-         0, ""},
-        {"heights_dropped", EXCHANGE_FILE_GEOJSON,
-         Collection(
-             Feature("{}", R"({"type":"LineString","coordinates":[[-93.2,45.5,300],[-93.1,45.6,310]]})")),
-         0, "generic OPEN  2\n", LOAD_HEIGHTS_DROPPED, 1, ""},
-        {"no_geometry_and_unknown_type", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature("{}", "null") + "," + Feature("{}", R"({"type":"Curve","coordinates":[]})")), 0,
-         "", LOAD_FEATURE_NO_GEOMETRY, 1, ""},
-        {"bad_positions", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature("{}", R"({"type":"LineString","coordinates":[[-93.2],[-93.1,45.6]]})") + "," +
-                    Feature("{}", R"({"type":"Point","coordinates":[-93.1,"45"]})")),
-         0, "", LOAD_FEATURE_BAD_GEOMETRY, 2, ""},
-        {"out_of_range", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature("{}", R"({"type":"Point","coordinates":[200,45]})")), 0, "",
-         LOAD_ENTITY_OUT_OF_RANGE, 1, ""},
-        {"nul_in_name", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature(R"({"name":"Ga\u0000te"})", R"({"type":"Point","coordinates":[-93.25,45.5]})")),
-         0, "marker Ga\n", LOAD_TEXT_CUT_AT_NUL, 1, ""},
-        {"syntax_error", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature("{}", R"({"type":"Point","coordinates":[-93.25,45.5]})") + ",{\"type\":}"),
-         GISFILE_ERR_DATA, "point\n", none, 0, "JSON syntax error at line 1"},
-        {"number_out_of_range", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature("{}", R"({"type":"Point","coordinates":[1e999,45.5]})")), GISFILE_ERR_DATA, "",
-         none, 0, "number overflow"},
-        {"deep_nesting", EXCHANGE_FILE_GEOJSON, std::string(10000, '[') + std::string(10000, ']'),
-         GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
-        {"deep_properties", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature(std::string(5000, '[') + std::string(5000, ']'), "null")), GISFILE_ERR_DATA, "",
-         none, 0, "nests deeper than 64 levels"},
-        {"json_but_no_geojson", EXCHANGE_FILE_GEOJSON, R"({"name":"x"})", GISFILE_ERR_OPEN, "", none, 0,
-         "no GeoJSON"},
-        {"spray_display_features", EXCHANGE_FILE_GEOJSON,
-         Collection(
-             Feature(R"({"kind":"spray_swath"})", R"({"type":"Polygon","coordinates":[)" + kSquare + "]}")),
-         0, "", LOAD_FEATURE_SPRAY_DISPLAY, 1, ""},
-        {"pattern_from_two_features", EXCHANGE_FILE_GEOJSON,
-         Collection(Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"AB"})",
-                            R"({"type":"LineString","coordinates":[[-93.2,45.5],[-93.1,45.6]]})") +
-                    "," +
-                    Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"C"})",
-                            R"({"type":"Point","coordinates":[-93.15,45.55]})")),
-         0, "pattern 3 ABC\n", none, 0, ""},
-
-        {"kml_placemarks_in_folders", EXCHANGE_FILE_KML,
-         Kml("<name>Farm</name><Folder><name>Fields</name><Folder><Placemark><name>North</"
-             "name><Polygon><outerBoundaryIs>"
-             "<LinearRing><coordinates>" +
-             kKmlSquare +
-             "</coordinates></LinearRing></outerBoundaryIs><innerBoundaryIs>"
-             "<LinearRing><coordinates>-93.255,45.495 -93.25,45.495 -93.25,45.5 -93.255,45.495</coordinates>"
-             "</LinearRing></innerBoundaryIs></Polygon></Placemark></Folder></Folder>"
-             "<Placemark><name>Gate</name><Point><coordinates>-93.25,45.5</coordinates></Point></Placemark>"),
-         0, "boundary INC  5\nboundary EXC  4\nmarker Gate\n", none, 0, ""},
-        {"kml_extended_data_both_ways", EXCHANGE_FILE_KML,
-         Kml("<Placemark><ExtendedData><Data name=\"id\"><value>4</value></Data></ExtendedData>"
-             "<LineString><coordinates>-93.2,45.5 -93.1,45.6</coordinates></LineString></Placemark>"
-             "<Placemark><ExtendedData><SchemaData schemaUrl=\"#s\"><SimpleData name=\"id\">5</SimpleData>"
-             "<SimpleData name=\"bound\">INC</SimpleData></SchemaData></ExtendedData>"
-             "<LinearRing><coordinates>" +
-             kKmlSquare + "</coordinates></LinearRing></Placemark>"),
-         0, "generic OPEN 4 2\nboundary INC 5 5\n", none, 0, ""},
-        {"kml_multigeometry_heights_altitude", EXCHANGE_FILE_KML,
-         Kml("<Placemark><MultiGeometry><Point><altitudeMode>absolute</"
-             "altitudeMode><coordinates>-93.2,45.5,120"
-             "</coordinates></Point><LineString><coordinates>-93.2,45.5 -93.1, "
-             "45.6</coordinates></LineString>"
-             "</MultiGeometry></Placemark>"),
-         0, "point\ngeneric OPEN  2\n", LOAD_ALTITUDE_MODE_DROPPED, 1, ""},
-        {"kml_tracks_and_overlays", EXCHANGE_FILE_KML,
-         Kml("<Placemark><gx:Track><gx:coord>-93 45 0</gx:coord></gx:Track></Placemark>"
-             "<GroundOverlay><name>photo</name></GroundOverlay><NetworkLink/>"),
-         0, "", LOAD_KML_OVERLAY, 2, ""},
-        {"kml_bad_coordinates", EXCHANGE_FILE_KML,
-         Kml("<Placemark><LineString><coordinates>-93.2;45.5 "
-             "-93.1,45.6</coordinates></LineString></Placemark>"),
-         0, "", LOAD_FEATURE_BAD_GEOMETRY, 1, ""},
-        {"kml_latin1", EXCHANGE_FILE_KML,
-         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><kml><Placemark><name>P\xE9"
-         "age</name><Point><coordinates>-93.2,45.5</coordinates></Point></Placemark></kml>",
-         0,
-         "marker P\xC3\xA9"
-         "age\n",
-         none, 0, ""},
-        {"kml_syntax_error", EXCHANGE_FILE_KML, Kml("<Placemark><name>x</Placemark>"), GISFILE_ERR_DATA, "",
-         none, 0, "XML syntax error at line 1"},
-        {"xml_but_no_kml", EXCHANGE_FILE_KML, "<gpx><wpt/></gpx>", GISFILE_ERR_OPEN, "", none, 0, "no KML"},
-    };
+    const TExchangeFileType json = EXCHANGE_FILE_GEOJSON, kml = EXCHANGE_FILE_KML;
     std::string deep = "<kml>";
     for (int i = 0; i < 10000; ++i) deep += "<Folder>";
     for (int i = 0; i < 10000; ++i) deep += "</Folder>";
-    cases.push_back({"kml_deep_folders", EXCHANGE_FILE_KML, deep + "</kml>", GISFILE_ERR_DATA, "", none, 0,
-                     "nest deeper than 64 levels"});
-    return cases;
+    // clang-format off
+    return {
+        {"polygon_with_hole", json, Collection(Feature(R"({"id":"7"})", Geometry("Polygon", "[" + kSquare + "," + kHole + "]"))),
+         0, "boundary INC 7 5\nboundary EXC 7 5\n", none, 0, ""},
+        {"multipolygon_and_multiline", json,
+         Collection(Feature("{}", Geometry("MultiPolygon", "[[" + kSquare + "],[" + kHole + "]]")) + "," +
+                    Feature("null", Geometry("MultiLineString", "[" + kLine + R"(,[[-93,45],[-93.1,45.1],[-93.2,45]]])"))),
+         0, "boundary INC  5\nboundary INC  5\ngeneric OPEN  2\ngeneric OPEN  3\n", none, 0, ""},
+        {"points_with_and_without_names", json,
+         Collection(Feature(R"({"name":"Gate"})", Geometry("Point", kGate)) + "," +
+                    Feature("{}", Geometry("MultiPoint", "[" + kGate + ",[-93.24,45.4]]"))),
+         0, "marker Gate\npoint\npoint\n", none, 0, ""},
+        {"feature_id_and_bound", json,
+         Collection(R"({"type":"Feature","id":12,"properties":{"bound":"exc"},"geometry":)" + Geometry("Polygon", "[" + kSquare + "]") + "}"),
+         0, "boundary EXC 12 5\n", none, 0, ""},
+        {"single_feature_and_bare_geometry", json, Geometry("LineString", kLine), 0, "generic OPEN  2\n", none, 0, ""},
+        {"heights_dropped", json, Collection(Feature("{}", Geometry("LineString", "[[-93.2,45.5,300],[-93.1,45.6,310]]"))),
+         0, "generic OPEN  2\n", LOAD_HEIGHTS_DROPPED, 1, ""},
+        {"no_geometry_and_unknown_type", json, Collection(Feature("{}", "null") + "," + Feature("{}", Geometry("Curve", "[]"))),
+         0, "", LOAD_FEATURE_NO_GEOMETRY, 1, ""},
+        {"bad_positions", json,
+         Collection(Feature("{}", Geometry("LineString", "[[-93.2],[-93.1,45.6]]")) + "," + Feature("{}", Geometry("Point", R"([-93.1,"45"])"))),
+         0, "", LOAD_FEATURE_BAD_GEOMETRY, 2, ""},
+        {"out_of_range", json, Collection(Feature("{}", Geometry("Point", "[200,45]"))), 0, "", LOAD_ENTITY_OUT_OF_RANGE, 1, ""},
+        {"nul_in_name", json, Collection(Feature(R"({"name":"Ga\u0000te"})", Geometry("Point", kGate))),
+         0, "marker Ga\n", LOAD_TEXT_CUT_AT_NUL, 1, ""},
+        {"syntax_error", json, Collection(Feature("{}", Geometry("Point", kGate)) + ",{\"type\":}"),
+         GISFILE_ERR_DATA, "point\n", none, 0, "JSON syntax error at line 1"},
+        {"number_out_of_range", json, Collection(Feature("{}", Geometry("Point", "[1e999,45.5]"))),
+         GISFILE_ERR_DATA, "", none, 0, "number overflow"},
+        {"deep_nesting", json, std::string(10000, '[') + std::string(10000, ']'), GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
+        {"deep_properties", json, Collection(Feature(std::string(5000, '[') + std::string(5000, ']'), "null")),
+         GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
+        {"json_but_no_geojson", json, R"({"name":"x"})", GISFILE_ERR_OPEN, "", none, 0, "no GeoJSON"},
+        {"spray_display_features", json, Collection(Feature(R"({"kind":"spray_swath"})", Geometry("Polygon", "[" + kSquare + "]"))),
+         0, "", LOAD_FEATURE_SPRAY_DISPLAY, 1, ""},
+        {"pattern_from_two_features", json,
+         Collection(Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"AB"})", Geometry("LineString", kLine)) + "," +
+                    Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"C"})", Geometry("Point", "[-93.15,45.55]"))),
+         0, "pattern 3 ABC\n", none, 0, ""},
+
+        {"kml_placemarks_in_folders", kml,
+         Kml("<name>Farm</name><Folder><name>Fields</name><Folder><Placemark><name>North</name><Polygon><outerBoundaryIs>" +
+             KmlRing(kKmlSquare) + "</outerBoundaryIs><innerBoundaryIs>" +
+             KmlRing("-93.255,45.495 -93.25,45.495 -93.25,45.5 -93.255,45.495") + "</innerBoundaryIs></Polygon></Placemark></Folder></Folder>"
+             "<Placemark><name>Gate</name><Point><coordinates>-93.25,45.5</coordinates></Point></Placemark>"),
+         0, "boundary INC  5\nboundary EXC  4\nmarker Gate\n", none, 0, ""},
+        {"kml_extended_data_both_ways", kml,
+         Kml("<Placemark><ExtendedData><Data name=\"id\"><value>4</value></Data></ExtendedData>"
+             "<LineString><coordinates>-93.2,45.5 -93.1,45.6</coordinates></LineString></Placemark>"
+             "<Placemark><ExtendedData><SchemaData schemaUrl=\"#s\"><SimpleData name=\"id\">5</SimpleData>"
+             "<SimpleData name=\"bound\">INC</SimpleData></SchemaData></ExtendedData>" + KmlRing(kKmlSquare) + "</Placemark>"),
+         0, "generic OPEN 4 2\nboundary INC 5 5\n", none, 0, ""},
+        {"kml_multigeometry_heights_altitude", kml,
+         Kml("<Placemark><MultiGeometry><Point><altitudeMode>absolute</altitudeMode><coordinates>-93.2,45.5,120</coordinates></Point>"
+             "<LineString><coordinates>-93.2,45.5 -93.1, 45.6</coordinates></LineString></MultiGeometry></Placemark>"),
+         0, "point\ngeneric OPEN  2\n", LOAD_ALTITUDE_MODE_DROPPED, 1, ""},
+        {"kml_tracks_and_overlays", kml,
+         Kml("<Placemark><gx:Track><gx:coord>-93 45 0</gx:coord></gx:Track></Placemark><GroundOverlay><name>photo</name></GroundOverlay><NetworkLink/>"),
+         0, "", LOAD_KML_OVERLAY, 2, ""},
+        {"kml_bad_coordinates", kml, Kml("<Placemark><LineString><coordinates>-93.2;45.5 -93.1,45.6</coordinates></LineString></Placemark>"),
+         0, "", LOAD_FEATURE_BAD_GEOMETRY, 1, ""},
+        {"kml_latin1", kml,
+         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><kml><Placemark><name>P\xE9" "age</name><Point><coordinates>-93.2,45.5</coordinates></Point></Placemark></kml>",
+         0, "marker P\xC3\xA9" "age\n", none, 0, ""},
+        {"kml_syntax_error", kml, Kml("<Placemark><name>x</Placemark>"), GISFILE_ERR_DATA, "", none, 0, "XML syntax error at line 1"},
+        {"xml_but_no_kml", kml, "<gpx><wpt/></gpx>", GISFILE_ERR_OPEN, "", none, 0, "no KML"},
+        {"kml_deep_folders", kml, deep + "</kml>", GISFILE_ERR_DATA, "", none, 0, "nest deeper than 64 levels"},
+    };
+    // clang-format on
 }
 
 TEST(ExchangeReaders, ReadSmallFilesAsTheMapModelHoldsThem) {
