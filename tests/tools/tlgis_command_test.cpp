@@ -56,17 +56,10 @@ const char* const kJob =
 // Windows Latin 1 (the system's texts) or in UTF-8.
 TEST(TlgisTool, InfoJsonParsesBack) {
     SKIP_WITHOUT_LINUX_PEERS();
-    const std::string python = TL_GIS_PYTHON;
-    if (!HaveProgram(python))
-        GTEST_SKIP() << python << " is not installed; run scripts/install-test-tools.sh";
+    if (!HaveProgram(TL_GIS_PYTHON))
+        GTEST_SKIP() << TL_GIS_PYTHON " is missing; run scripts/install-test-tools.sh";
     TTempDir dir;
     WriteFileBytes(dir.File("12.job"), kJob);
-    WriteFileBytes(dir.File("check.py"),
-                   "import json, subprocess, sys\n"
-                   "r = subprocess.run(sys.argv[1:], capture_output=True)\nd = json.loads(r.stdout)\n"
-                   "print(r.returncode, d['type'], d['result'], [e['kind'] for e in d['elements']], "
-                   "[(e['pattern_kind'], e['swath_width_m'], sorted(e['points'])) for e in d['elements'] "
-                   "if e['kind'] == 'pattern'], ascii([e['name'] for e in d['elements'] if 'name' in e]))\n");
     // A drawing's attribute text in Windows Latin 1, and a GeoJSON name in UTF-8.
     WriteFileBytes(dir.File("m.dxf"),
                    "  0\nSECTION\n  2\nENTITIES\n  0\nINSERT\n  8\n0\n  2\nB\n 10\n10.1\n 20\n45.1\n 66\n1\n"
@@ -81,11 +74,13 @@ TEST(TlgisTool, InfoJsonParsesBack) {
         {"m.dxf", "0 3 0 ['marker'] [] ['M\\xfcller']\n"},
         {"m.geojson", "0 6 0 ['marker'] [] ['M\\xfcller']\n"},
         {"gone.job", "1 1 6002 [] [] []\n"}};
-    for (const auto& [file, parsed] : cases) {
-        const TCommandResult r = RunCommand(InFolderCommand(
-            dir.Path(), python + " check.py " + ShellQuote(TLGIS_EXE) + " info --json " + file));
-        EXPECT_EQ(r.strOut, parsed) << file << ": " << r.strErr;
-    }
+    const std::string printed =
+        "d['type'], d['result'], [e['kind'] for e in d['elements']], [(e['pattern_kind'], "
+        "e['swath_width_m'], "
+        "sorted(e['points'])) for e in d['elements'] if e['kind'] == 'pattern'], "
+        "ascii([e['name'] for e in d['elements'] if 'name' in e])";
+    for (const auto& [file, parsed] : cases)
+        EXPECT_EQ(InfoJsonInPython(dir.Path(), file, printed), parsed) << file;
 }
 
 // Run A sprays three samples 100 m apart with channel-2 rates 10, 30 and 20 L/ha.

@@ -29,3 +29,17 @@ inline void RunToolCase(const std::string& folder, const TToolCase& c) {
                                                          << r.strErr;
     EXPECT_NE(written.find(c.inFile), std::string::npos) << c.name << ": " << c.file << " lacks " << c.inFile;
 }
+
+// What Python makes of `tlgis info --json FILE` run in the folder: the exit status, then the
+// printed expression of the parsed output d (a space apart, as print puts them).
+inline std::string InfoJsonInPython(const std::string& folder, const std::string& file,
+                                    const std::string& printed) {
+    WriteFileBytes(folder + "/check.py",
+                   "import json, subprocess, sys\nr = subprocess.run(sys.argv[1:], capture_output=True)\n"
+                   "d = json.loads(r.stdout)\nprint(r.returncode, " +
+                       printed + ")\n");
+    const TCommandResult r = RunCommand(InFolderCommand(
+        folder, std::string(TL_GIS_PYTHON) + " check.py " + ShellQuote(TLGIS_EXE) + " info --json " + file));
+    EXPECT_EQ(r.iExit, 0) << file << ": " << r.strErr;
+    return r.strOut;
+}
