@@ -39,62 +39,42 @@ bool HaveGdalPython() {
            RunCommand(std::string(TL_GIS_PYTHON) + " -c 'import osgeo.ogr'").iExit == 0;
 }
 
-// Views from the script's output: after each {"file": PATH} line, that file's features and then
-// its complaints.
-std::map<std::string, TGdalView> ParseViews(const std::string& output, const std::string& single) {
+struct TGdalCopy {
+    std::string strPath, strSource{}, strDriver{};  // no source: the file is only read
+};
+
+// Has GDAL write each copy from its source with its driver, then read it. The script prints
+// {"file": PATH} (with "failed" when GDAL could not write or read it), a line per feature and
+// then GDAL's complaints.
+std::map<std::string, TGdalView> ViewWithGdal(const std::vector<TGdalCopy>& copies, const TTempDir& dir) {
+    std::string list;
+    for (const TGdalCopy& c : copies) list += c.strPath + "\t" + c.strSource + "\t" + c.strDriver + "\n";
+    WriteFileBytes(dir.File("copies.txt"), list);
+    const std::string script = std::string(TL_GIS_SOURCE_DIR) + "/tests/exchange/gdal_view.py";
+    std::istringstream lines(RunCommand(std::string(TL_GIS_PYTHON) + " " + ShellQuote(script) + " " +
+                                        ShellQuote(dir.File("copies.txt")))
+                                 .strOut);
     std::map<std::string, TGdalView> views;
-    TGdalView* current = single.empty() ? nullptr : &views[single];
-    std::istringstream lines(output);
+    TGdalView* current = nullptr;
     for (std::string line; std::getline(lines, line);) {
         const nlohmann::json j = nlohmann::json::parse(line);
         if (j.contains("file")) {
             current = &views[j["file"].get<std::string>()];
             current->bOk = !j.contains("failed");
             if (!current->bOk) current->Features.clear();
-            continue;
-        }
-        if (current == nullptr) continue;
-        if (j.contains("complaints")) {
+        } else if (j.contains("complaints")) {
             current->Complaints = j["complaints"].get<std::vector<std::string>>();
-            continue;
+        } else {
+            TGdalFeature& f = current->Features.emplace_back();
+            for (const auto& part : j["parts"]) {
+                f.Parts.emplace_back();
+                for (const auto& p : part) f.Parts.back().push_back({p[1].get<double>(), p[0].get<double>()});
+            }
+            f.Kinds = j["kinds"].get<std::vector<std::string>>();
+            f.Fields = j["fields"];
         }
-        TGdalFeature f;
-        for (const auto& part : j["parts"]) {
-            f.Parts.emplace_back();
-            for (const auto& p : part) f.Parts.back().push_back({p[1].get<double>(), p[0].get<double>()});
-        }
-        f.Kinds = j["kinds"].get<std::vector<std::string>>();
-        f.Fields = j["fields"];
-        current->Features.push_back(std::move(f));
     }
     return views;
-}
-
-std::string ViewScript() {
-    return std::string(TL_GIS_PYTHON) + " " +
-           ShellQuote(std::string(TL_GIS_SOURCE_DIR) + "/tests/exchange/gdal_view.py");
-}
-
-// What GDAL reads in path.
-TGdalView ViewWithGdal(const std::string& path) {
-    const TCommandResult r = RunCommand(ViewScript() + " " + ShellQuote(path));
-    if (r.iExit != 0) return {};
-    TGdalView view = ParseViews(r.strOut, path)[path];
-    view.bOk = true;
-    return view;
-}
-
-struct TGdalCopy {
-    std::string strPath, strSource, strDriver;
-};
-
-// Has GDAL write each copy from its source with its driver, then read it.
-std::map<std::string, TGdalView> WriteWithGdal(const std::vector<TGdalCopy>& copies, const TTempDir& dir) {
-    std::string list;
-    for (const TGdalCopy& c : copies) list += c.strPath + "\t" + c.strSource + "\t" + c.strDriver + "\n";
-    WriteFileBytes(dir.File("copies.txt"), list);
-    const TCommandResult r = RunCommand(ViewScript() + " --batch " + ShellQuote(dir.File("copies.txt")));
-    return ParseViews(r.strOut, "");
 }
 
 // The layer the GDAL tests write: every element kind, and the runs of the sample flight.
@@ -139,20 +119,26 @@ std::string FieldDifference(const std::string& key, const TPropertyValue& ours,
 TEST(GdalOpensOurFiles, WithOurFeaturesVerticesAndProperties) {
     SKIP_WITHOUT_LINUX_PEERS();
     if (!HaveGdalPython()) GTEST_SKIP() << "GDAL's Python bindings are missing";
-    for (const char* file : {"ours.geojson", "ours.kml", "ours.kmz"}) {
-        SCOPED_TRACE(file);
-        TTempDir dir;
-        const std::string path = dir.File(file);
-        TMapLayer layer, expected;
+    TTempDir dir;
+    const std::vector<TGdalCopy> files = {
+        {dir.File("ours.geojson")}, {dir.File("ours.kml")}, {dir.File("ours.kmz")}};
+    for (const TGdalCopy& file : files) {
+        TMapLayer layer;
         FillWithSpray(layer);
+        ASSERT_EQ(WriteExchangeFile(file.strPath.c_str(), &layer, {}), 0);
+    }
+    const std::map<std::string, TGdalView> views = ViewWithGdal(files, dir);
+    for (const TGdalCopy& file : files) {
+        const std::string& path = file.strPath;
+        SCOPED_TRACE(path);
+        TMapLayer expected;
         FillWithSpray(expected);
-        ASSERT_EQ(WriteExchangeFile(path.c_str(), &layer, {}), 0);
         TExportSettings settings;
         settings.bSwathLines = GetExchangeFileType(path.c_str()) != EXCHANGE_FILE_GEOJSON;
         const std::vector<TExchangeFeature> ours = ExportLayerFeatures(expected, settings);
 
-        const TGdalView gdal = ViewWithGdal(path);
-        ASSERT_TRUE(gdal.bOk);
+        ASSERT_TRUE(views.count(path) && views.at(path).bOk);
+        const TGdalView& gdal = views.at(path);
         EXPECT_TRUE(gdal.Complaints.empty()) << gdal.Complaints.front();
         ASSERT_EQ(gdal.Features.size(), ours.size());
         for (std::size_t i = 0; i < ours.size(); ++i) {
@@ -226,7 +212,7 @@ TEST(GdalWrittenFiles, FromWktLoadWithTheirPartsAndVertices) {
     for (const auto& [driver, extension] : kDrivers)
         copies.push_back(
             {dir.File(std::string("from_wkt_") + driver + "." + extension), dir.File("shapes.csv"), driver});
-    const std::map<std::string, TGdalView> views = WriteWithGdal(copies, dir);
+    const std::map<std::string, TGdalView> views = ViewWithGdal(copies, dir);
     for (const TGdalCopy& copy : copies) {
         const std::string& path = copy.strPath;
         const char* driver = copy.strDriver.c_str();
@@ -263,7 +249,7 @@ TEST(GdalWrittenFiles, FromRealWorldFilesLoadWithTheirPartsAndVertices) {
                                   entry.path().string(), driver});
         }
     }
-    const std::map<std::string, TGdalView> views = WriteWithGdal(copies, dir);
+    const std::map<std::string, TGdalView> views = ViewWithGdal(copies, dir);
     int compared = 0;
     for (const TGdalCopy& copy : copies) {
         if (views.count(copy.strPath) == 0) continue;
