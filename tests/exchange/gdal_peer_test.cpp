@@ -1,8 +1,5 @@
-// GDAL as the oracle. Every file we write opens in GDAL (GeoJSON, and KML and KMZ through its
-// LIBKML driver) without an error or warning, with our features, their parts and vertices to
-// 1e-9 degrees and their properties. Files GDAL writes (GeoJSON, KML, LIBKML) from geometries
-// given as WKT, and on request from real-world shapefiles and MIF files, load with the parts and
-// vertices GDAL wrote.
+// GDAL as the oracle: every file we write opens in GDAL with our features, parts, vertices and
+// properties and no complaint; files GDAL writes from WKT (and real-world files) load as it wrote them.
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
-// What the GeoJSON and KML readers make of small files, one per line: the elements they add
-// (kind, bound, id, name), what they pass over and where reading stopped, and hostile input
-// (deep nesting, numbers out of range, NUL in strings, broken syntax) that ends with a clear
-// error at once.
+// The GeoJSON and KML readers on small files, one a line: the elements, what is passed over, where
+// reading stopped; hostile input (deep nesting, huge numbers, NUL, bad syntax) ends at once.
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
-// tlgis with GeoJSON and KML/KMZ: a field drawn in Google Earth goes to a JOB file and back in
-// one command each, an as-applied map goes from a flight to Google Earth and a web map, every
-// one of the seven formats converts to the others, and hostile files end with exit status 1 and
-// the reason.
+// tlgis with GeoJSON and KML/KMZ: a Google Earth field to a JOB file and back, as-applied maps from
+// a flight, the seven formats into each other, hostile files ending with exit 1 and the reason.
 
 #include <gtest/gtest.h>
 

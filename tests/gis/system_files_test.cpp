@@ -1,7 +1,5 @@
-// What differs between the systems the library runs on: folder separators and drive letters in
-// the names the writers make, CR LF written once, file dates and the clock, the configuration
-// folder relative to the working folder, names with non-ASCII letters, and files past 2 GiB.
-// Every case runs on Linux and on Windows alike.
+// What differs between the systems the library runs on (separators, drive letters, CR LF, file
+// dates, the configuration folder, non-ASCII names, files past 2 GiB), checked on both alike.
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
-// tlgis --projected reproject: projected files that GDAL writes from one field in WGS 84 load
-// where GDAL puts them back in WGS 84, vertex for vertex; a CRS that cannot be used, or none
-// for projected coordinates, is one line and exit status 1 with nothing written; without
-// reproject the same files ask the projected-coordinate question as before.
+// tlgis --projected reproject: GDAL's projected files load where GDAL puts them in WGS 84; a CRS that
+// cannot be used is one line, exit 1 and nothing written; without reproject the question is asked.
 
 #include <gtest/gtest.h>
 
