@@ -5,17 +5,19 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 
 #include <tl_gis/gis/chosen_columns.h>
 #include "exchange_test_support.h"
+#include "load_report_check.h"
 
 using namespace exchange_test;
 
 namespace {
-// "boundary INC 1" for a line, "marker Gate" for a marker, "point", "pattern 1 AB" for a pattern
-// with its valid points, one element a line.
-std::string Describe(const TMapLayer& layer) {
-    std::string out;
+// "layer Farm" when a load that succeeded named it, then "boundary INC 1 5" for a line (bound, id, vertices),
+// "marker Gate", "point", "pattern 1 AB" for a pattern with its valid points, one a line.
+std::string Describe(const TMapLayer& layer, int result) {
+    std::string out = layer.m_strLLB.empty() || result != 0 ? "" : "layer " + layer.m_strLLB + "\n";
     for (const TMapElement* e : layer.m_Elements) {
         out += GetElementKindName(e->GetKind());
         if (const auto* line = dynamic_cast<const TFeatureLine*>(e))
@@ -41,7 +43,8 @@ struct TReadCase {
     std::string strElements;  // Describe() of the layer
     TLoadCause eCause;        // a cause the report must count (LOAD_CAUSE_COUNT for none)
     long long lCount;
-    std::string strStop;  // a text the stop's reason holds; empty when reading ran to the end
+    std::string strStop;       // a text the stop's reason holds; empty when reading ran to the end
+    const char* answers = "";  // to the projected-coordinate question, one per question asked
 };
 
 std::string Feature(const std::string& properties, const std::string& geometry) {
@@ -78,6 +81,8 @@ std::vector<TReadCase> Cases() {
     std::string deep = "<kml>";
     for (int i = 0; i < 10000; ++i) deep += "<Folder>";
     for (int i = 0; i < 10000; ++i) deep += "</Folder>";
+    const std::string projected = Collection(Feature("{}", Geometry("Point", "[500000,5040000]")) + "," +
+                                             Feature("{}", Geometry("Point", "[-93.2,45.5]")));
     // clang-format off
     return {
         {"polygon_with_hole", json, Collection(Feature(R"({"id":"7"})", Geometry("Polygon", "[" + kSquare + "," + kHole + "]"))),
@@ -124,7 +129,7 @@ std::vector<TReadCase> Cases() {
              KmlRing(kKmlSquare) + "</outerBoundaryIs><innerBoundaryIs>" +
              KmlRing("-93.255,45.495 -93.25,45.495 -93.25,45.5 -93.255,45.495") + "</innerBoundaryIs></Polygon></Placemark></Folder></Folder>"
              "<Placemark><name>Gate</name><Point><coordinates>-93.25,45.5</coordinates></Point></Placemark>"),
-         0, "boundary INC  5\nboundary EXC  4\nmarker Gate\n", none, 0, ""},
+         0, "layer Farm\nboundary INC  5\nboundary EXC  4\nmarker Gate\n", none, 0, ""},
         {"kml_extended_data_both_ways", kml,
          Kml("<Placemark><ExtendedData><Data name=\"id\"><value>4</value></Data></ExtendedData>"
              "<LineString><coordinates>-93.2,45.5 -93.1,45.6</coordinates></LineString></Placemark>"
@@ -145,6 +150,10 @@ std::vector<TReadCase> Cases() {
          0, "marker P\xC3\xA9" "age\n", none, 0, ""},
         {"kml_syntax_error", kml, Kml("<Placemark><name>x</Placemark>"), GISFILE_ERR_DATA, "", none, 0, "XML syntax error at line 1"},
         {"xml_but_no_kml", kml, "<gpx><wpt/></gpx>", GISFILE_ERR_OPEN, "", none, 0, "no KML"},
+        {"kml_container_names_layer", kml, Kml("<name>Farm</name><Folder><name>Fields</name></Folder>"), 0, "layer Farm\n", none, 0, ""},
+        // Coordinates that look projected ask the system's question: Yes stops the load, No leaves the feature out.
+        {"projected_answered_yes", json, projected, GISFILE_ERR_CANCELLED, "", LOAD_ENTITY_PROJECTED, 0, "look projected, and reading was stopped there", "y"},
+        {"projected_answered_no", json, projected, 0, "point\n", LOAD_ENTITY_PROJECTED, 1, "", "n"},
         {"kml_deep_folders", kml, deep + "</kml>", GISFILE_ERR_DATA, "", none, 0, "nest deeper than 64 levels"},
     };
     // clang-format on
@@ -154,11 +163,16 @@ TEST(ExchangeReaders, ReadSmallFilesAsTheMapModelHoldsThem) {
     for (const TReadCase& c : Cases()) {
         TMapLayer layer;
         TLoadReport report;
+        TScriptedMessages messages(ScriptedAnswers(c.answers));
         const auto start = std::chrono::steady_clock::now();
         const int result = LoadBytes(c.eType, c.strText, layer, report);
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << c.pszName;
+        EXPECT_EQ(std::count_if(messages.Shown().begin(), messages.Shown().end(),
+                                [](const TMessageBoxRequest& r) { return r.IsQuestion(); }),
+                  static_cast<long>(std::strlen(c.answers)))
+            << c.pszName;
         EXPECT_EQ(result, c.iResult) << c.pszName;
-        EXPECT_EQ(Describe(layer), c.strElements) << c.pszName;
+        EXPECT_EQ(Describe(layer, result), c.strElements) << c.pszName;
         if (c.eCause != LOAD_CAUSE_COUNT) {
             EXPECT_EQ(report.GetCount(c.eCause), c.lCount) << c.pszName;
         }
@@ -170,39 +184,14 @@ TEST(ExchangeReaders, ReadSmallFilesAsTheMapModelHoldsThem) {
     }
 }
 
-// The first Document or Folder name, or a collection's name, names a layer that has none.
-TEST(ExchangeReaders, ContainerNameNamesALayerWithoutOne) {
-    const std::string kml = Kml("<name>Farm</name><Folder><name>Fields</name></Folder>");
-    TMapLayer unnamed;
-    TLoadReport report;
-    ASSERT_EQ(LoadBytes(EXCHANGE_FILE_KML, kml, unnamed, report), 0);
-    EXPECT_EQ(unnamed.m_strLLB, "Farm");
+// A layer that has a name keeps it.
+TEST(ExchangeReaders, NamedLayerKeepsItsName) {
     TMapLayer named;
     named.m_strLLB = "Mine";
+    TLoadReport report;
     ASSERT_EQ(LoadBytes(EXCHANGE_FILE_GEOJSON, R"({"type":"FeatureCollection","name":"x","features":[]})",
                         named, report),
               0);
     EXPECT_EQ(named.m_strLLB, "Mine");
-}
-
-// Coordinates that look projected ask the system's question: Yes stops the load, No leaves the
-// feature out.
-TEST(ExchangeReaders, ProjectedCoordinatesAskTheQuestion) {
-    const std::string geojson =
-        Collection(Feature("{}", R"({"type":"Point","coordinates":[500000,5040000]})") + "," +
-                   Feature("{}", R"({"type":"Point","coordinates":[-93.2,45.5]})"));
-    for (const int answer : {ANSWER_YES, ANSWER_NO}) {
-        TScriptedMessages messages({answer});
-        TMapLayer layer;
-        TLoadReport report;
-        const int result = LoadBytes(EXCHANGE_FILE_GEOJSON, geojson, layer, report);
-        const auto questions = std::count_if(messages.Shown().begin(), messages.Shown().end(),
-                                             [](const TMessageBoxRequest& r) { return r.IsQuestion(); });
-        EXPECT_EQ(questions, 1);
-        EXPECT_EQ(result, answer == ANSWER_YES ? GISFILE_ERR_CANCELLED : 0);
-        EXPECT_EQ(layer.m_Elements.size(), answer == ANSWER_YES ? 0u : 1u);
-        EXPECT_EQ(report.GetCount(LOAD_ENTITY_PROJECTED), answer == ANSWER_YES ? 0 : 1);
-        EXPECT_EQ(report.HasStopped(), answer == ANSWER_YES);
-    }
 }
 }  // namespace

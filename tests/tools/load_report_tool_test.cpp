@@ -111,8 +111,7 @@ TEST(TlgisLoadReport, ProjectedQuestionOncePerFile) {
          "answered Yes (--projected stop), and so for the rest of this file\n"},
     };
     for (const TToolCase& c : cases) {
-        RunToolCase(dir.Path(), c);
-        const TCommandResult r = RunCommand(InFolder(dir.Path(), c.args));
+        const TCommandResult r = RunToolCase(dir.Path(), c);
         std::size_t answers = 0;
         for (std::size_t at = r.strErr.find("(--projected "); at != std::string::npos;
              at = r.strErr.find("(--projected ", at + 1))

@@ -13,38 +13,6 @@
 
 namespace {
 
-TEST(TlgisTool, HelpUsageAndResultCodes) {
-    TTempDir dir;
-    WriteFileBytes(dir.File("notes.txt"), "not a map\r\n");
-    const std::string usage = "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n\nCommands:\n  info FILE";
-    const std::vector<TToolCase> cases = {
-        {"--help", "--help", 0, usage + " [--json] [--points]", ""},
-        {"help convert", "help convert", 0, "Usage: tlgis convert IN OUT", ""},
-        {"no command", "", 2, "", usage},
-        {"unknown command", "frobnicate", 2, "", "unknown command 'frobnicate'"},
-        {"misspelt flag", "info - --jsno", 2, "", "lists the options of every format)\n" + usage},
-        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, continue or ask"},
-        {"value missing", "info - --config", 2, "", "option --config needs a value"},
-        {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
-        {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},
-        {"batch without a format", "convert a.job -o out", 2, "", "usage: tlgis convert IN... -o DIR"},
-        {"missing file", "info missing.job", 1, "Result:   6002", "missing.job (no such file) (6002)"},
-        {"folder given as a file", "info ./", 1, "Result:   6002", "not a file) (6002)"},
-        {"no format for the name", "info notes.txt", 1, "Result:   6001", "no format for"},
-        {"no format to write", "convert - out.xyz", 1, "", "(6001)"},
-    };
-    for (const TToolCase& c : cases) RunToolCase(dir.Path(), c);
-}
-
-TEST(TlgisTool, ProgressOnAPipe) {
-    TTempDir dir;
-    const std::string job = ShellQuote(TL_GIS_SOURCE_DIR "/examples/field.job");
-    RunToolCase(
-        dir.Path(),
-        {"--progress", "convert " + job + " field.mif --progress", 0, "",
-         "0...10...20...30...40...50...60...70...80...90...100 - done.\nwriting field.mif ... done in "});
-}
-
 const char* const kJob =
     ".JOB 12 FARM\r\n.VERSION 1\r\n.MAR 3 Gate\r\n\tTYPE 5\r\n\t45.5 -93.25\r\n"
     ".PAT 7 P\r\n\tEXPAND\r\n\tRIGHT\r\n\tSWIDTH 60\r\n\tFIELD_WIDTH 600\r\n\tOFFSET 10\r\n\tABLINES  2\r\n"
@@ -91,8 +59,10 @@ const char* const kFlight =
     "A,2024-06-01T14:03:12.50,45.501799507,-93.25,0,60,1,20,0,7,20\n"
     "B,2024-06-01T14:04:00.00,45.6,-93.2,90,50,0,20,0,9,9\n";
 
-TEST(TlgisTool, FormatOptions) {
+// Help, usage errors (exit 2), result codes, progress on a pipe and the options of each format.
+TEST(TlgisTool, CommandsAndOptions) {
     TTempDir dir;
+    WriteFileBytes(dir.File("notes.txt"), "not a map\r\n");
     WriteFileBytes(dir.File("12.job"), kJob);
     WriteFileBytes(dir.File("flight.csv"), kFlight);
     WriteFileBytes(dir.File("track.csv"),
@@ -104,7 +74,25 @@ TEST(TlgisTool, FormatOptions) {
     std::filesystem::create_directory(Utf8Path(dir.File(kFieldFolder)));
     // The tool names what it wrote with the system's own folder separator.
     const std::string kSeparator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    const std::string usage = "Usage: tlgis COMMAND [ARGS] [OPTIONS]\n\nCommands:\n  info FILE";
     const std::vector<TToolCase> cases = {
+        {"--help", "--help", 0, usage + " [--json] [--points]", ""},
+        {"help convert", "help convert", 0, "Usage: tlgis convert IN OUT", ""},
+        {"no command", "", 2, "", usage},
+        {"unknown command", "frobnicate", 2, "", "unknown command 'frobnicate'"},
+        {"misspelt flag", "info - --jsno", 2, "", "lists the options of every format)\n" + usage},
+        {"no such answer", "--projected maybe info -", 2, "", "--projected takes stop, continue or ask"},
+        {"value missing", "info - --config", 2, "", "option --config needs a value"},
+        {"value given to a flag", "info - --quiet=yes", 2, "", "option --quiet takes no value"},
+        {"info with two files", "info a.job b.job", 2, "", "usage: tlgis info FILE"},
+        {"batch without a format", "convert a.job -o out", 2, "", "usage: tlgis convert IN... -o DIR"},
+        {"missing file", "info missing.job", 1, "Result:   6002", "missing.job (no such file) (6002)"},
+        {"folder given as a file", "info ./", 1, "Result:   6002", "not a file) (6002)"},
+        {"no format for the name", "info notes.txt", 1, "Result:   6001", "no format for"},
+        {"no format to write", "convert - out.xyz", 1, "", "(6001)"},
+        {"--progress",
+         "convert " + ShellQuote(TL_GIS_SOURCE_DIR "/examples/field.job") + " field.mif --progress", 0, "",
+         "0...10...20...30...40...50...60...70...80...90...100 - done.\nwriting field.mif ... done in "},
         {"JOB version 3", "convert 12.job North.job --job-version 3", 0, "", "", "North.job",
          ".JOB 9999 9999\r\n.VERSION 3\r\n.JNM North\r\n"},
         {"PMH from a job", "convert 12.job out.pmh --pmh-units 10", 0, "",

@@ -19,7 +19,7 @@ inline std::string InFolder(const std::string& folder, const std::string& args) 
     return InFolderCommand(folder, ShellQuote(TLGIS_EXE) + " " + args);
 }
 
-inline void RunToolCase(const std::string& folder, const TToolCase& c) {
+inline TCommandResult RunToolCase(const std::string& folder, const TToolCase& c) {
     const TCommandResult r = RunCommand(InFolder(folder, c.args));
     const std::string written = c.file.empty() ? "" : ReadFileBytes(folder + "/" + c.file);
     EXPECT_EQ(r.iExit, c.exit) << c.name << "\n" << r.strOut << r.strErr;
@@ -28,6 +28,7 @@ inline void RunToolCase(const std::string& folder, const TToolCase& c) {
     EXPECT_NE(r.strErr.find(c.inErr), std::string::npos) << c.name << ": stderr lacks " << c.inErr << "\n"
                                                          << r.strErr;
     EXPECT_NE(written.find(c.inFile), std::string::npos) << c.name << ": " << c.file << " lacks " << c.inFile;
+    return r;
 }
 
 // What Python makes of `tlgis info --json FILE` run in the folder: the exit status, then the
