@@ -101,11 +101,15 @@ TEST(Kmz, ReadsTheKmlOfArchivesAndRefusesHostileOnes) {
     // clang-format off
     const TKmzCase cases[] = {
         {"doc_kml", {{"doc.kml", kField}}, 0, 1, none, ""},
-        {"other_name_and_images", {{"files/icon.png", png}, {"fields/north.kml", kField}, {"files/x.jpg", png}}, 0, 1, none, ""},
+        {"other_name_and_images",
+         {{"files/icon.png", png}, {"fields/north.kml", kField}, {"files/x.jpg", png}}, 0, 1, none, ""},
         {"doc_kml_before_others", {{"a.kml", "<kml/>"}, {"doc.kml", kField}}, 0, 1, LOAD_KMZ_OTHER_KML, ""},
-        {"name_leaving_the_folder", {{"../../evil.kml", kField}, {"sub/../../x.kml", kField}, {"ok/./y.kml", kField}}, 0, 1, LOAD_KMZ_UNSAFE_NAME, ""},
-        {"only_unsafe_names", {{"/etc/field.kml", kField}, {"C:\\field.kml", kField}}, GISFILE_ERR_DATA, 0, LOAD_KMZ_UNSAFE_NAME, "holds no KML file"},
-        {"entry_claiming_gigabytes", {{"doc.kml", kField, 0xF0000000u}}, GISFILE_ERR_DATA, 0, none, "at most 256 MiB of a KMZ is read"},
+        {"name_leaving_the_folder", {{"../../evil.kml", kField}, {"sub/../../x.kml", kField}, {"ok/./y.kml", kField}},
+         0, 1, LOAD_KMZ_UNSAFE_NAME, ""},
+        {"only_unsafe_names", {{"/etc/field.kml", kField}, {"C:\\field.kml", kField}},
+         GISFILE_ERR_DATA, 0, LOAD_KMZ_UNSAFE_NAME, "holds no KML file"},
+        {"entry_claiming_gigabytes", {{"doc.kml", kField, 0xF0000000u}},
+         GISFILE_ERR_DATA, 0, none, "at most 256 MiB of a KMZ is read"},
         {"images_only", {{"icon.png", png}}, GISFILE_ERR_DATA, 0, none, "holds no KML file"},
         {"no_zip_at_all", {}, GISFILE_ERR_OPEN, 0, none, "no zip archive"},
     };

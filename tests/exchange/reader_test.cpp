@@ -83,77 +83,92 @@ std::vector<TReadCase> Cases() {
     for (int i = 0; i < 10000; ++i) deep += "</Folder>";
     const std::string projected = Collection(Feature("{}", Geometry("Point", "[500000,5040000]")) + "," +
                                              Feature("{}", Geometry("Point", "[-93.2,45.5]")));
+    const auto point = [](const std::string& at) { return Geometry("Point", at); };
+    const auto polygon = [](const std::string& rings) { return Geometry("Polygon", "[" + rings + "]"); };
+    const std::string kmlHole = KmlRing("-93.255,45.495 -93.25,45.495 -93.25,45.5 -93.255,45.495");
+    const std::string kmlLine = "<LineString><coordinates>-93.2,45.5 -93.1,45.6</coordinates></LineString>";
     // clang-format off
     return {
-        {"polygon_with_hole", json, Collection(Feature(R"({"id":"7"})", Geometry("Polygon", "[" + kSquare + "," + kHole + "]"))),
+        {"polygon_with_hole", json, Collection(Feature(R"({"id":"7"})", polygon(kSquare + "," + kHole))),
          0, "boundary INC 7 5\nboundary EXC 7 5\n", none, 0, ""},
         {"multipolygon_and_multiline", json,
          Collection(Feature("{}", Geometry("MultiPolygon", "[[" + kSquare + "],[" + kHole + "]]")) + "," +
-                    Feature("null", Geometry("MultiLineString", "[" + kLine + R"(,[[-93,45],[-93.1,45.1],[-93.2,45]]])"))),
+                    Feature("null", Geometry("MultiLineString", "[" + kLine + ",[[-93,45],[-93.1,45.1],[-93.2,45]]]"))),
          0, "boundary INC  5\nboundary INC  5\ngeneric OPEN  2\ngeneric OPEN  3\n", none, 0, ""},
         {"points_with_and_without_names", json,
-         Collection(Feature(R"({"name":"Gate"})", Geometry("Point", kGate)) + "," +
+         Collection(Feature(R"({"name":"Gate"})", point(kGate)) + "," +
                     Feature("{}", Geometry("MultiPoint", "[" + kGate + ",[-93.24,45.4]]"))),
          0, "marker Gate\npoint\npoint\n", none, 0, ""},
         {"feature_id_and_bound", json,
-         Collection(R"({"type":"Feature","id":12,"properties":{"bound":"exc"},"geometry":)" + Geometry("Polygon", "[" + kSquare + "]") + "}"),
+         Collection(R"({"type":"Feature","id":12,"properties":{"bound":"exc"},"geometry":)" + polygon(kSquare) + "}"),
          0, "boundary EXC 12 5\n", none, 0, ""},
         {"single_feature_and_bare_geometry", json, Geometry("LineString", kLine), 0, "generic OPEN  2\n", none, 0, ""},
-        {"heights_dropped", json, Collection(Feature("{}", Geometry("LineString", "[[-93.2,45.5,300],[-93.1,45.6,310]]"))),
+        {"heights_dropped", json,
+         Collection(Feature("{}", Geometry("LineString", "[[-93.2,45.5,300],[-93.1,45.6,310]]"))),
          0, "generic OPEN  2\n", LOAD_HEIGHTS_DROPPED, 1, ""},
-        {"no_geometry_and_unknown_type", json, Collection(Feature("{}", "null") + "," + Feature("{}", Geometry("Curve", "[]"))),
+        {"no_geometry_and_unknown_type", json,
+         Collection(Feature("{}", "null") + "," + Feature("{}", Geometry("Curve", "[]"))),
          0, "", LOAD_FEATURE_NO_GEOMETRY, 1, ""},
-        {"bad_positions", json,
-         Collection(Feature("{}", Geometry("LineString", "[[-93.2],[-93.1,45.6]]")) + "," + Feature("{}", Geometry("Point", R"([-93.1,"45"])"))),
+        {"bad_positions", json, Collection(Feature("{}", Geometry("LineString", "[[-93.2],[-93.1,45.6]]")) + "," +
+                                           Feature("{}", point(R"([-93.1,"45"])"))),
          0, "", LOAD_FEATURE_BAD_GEOMETRY, 2, ""},
-        {"out_of_range", json, Collection(Feature("{}", Geometry("Point", "[200,45]"))), 0, "", LOAD_ENTITY_OUT_OF_RANGE, 1, ""},
-        {"nul_in_name", json, Collection(Feature(R"({"name":"Ga\u0000te"})", Geometry("Point", kGate))),
+        {"out_of_range", json, Collection(Feature("{}", point("[200,45]"))), 0, "", LOAD_ENTITY_OUT_OF_RANGE, 1, ""},
+        {"nul_in_name", json, Collection(Feature(R"({"name":"Ga\u0000te"})", point(kGate))),
          0, "marker Ga\n", LOAD_TEXT_CUT_AT_NUL, 1, ""},
-        {"syntax_error", json, Collection(Feature("{}", Geometry("Point", kGate)) + ",{\"type\":}"),
+        {"syntax_error", json, Collection(Feature("{}", point(kGate)) + ",{\"type\":}"),
          GISFILE_ERR_DATA, "point\n", none, 0, "JSON syntax error at line 1"},
-        {"number_out_of_range", json, Collection(Feature("{}", Geometry("Point", "[1e999,45.5]"))),
+        {"number_out_of_range", json, Collection(Feature("{}", point("[1e999,45.5]"))),
          GISFILE_ERR_DATA, "", none, 0, "number overflow"},
-        {"deep_nesting", json, std::string(10000, '[') + std::string(10000, ']'), GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
+        {"deep_nesting", json, std::string(10000, '[') + std::string(10000, ']'),
+         GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
         {"deep_properties", json, Collection(Feature(std::string(5000, '[') + std::string(5000, ']'), "null")),
          GISFILE_ERR_DATA, "", none, 0, "nests deeper than 64 levels"},
         {"json_but_no_geojson", json, R"({"name":"x"})", GISFILE_ERR_OPEN, "", none, 0, "no GeoJSON"},
-        {"spray_display_features", json, Collection(Feature(R"({"kind":"spray_swath"})", Geometry("Polygon", "[" + kSquare + "]"))),
+        {"spray_display_features", json, Collection(Feature(R"({"kind":"spray_swath"})", polygon(kSquare))),
          0, "", LOAD_FEATURE_SPRAY_DISPLAY, 1, ""},
         {"pattern_from_two_features", json,
-         Collection(Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"AB"})", Geometry("LineString", kLine)) + "," +
-                    Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"C"})", Geometry("Point", "[-93.15,45.55]"))),
+         Collection(Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"AB"})", Geometry("LineString", kLine)) +
+                    "," +
+                    Feature(R"({"id":"3","pattern_kind":"RACETRACK","points":"C"})", point("[-93.15,45.55]"))),
          0, "pattern 3 ABC\n", none, 0, ""},
+        // Coordinates that look projected ask the system's question: Yes stops the load, No leaves
+        // the feature out.
+        {"projected_answered_yes", json, projected, GISFILE_ERR_CANCELLED, "", LOAD_ENTITY_PROJECTED, 0,
+         "look projected, and reading was stopped there", "y"},
+        {"projected_answered_no", json, projected, 0, "point\n", LOAD_ENTITY_PROJECTED, 1, "", "n"},
 
         {"kml_placemarks_in_folders", kml,
-         Kml("<name>Farm</name><Folder><name>Fields</name><Folder><Placemark><name>North</name><Polygon><outerBoundaryIs>" +
-             KmlRing(kKmlSquare) + "</outerBoundaryIs><innerBoundaryIs>" +
-             KmlRing("-93.255,45.495 -93.25,45.495 -93.25,45.5 -93.255,45.495") + "</innerBoundaryIs></Polygon></Placemark></Folder></Folder>"
+         Kml("<name>Farm</name><Folder><name>Fields</name><Folder><Placemark><name>North</name><Polygon>"
+             "<outerBoundaryIs>" + KmlRing(kKmlSquare) + "</outerBoundaryIs><innerBoundaryIs>" + kmlHole +
+             "</innerBoundaryIs></Polygon></Placemark></Folder></Folder>"
              "<Placemark><name>Gate</name><Point><coordinates>-93.25,45.5</coordinates></Point></Placemark>"),
          0, "layer Farm\nboundary INC  5\nboundary EXC  4\nmarker Gate\n", none, 0, ""},
         {"kml_extended_data_both_ways", kml,
-         Kml("<Placemark><ExtendedData><Data name=\"id\"><value>4</value></Data></ExtendedData>"
-             "<LineString><coordinates>-93.2,45.5 -93.1,45.6</coordinates></LineString></Placemark>"
-             "<Placemark><ExtendedData><SchemaData schemaUrl=\"#s\"><SimpleData name=\"id\">5</SimpleData>"
-             "<SimpleData name=\"bound\">INC</SimpleData></SchemaData></ExtendedData>" + KmlRing(kKmlSquare) + "</Placemark>"),
+         Kml("<Placemark><ExtendedData><Data name=\"id\"><value>4</value></Data></ExtendedData>" + kmlLine +
+             "</Placemark><Placemark><ExtendedData><SchemaData schemaUrl=\"#s\"><SimpleData name=\"id\">5</SimpleData>"
+             "<SimpleData name=\"bound\">INC</SimpleData></SchemaData></ExtendedData>" + KmlRing(kKmlSquare) +
+             "</Placemark>"),
          0, "generic OPEN 4 2\nboundary INC 5 5\n", none, 0, ""},
         {"kml_multigeometry_heights_altitude", kml,
-         Kml("<Placemark><MultiGeometry><Point><altitudeMode>absolute</altitudeMode><coordinates>-93.2,45.5,120</coordinates></Point>"
-             "<LineString><coordinates>-93.2,45.5 -93.1, 45.6</coordinates></LineString></MultiGeometry></Placemark>"),
+         Kml("<Placemark><MultiGeometry><Point><altitudeMode>absolute</altitudeMode><coordinates>-93.2,45.5,120"
+             "</coordinates></Point><LineString><coordinates>-93.2,45.5 -93.1, 45.6</coordinates></LineString>"
+             "</MultiGeometry></Placemark>"),
          0, "point\ngeneric OPEN  2\n", LOAD_ALTITUDE_MODE_DROPPED, 1, ""},
         {"kml_tracks_and_overlays", kml,
-         Kml("<Placemark><gx:Track><gx:coord>-93 45 0</gx:coord></gx:Track></Placemark><GroundOverlay><name>photo</name></GroundOverlay><NetworkLink/>"),
+         Kml("<Placemark><gx:Track><gx:coord>-93 45 0</gx:coord></gx:Track></Placemark>"
+             "<GroundOverlay><name>photo</name></GroundOverlay><NetworkLink/>"),
          0, "", LOAD_KML_OVERLAY, 2, ""},
-        {"kml_bad_coordinates", kml, Kml("<Placemark><LineString><coordinates>-93.2;45.5 -93.1,45.6</coordinates></LineString></Placemark>"),
+        {"kml_bad_coordinates", kml,
+         Kml("<Placemark><LineString><coordinates>-93.2;45.5 -93.1,45.6</coordinates></LineString></Placemark>"),
          0, "", LOAD_FEATURE_BAD_GEOMETRY, 1, ""},
-        {"kml_latin1", kml,
-         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><kml><Placemark><name>P\xE9" "age</name><Point><coordinates>-93.2,45.5</coordinates></Point></Placemark></kml>",
+        {"kml_latin1", kml, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><kml><Placemark><name>P\xE9" "age</name>"
+                            "<Point><coordinates>-93.2,45.5</coordinates></Point></Placemark></kml>",
          0, "marker P\xC3\xA9" "age\n", none, 0, ""},
-        {"kml_syntax_error", kml, Kml("<Placemark><name>x</Placemark>"), GISFILE_ERR_DATA, "", none, 0, "XML syntax error at line 1"},
+        {"kml_syntax_error", kml, Kml("<Placemark><name>x</Placemark>"),
+         GISFILE_ERR_DATA, "", none, 0, "XML syntax error at line 1"},
         {"xml_but_no_kml", kml, "<gpx><wpt/></gpx>", GISFILE_ERR_OPEN, "", none, 0, "no KML"},
-        {"kml_container_names_layer", kml, Kml("<name>Farm</name><Folder><name>Fields</name></Folder>"), 0, "layer Farm\n", none, 0, ""},
-        // Coordinates that look projected ask the system's question: Yes stops the load, No leaves the feature out.
-        {"projected_answered_yes", json, projected, GISFILE_ERR_CANCELLED, "", LOAD_ENTITY_PROJECTED, 0, "look projected, and reading was stopped there", "y"},
-        {"projected_answered_no", json, projected, 0, "point\n", LOAD_ENTITY_PROJECTED, 1, "", "n"},
+        {"kml_container_names_layer", kml, Kml("<name>Farm</name><Folder><name>Fields</name></Folder>"),
+         0, "layer Farm\n", none, 0, ""},
         {"kml_deep_folders", kml, deep + "</kml>", GISFILE_ERR_DATA, "", none, 0, "nest deeper than 64 levels"},
     };
     // clang-format on

@@ -88,10 +88,11 @@ std::vector<TCase> Cases() {
 
     // Shapefiles whose records the reader checks against the size of the file.
     const std::vector<TXY> four = {{-93.25, 45.5}, {-93.24, 45.5}, {-93.23, 45.5}, {-93.22, 45.5}};
-    const std::string point = PointContent(-93.25, 45.5), line = PolyContent(3, {0}, four);
+    const std::string point = PointContent(-93.25, 45.5), line = PolyContent(3, {0}, four),
+                      square = PolyContent(5, {0}, SquareRing(.01, 1));
     // clang-format off
     const std::pair<const char*, std::string> shapefiles[] = {
-        {"points, lines, a polygon", TShpBytes().Record(1, point).Record(2, line).Record(3, PolyContent(5, {0}, SquareRing(.01, 1))).Bytes()},
+        {"points, lines, a polygon", TShpBytes().Record(1, point).Record(2, line).Record(3, square).Bytes()},
         {"record length past the end", TShpBytes().Record(1, point).Record(2, line, 1000).Bytes()},
         {"last record cut short", TShpBytes().Record(1, point).Record(2, line).Bytes().substr(0, 200)},
         {"junk after the last record", TShpBytes().Record(1, point).Raw("\x01junk").Bytes()},

@@ -74,15 +74,19 @@ TEST(TlgisReproject, ProjectedFilesLoadWhereGdalPutsThemInWgs84) {
     SKIP_WITHOUT_LINUX_PEERS();
     const std::string missing = MissingForReprojection();
     if (!missing.empty()) GTEST_SKIP() << missing;
-    const std::string reproject = "--projected reproject";
+    const char* reproject = "--projected reproject";
     // clang-format off
     const std::vector<TGdalCase> cases = {
-        {"UTM north shapefile", -93.25, 45.5, "32615", "shp", reproject.c_str(), R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.prj"})"},
-        {"UTM south shapefile", -47.9, -15.8, "32723", "shp", reproject.c_str(), R"("epsg":32723)"},
-        {"State Plane shapefile in US feet", -97.0, 32.8, "2276", "shp", reproject.c_str(), R"x("crs":{"name":"NAD83 / Texas North Central (ftUS)","epsg":2276)x"},
-        {"MIF with a UTM CoordSys", -93.25, 45.5, "32615", "mif", reproject.c_str(), R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.mif"})"},
-        {"MIF with a State Plane CoordSys in US feet", -97.0, 32.8, "2276", "mif", reproject.c_str(), R"("epsg":2276)", true},
-        {"DXF in UTM south with --crs", -47.9, -15.8, "32723", "dxf", "--crs EPSG:32723", R"("crs":{"name":"WGS 84 / UTM zone 23S","epsg":32723,"from":"--crs"})"},
+        {"UTM north shapefile", -93.25, 45.5, "32615", "shp", reproject,
+         R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.prj"})"},
+        {"UTM south shapefile", -47.9, -15.8, "32723", "shp", reproject, R"("epsg":32723)"},
+        {"State Plane shapefile in US feet", -97.0, 32.8, "2276", "shp", reproject,
+         R"x("crs":{"name":"NAD83 / Texas North Central (ftUS)","epsg":2276)x"},
+        {"MIF with a UTM CoordSys", -93.25, 45.5, "32615", "mif", reproject,
+         R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.mif"})"},
+        {"MIF with a State Plane CoordSys in US feet", -97.0, 32.8, "2276", "mif", reproject, R"("epsg":2276)", true},
+        {"DXF in UTM south with --crs", -47.9, -15.8, "32723", "dxf", "--crs EPSG:32723",
+         R"("crs":{"name":"WGS 84 / UTM zone 23S","epsg":32723,"from":"--crs"})"},
     };
     // clang-format on
     for (const TGdalCase& c : cases) {
