@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -70,72 +71,40 @@ inline bool Near(const tagLOC& a, const tagLOC& b) {
     return std::fabs(a.dLat - b.dLat) <= 1e-9 && std::fabs(a.dLon - b.dLon) <= 1e-9;
 }
 
-inline std::string LocText(const tagLOC& loc) {
-    return "(" + std::to_string(loc.dLat) + ", " + std::to_string(loc.dLon) + ")";
+// One element in words: everything the round trips must keep, vertices to the nine decimals
+// written.
+inline std::string ElementText(const TMapElement& e) {
+    char buffer[160];
+    const auto loc = [&](const tagLOC& p) {
+        std::snprintf(buffer, sizeof buffer, " (%.9f %.9f)", p.dLat, p.dLon);
+        return std::string(buffer);
+    };
+    std::snprintf(buffer, sizeof buffer, "%08x value %.17g", e.m_dwType, e.m_dValue);
+    std::string text = buffer + (" id '" + e.m_strId + "'");
+    if (const auto* line = dynamic_cast<const TFeatureLine*>(&e)) {
+        std::uint32_t color = 0;
+        text += " bound " + std::to_string(line->m_iBoundType) + " colour " +
+                (line->GetColor(color) ? std::to_string(color) : "none");
+        for (int i = 0; i < line->m_iNumPoints; ++i) text += loc(line->m_pPoints[i]);
+    } else if (const auto* marker = dynamic_cast<const TFeatureMarker*>(&e)) {
+        text += " '" + marker->m_strName + "'" + loc(marker->m_Loc);
+    } else if (const auto* point = dynamic_cast<const TFeaturePoint*>(&e)) {
+        text += loc(point->m_Loc);
+    } else if (const auto* p = dynamic_cast<const TFeaturePattern*>(&e)) {
+        std::snprintf(buffer, sizeof buffer, " %d %d %d %.17g %.17g %.17g", p->m_iKind, p->m_iDirection,
+                      p->m_iAbLines, p->m_dSwathWidth, p->m_dFieldWidth, p->m_dOffset);
+        text += buffer;
+        for (const TFeatureMarker& point : p->m_aPoint)
+            text += loc(point.m_Loc) + " '" + point.m_strName + "' " + std::to_string(point.m_dwType);
+    }
+    return text;
 }
 
-// What differs between two elements, empty when nothing does.
-inline std::string ElementDifference(const TMapElement& a, const TMapElement& b) {
-    if (a.m_dwType != b.m_dwType)
-        return "type " + std::to_string(a.m_dwType) + " != " + std::to_string(b.m_dwType);
-    if (a.m_strId != b.m_strId) return "id '" + a.m_strId + "' != '" + b.m_strId + "'";
-    if (a.m_dValue != b.m_dValue)
-        return "value " + std::to_string(a.m_dValue) + " != " + std::to_string(b.m_dValue);
-    if (const auto* la = dynamic_cast<const TFeatureLine*>(&a)) {
-        const auto& lb = dynamic_cast<const TFeatureLine&>(b);
-        std::uint32_t ca = 0, cb = 0;
-        if (la->GetColor(ca) != lb.GetColor(cb) || ca != cb) return "colour";
-        if (la->m_iBoundType != lb.m_iBoundType) return "bound";
-        if (la->m_iNumPoints != lb.m_iNumPoints)
-            return "vertex count " + std::to_string(la->m_iNumPoints) +
-                   " != " + std::to_string(lb.m_iNumPoints);
-        for (int i = 0; i < la->m_iNumPoints; ++i)
-            if (!Near(la->m_pPoints[i], lb.m_pPoints[i]))
-                return "vertex " + std::to_string(i) + " " + LocText(la->m_pPoints[i]) +
-                       " != " + LocText(lb.m_pPoints[i]);
-    } else if (const auto* ma = dynamic_cast<const TFeatureMarker*>(&a)) {
-        const auto& mb = dynamic_cast<const TFeatureMarker&>(b);
-        if (ma->m_strName != mb.m_strName) return "name '" + ma->m_strName + "' != '" + mb.m_strName + "'";
-        if (!Near(ma->m_Loc, mb.m_Loc)) return "location";
-    } else if (const auto* pa = dynamic_cast<const TFeaturePoint*>(&a)) {
-        if (!Near(pa->m_Loc, dynamic_cast<const TFeaturePoint&>(b).m_Loc)) return "location";
-    } else if (const auto* ta = dynamic_cast<const TFeaturePattern*>(&a)) {
-        const auto& tb = dynamic_cast<const TFeaturePattern&>(b);
-        if (ta->m_iKind != tb.m_iKind || ta->m_iDirection != tb.m_iDirection ||
-            ta->m_iAbLines != tb.m_iAbLines || ta->m_dSwathWidth != tb.m_dSwathWidth ||
-            ta->m_dFieldWidth != tb.m_dFieldWidth || ta->m_dOffset != tb.m_dOffset)
-            return "pattern settings";
-        for (int i = 0; i < PATTERN_POINT_COUNT; ++i) {
-            const TFeatureMarker& pa2 = ta->m_aPoint[i];
-            const TFeatureMarker& pb = tb.m_aPoint[i];
-            if (!Near(pa2.m_Loc, pb.m_Loc) || pa2.m_strName != pb.m_strName || pa2.m_dwType != pb.m_dwType)
-                return std::string("pattern point ") + static_cast<char>('A' + i);
-        }
-    }
-    return {};
-}
-
-inline ::testing::AssertionResult SameLayer(const TMapLayer& written, const TMapLayer& read) {
-    if (written.m_strLLB != read.m_strLLB)
-        return ::testing::AssertionFailure()
-               << "layer name '" << written.m_strLLB << "' != '" << read.m_strLLB << "'";
-    if (written.m_Elements.size() != read.m_Elements.size()) {
-        const auto kinds = [](const TMapLayer& layer) {
-            std::string text;
-            for (const TMapElement* e : layer.m_Elements)
-                text += std::string(" ") + GetElementKindName(e->GetKind());
-            return text;
-        };
-        return ::testing::AssertionFailure()
-               << written.m_Elements.size() << " elements written," << kinds(written) << "; "
-               << read.m_Elements.size() << " read," << kinds(read);
-    }
-    for (std::size_t i = 0; i < written.m_Elements.size(); ++i) {
-        const std::string difference = ElementDifference(*written.m_Elements[i], *read.m_Elements[i]);
-        if (!difference.empty())
-            return ::testing::AssertionFailure() << "element " << i << ": " << difference;
-    }
-    return ::testing::AssertionSuccess();
+// The layer's name and its elements, one a line.
+inline std::string LayerText(const TMapLayer& layer) {
+    std::string text = "layer '" + layer.m_strLLB + "'\n";
+    for (const TMapElement* e : layer.m_Elements) text += ElementText(*e) + "\n";
+    return text;
 }
 
 // Loads a file of an exchange format; the result, with the report filled.

@@ -1,9 +1,10 @@
 """What GDAL reads in a vector file, for the exchange tests: one JSON object per feature, with
 its parts (every point, line and ring as a list of [x, y] positions, and whether each is a
 point, line or ring) and its fields; the last line holds GDAL's errors and warnings while it
-read. With --from SOURCE --driver NAME, GDAL first writes the file from SOURCE (reprojected to
-WGS 84 when SOURCE names its coordinate system); --batch LIST does so for many files at once. GeoJSON dates and times are read as the texts
-they are."""
+read. LIST holds one file a line: PATH, SOURCE and DRIVER apart by tabs; with a SOURCE, GDAL first
+writes PATH from it (reprojected to WGS 84 when SOURCE names its coordinate system). Each view
+follows {"file": PATH}, or {"file": PATH, "failed": true} when GDAL could not write or read it.
+GeoJSON dates and times are read as the texts they are."""
 import json
 import sys
 
@@ -67,18 +68,10 @@ def view(path, source=None, driver=None):
     del complaints[:]
 
 
-args = sys.argv[1:]
-if args[0] == "--batch":
-    # One file a line: PATH, SOURCE and DRIVER apart by tabs; each view follows {"file": PATH}, or
-    # {"file": PATH, "failed": true} when GDAL could not write or read it.
-    for line in open(args[1], encoding="utf-8"):
-        path, source, driver = line.rstrip("\n").split("\t")
-        print(json.dumps({"file": path}))
-        try:
-            view(path, source, driver)
-        except Exception:
-            print(json.dumps({"file": path, "failed": True}))
-elif "--from" in args:
-    view(args[0], args[args.index("--from") + 1], args[args.index("--driver") + 1])
-else:
-    view(args[0])
+for line in open(sys.argv[1], encoding="utf-8"):
+    path, source, driver = line.rstrip("\n").split("\t")
+    print(json.dumps({"file": path}))
+    try:
+        view(path, source or None, driver)
+    except Exception:
+        print(json.dumps({"file": path, "failed": True}))

@@ -60,55 +60,39 @@ const tagLOC* FirstPoint(const TMapLayer& layer) {
 }
 
 TEST(CoordinateTransform, EveryReaderMapsEachPairBeforeItsDegreeTests) {
+    const std::vector<TXY> square = {
+        {500000, 5000000}, {500000, 5001000}, {501000, 5001000}, {500000, 5000000}};
+    // clang-format off
     const std::vector<TTransformCase> cases = {
-        {"JOB boundary, marker and pattern",
-         "job",
+        {"JOB boundary, marker and pattern", "job",
          JoinLines({".JOB 1 FARM", ".POL 1 B", "\t5000000 500000", "\t5001000 500000", "\t5001000 501000",
                     "\t5000500 -1", ".MAR 2 Gate", "\t5000500 500500", ".PAT 3 P", "\tA 5000000 500000",
                     "\tB 5000000 -5"}),
-         Unmapped(2, "line 6"),
-         "boundary 1, marker 1, pattern 1",
-         0,
-         {45, -93},
-         7},
-        {"DXF polyline with an unmapped vertex, line with an unmapped end",
-         "dxf",
-         Dxf({"  0", "LWPOLYLINE", "  8", "F30",     " 90", "3",       " 10", "500000",  " 20", "5000000",
-              " 10", "501000",     " 20", "5000000", " 10", "-1",      " 20", "5001000", "  0", "LINE",
-              "  8", "F30",        " 10", "500000",  " 20", "5000000", " 11", "-5",      " 21", "5000000"}),
-         Unmapped(2, "line 22"),
-         "boundary 1",
-         0,
-         {45, -93},
-         5},
-        {"MIF point and polyline whose third point is not mapped",
-         "mif",
-         JoinLines({"Version 300", "Data", "Point 500500 5000500", "Pline 3", "500000 5000000",
-                    "501000 5000000", "-1 5001000"}),
+         Unmapped(2, "line 6"), "boundary 1, marker 1, pattern 1", 0, {45, -93}, 7},
+        {"DXF polyline with an unmapped vertex, line with an unmapped end", "dxf",
+         Dxf({"  0", "LWPOLYLINE", "  8", "F30", " 90", "3", " 10", "500000", " 20", "5000000", " 10", "501000",
+              " 20", "5000000", " 10", "-1", " 20", "5001000", "  0", "LINE", "  8", "F30", " 10", "500000",
+              " 20", "5000000", " 11", "-5", " 21", "5000000"}),
+         Unmapped(2, "line 22"), "boundary 1", 0, {45, -93}, 5},
+        {"MIF point and polyline whose third point is not mapped", "mif",
+         JoinLines({"Version 300", "Data", "Point 500500 5000500", "Pline 3", "500000 5000000", "501000 5000000",
+                    "-1 5001000"}),
          DescribeWanted({{LOAD_COORD_UNMAPPED, 1, "line 7"}, {LOAD_MIF_POINT, 1, "line 3"}},
                         "at line 7: a point the coordinate transform could not map; it was the last line"),
-         "boundary 1",
-         0,
-         {45, -93},
-         4},
-        {"SHP polygon, unmapped point, polyline ending off the grid",
-         "shp",
-         TShpBytes()
-             .Record(
-                 1, PolyContent(5, {0},
-                                {{500000, 5000000}, {500000, 5001000}, {501000, 5001000}, {500000, 5000000}}))
-             .Record(2, PointContent(-1, 5000000))
-             .Record(3, PolyContent(3, {0}, {{500000, 5000000}, {-1, 5000000}}))
-             .Record(4, PointContent(500000, 5000000))
-             .Bytes(),
+         "boundary 1", 0, {45, -93}, 4},
+        {"SHP polygon, unmapped point, polyline ending off the grid", "shp",
+         TShpBytes().Record(1, PolyContent(5, {0}, square)).Record(2, PointContent(-1, 5000000))
+                    .Record(3, PolyContent(3, {0}, {{500000, 5000000}, {-1, 5000000}}))
+                    .Record(4, PointContent(500000, 5000000)).Bytes(),
          DescribeWanted({{LOAD_COORD_UNMAPPED, 2, "record 2"}},
-                        "after record 3: the coordinate transform could not map its last point; records "
-                        "4.. were not read, 1 record"),
-         "boundary 2, point 1",
-         2,
-         {45, -93},
-         7},
+                        "after record 3: the coordinate transform could not map its last point; records 4.. "
+                        "were not read, 1 record"),
+         "boundary 2, point 1", 2, {45, -93}, 7},
     };
+    // clang-format on
+    // Each load's transform is put back to the one installed before it.
+    int outerCalls = 0;
+    TScopedCoordinateTransform outer(GridToDegrees, &outerCalls);
     for (const TTransformCase& c : cases) {
         TTempDir dir;
         const std::string path = dir.File(std::string("in.") + c.ext);
@@ -122,7 +106,9 @@ TEST(CoordinateTransform, EveryReaderMapsEachPairBeforeItsDegreeTests) {
             TScopedCoordinateTransform transform(GridToDegrees, &calls);
             result = TGisMap().LoadFile(path.c_str(), &layer, nullptr, report);
         }
-        EXPECT_EQ(GetCoordinateTransform(), nullptr) << c.name;
+        void* data = nullptr;
+        EXPECT_EQ(GetCoordinateTransform(&data), GridToDegrees) << c.name;
+        EXPECT_TRUE(data == &outerCalls && outerCalls == 0) << c.name;
         EXPECT_EQ(result, c.result) << c.name;
         EXPECT_EQ(DescribeReport(report), c.report) << c.name;
         EXPECT_EQ(DescribeAdded(report), c.added) << c.name;
@@ -147,8 +133,11 @@ TEST(CoordinateTransform, CompleteDxfDrawsBulgesBeforeMapping) {
     TCompleteProfile complete;
     int calls = 0;
     TMapLayer layer;
-    TScopedCoordinateTransform transform(GridToDegrees, &calls);
-    ASSERT_EQ(TGisMap().LoadFile(path.c_str(), &layer, nullptr), 0);
+    {
+        TScopedCoordinateTransform transform(GridToDegrees, &calls);
+        ASSERT_EQ(TGisMap().LoadFile(path.c_str(), &layer, nullptr), 0);
+    }
+    EXPECT_EQ(GetCoordinateTransform(), nullptr);  // none was installed before
     ASSERT_EQ(layer.m_Elements.size(), 1u);
     const auto* line = dynamic_cast<const TFeatureLine*>(layer.m_Elements[0]);
     ASSERT_NE(line, nullptr);
@@ -158,20 +147,6 @@ TEST(CoordinateTransform, CompleteDxfDrawsBulgesBeforeMapping) {
         const double x = (line->m_pPoints[i].dLon + 143.0) * 1e4, y = (line->m_pPoints[i].dLat + 5.0) * 1e5;
         EXPECT_NEAR(std::hypot(x - 501000.0, y - 5000000.0), 1000.0, 0.01) << "vertex " << i;
     }
-}
-
-TEST(CoordinateTransform, ScopedTransformPutsBackTheOneBefore) {
-    int outer = 0, inner = 0;
-    TScopedCoordinateTransform first(GridToDegrees, &outer);
-    {
-        TScopedCoordinateTransform second(GridToDegrees, &inner);
-        void* data = nullptr;
-        EXPECT_EQ(GetCoordinateTransform(&data), GridToDegrees);
-        EXPECT_EQ(data, &inner);
-    }
-    void* data = nullptr;
-    EXPECT_EQ(GetCoordinateTransform(&data), GridToDegrees);
-    EXPECT_EQ(data, &outer);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// Load reports of hostile files in every format: the result and the elements are those of a
-// load without a report, every text of the report is printable ASCII (bytes from the file
-// escaped), every first place holds its number, and the counts add up.
+// Reports of random hostile files in every format: result and elements as without a report, texts
+// printable (file bytes escaped), every first place numbered, counts adding up.
 
 #include <gtest/gtest.h>
 

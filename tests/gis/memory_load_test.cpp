@@ -1,6 +1,5 @@
-// Readers and writers on a memory folder: every file loads from memory as it loads from disk
-// (result, messages, elements), and what is written back holds the same bytes. The fuzz
-// targets run on a memory folder; a difference here would have them test something else.
+// Every file loads from a memory folder as from disk and writes back the same bytes: the fuzz
+// targets run on a memory folder, so a difference would have them test something else.
 
 #include <gtest/gtest.h>
 
@@ -89,23 +88,18 @@ std::vector<TCase> Cases() {
 
     // Shapefiles whose records the reader checks against the size of the file.
     const std::vector<TXY> four = {{-93.25, 45.5}, {-93.24, 45.5}, {-93.23, 45.5}, {-93.22, 45.5}};
-    const std::string point = PointContent(-93.25, 45.5);
-    const auto afterPoint = [&](const std::string& content, std::int64_t words = -1) {
-        return TShpBytes().Record(1, point).Record(2, content, words).Bytes();
-    };
+    const std::string point = PointContent(-93.25, 45.5), line = PolyContent(3, {0}, four),
+                      square = PolyContent(5, {0}, SquareRing(.01, 1));
+    // clang-format off
     const std::pair<const char*, std::string> shapefiles[] = {
-        {"points, lines, a polygon", TShpBytes()
-                                         .Record(1, point)
-                                         .Record(2, PolyContent(3, {0}, four))
-                                         .Record(3, PolyContent(5, {0}, SquareRing(.01, 1)))
-                                         .Bytes()},
-        {"record length past the end", afterPoint(PolyContent(3, {0}, four), 1000)},
-        {"last record cut short", afterPoint(PolyContent(3, {0}, four)).substr(0, 200)},
+        {"points, lines, a polygon", TShpBytes().Record(1, point).Record(2, line).Record(3, square).Bytes()},
+        {"record length past the end", TShpBytes().Record(1, point).Record(2, line, 1000).Bytes()},
+        {"last record cut short", TShpBytes().Record(1, point).Record(2, line).Bytes().substr(0, 200)},
         {"junk after the last record", TShpBytes().Record(1, point).Raw("\x01junk").Bytes()},
-        {"projected",
-         TShpBytes().Record(1, PolyContent(3, {0}, {{500000, 5000000}, {500100, 5000100}})).Bytes()},
+        {"projected", TShpBytes().Record(1, PolyContent(3, {0}, {{500000, 5000000}, {500100, 5000100}})).Bytes()},
         {"file cut inside the header", TShpBytes().Bytes().substr(0, 60)},
     };
+    // clang-format on
     for (const auto& [name, bytes] : shapefiles) cases.push_back({name, "shp", bytes, ""});
     return cases;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include <tl_gis/gis/gis_file.h>
+#include "complete_profile.h"
 #include "gis/attribute_columns.h"
 #include "gis/polygon_groups.h"
 
@@ -69,11 +70,10 @@ TEST(PolygonGroups, ManyRingsFindTheirOwnPolygons) {
 }
 
 TEST(AttributeColumns, ChosenColumnsAndBoundNames) {
-    TGisFile::s_strIdField = "fid";
-    TGisFile::s_strValueField = "RATE";
-    TGisFile::s_strNameField = "label";
-    const TChosenColumns columns = FindChosenColumns({"FID", "Rate", "other"});
-    TGisFile::s_strIdField = TGisFile::s_strValueField = TGisFile::s_strNameField = "";
+    const TChosenColumns columns = [] {
+        const TCompleteProfile chosen(true, "fid", "RATE", "label");
+        return FindChosenColumns({"FID", "Rate", "other"});
+    }();
     EXPECT_EQ(columns.iId, 0);
     EXPECT_EQ(columns.iValue, 1);
     EXPECT_EQ(columns.iName, -1);

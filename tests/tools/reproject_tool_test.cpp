@@ -1,10 +1,9 @@
-// tlgis --projected reproject: projected files that GDAL writes from one field in WGS 84 load
-// where GDAL puts them back in WGS 84, vertex for vertex; a CRS that cannot be used, or none
-// for projected coordinates, is one line and exit status 1 with nothing written; without
-// reproject the same files ask the projected-coordinate question as before.
+// tlgis --projected reproject: GDAL's projected files load where GDAL puts them in WGS 84; a CRS that
+// cannot be used is one line, exit 1 and nothing written; without reproject the question is asked.
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -28,72 +27,46 @@ std::string MissingForReprojection() {
     return "";
 }
 
-// Every number of every "vertices" array, then every "area_m2", of info --json --points.
-struct TJsonShapes {
-    std::vector<double> vertices;
-    std::vector<double> areas;
-};
-
-std::vector<double> NumbersUntil(const std::string& json, std::size_t at, const std::string& end) {
+// Every number after each key up to the next end: the "vertices" arrays ("]]") or the
+// "area_m2" values (",") of info --json --points.
+std::vector<double> NumbersAfter(const std::string& json, const std::string& key, const std::string& end) {
     std::vector<double> numbers;
-    const std::size_t stop = json.find(end, at);
-    while (at < stop) {
-        const char c = json[at];
-        if ((c >= '0' && c <= '9') || c == '-') {
-            char* next = nullptr;
-            numbers.push_back(std::strtod(json.c_str() + at, &next));
-            at = static_cast<std::size_t>(next - json.c_str());
-        } else {
-            ++at;
-        }
-    }
+    for (std::size_t at = json.find(key); at != std::string::npos; at = json.find(key, at + 1))
+        for (std::size_t i = at + key.size(), stop = json.find(end, i); i < stop; ++i)
+            if (std::isdigit(static_cast<unsigned char>(json[i])) || json[i] == '-') {
+                char* next = nullptr;
+                numbers.push_back(std::strtod(json.c_str() + i, &next));
+                i = static_cast<std::size_t>(next - json.c_str()) - 1;
+            }
     return numbers;
-}
-
-TJsonShapes ShapesOf(const std::string& json) {
-    TJsonShapes shapes;
-    for (std::size_t at = json.find("\"vertices\":"); at != std::string::npos;
-         at = json.find("\"vertices\":", at + 1)) {
-        const std::vector<double> v = NumbersUntil(json, at, "]]");
-        shapes.vertices.insert(shapes.vertices.end(), v.begin(), v.end());
-    }
-    for (std::size_t at = json.find("\"area_m2\":"); at != std::string::npos;
-         at = json.find("\"area_m2\":", at + 1))
-        shapes.areas.push_back(NumbersUntil(json, at, ",")[0]);
-    return shapes;
 }
 
 // A field with a hole and a second field, as GeoJSON in WGS 84, around (lon, lat).
 std::string FieldsAround(double lon, double lat) {
-    auto ring = [&](double half, double dx) {
-        std::string text = "[";
-        const double corners[5][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}, {-1, -1}};
-        for (int i = 0; i < 5; ++i)
-            text += (i ? "," : "") + std::string("[") + std::to_string(lon + dx + corners[i][0] * half) +
-                    "," + std::to_string(lat + corners[i][1] * half * 0.7) + "]";
+    const auto ring = [&](double half, double dx) {
+        std::string text;
+        for (const auto& [x, y] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, 1}, {-1, -1}})
+            text += (text.empty() ? "[[" : ",[") + std::to_string(lon + dx + x * half) + "," +
+                    std::to_string(lat + y * half * 0.7) + "]";
         return text + "]";
     };
-    return "{\"type\":\"FeatureCollection\",\"features\":["
-           "{\"type\":\"Feature\",\"properties\":{\"id\":1},\"geometry\":{\"type\":\"Polygon\","
-           "\"coordinates\":[" +
-           ring(0.01, 0) + "," + ring(0.002, 0) +
-           "]}},"
-           "{\"type\":\"Feature\",\"properties\":{\"id\":2},\"geometry\":{\"type\":\"Polygon\","
-           "\"coordinates\":[" +
-           ring(0.004, 0.03) + "]}}]}";
+    const auto feature = [](int id, const std::string& rings) {
+        return R"({"type":"Feature","properties":{"id":)" + std::to_string(id) +
+               R"(},"geometry":{"type":"Polygon","coordinates":[)" + rings + "]}}";
+    };
+    return R"({"type":"FeatureCollection","features":[)" + feature(1, ring(0.01, 0) + "," + ring(0.002, 0)) +
+           "," + feature(2, ring(0.004, 0.03)) + "]}";
 }
 
 struct TGdalCase {
     const char* name;
-    double lon, lat;     // where the fields lie
-    const char* epsg;    // the projected CRS GDAL writes them in
-    const char* format;  // GDAL's format name
-    const char* ext;
+    double lon, lat;      // where the fields lie
+    const char* epsg;     // the projected CRS GDAL writes them in
+    const char* ext;      // of the format GDAL writes
     const char* options;  // the reprojection options given to tlgis
     std::string crs;      // what info --json says of the CRS used
-    // GDAL's WGS 84 of the source field stands for its WGS 84 of the projected file where GDAL
-    // reads the file wrongly: GDAL 3.6 takes the false easting and northing of a MIF in survey
-    // feet for metres (its issue 7715).
+    // GDAL 3.6 takes the false easting and northing of a MIF in survey feet for metres (its issue
+    // 7715): then GDAL's WGS 84 of the source field is the reference.
     bool bReferenceFromSource = false;
 };
 
@@ -101,27 +74,29 @@ TEST(TlgisReproject, ProjectedFilesLoadWhereGdalPutsThemInWgs84) {
     SKIP_WITHOUT_LINUX_PEERS();
     const std::string missing = MissingForReprojection();
     if (!missing.empty()) GTEST_SKIP() << missing;
+    const char* reproject = "--projected reproject";
+    // clang-format off
     const std::vector<TGdalCase> cases = {
-        {"UTM north shapefile", -93.25, 45.5, "32615", "ESRI Shapefile", "shp", "--projected reproject",
-         "\"crs\":{\"name\":\"WGS 84 / UTM zone 15N\",\"epsg\":32615,\"from\":\"utm.prj\"}"},
-        {"UTM south shapefile", -47.9, -15.8, "32723", "ESRI Shapefile", "shp", "--projected reproject",
-         "\"epsg\":32723"},
-        {"State Plane shapefile in US feet", -97.0, 32.8, "2276", "ESRI Shapefile", "shp",
-         "--projected reproject", "\"crs\":{\"name\":\"NAD83 / Texas North Central (ftUS)\",\"epsg\":2276"},
-        {"MIF with a UTM CoordSys", -93.25, 45.5, "32615", "MapInfo File", "mif", "--projected reproject",
-         "\"crs\":{\"name\":\"WGS 84 / UTM zone 15N\",\"epsg\":32615,\"from\":\"utm.mif\"}"},
-        {"MIF with a State Plane CoordSys in US feet", -97.0, 32.8, "2276", "MapInfo File", "mif",
-         "--projected reproject", "\"epsg\":2276", true},
-        {"DXF in UTM south with --crs", -47.9, -15.8, "32723", "DXF", "dxf", "--crs EPSG:32723",
-         "\"crs\":{\"name\":\"WGS 84 / UTM zone 23S\",\"epsg\":32723,\"from\":\"--crs\"}"},
+        {"UTM north shapefile", -93.25, 45.5, "32615", "shp", reproject,
+         R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.prj"})"},
+        {"UTM south shapefile", -47.9, -15.8, "32723", "shp", reproject, R"("epsg":32723)"},
+        {"State Plane shapefile in US feet", -97.0, 32.8, "2276", "shp", reproject,
+         R"x("crs":{"name":"NAD83 / Texas North Central (ftUS)","epsg":2276)x"},
+        {"MIF with a UTM CoordSys", -93.25, 45.5, "32615", "mif", reproject,
+         R"("crs":{"name":"WGS 84 / UTM zone 15N","epsg":32615,"from":"utm.mif"})"},
+        {"MIF with a State Plane CoordSys in US feet", -97.0, 32.8, "2276", "mif", reproject, R"("epsg":2276)", true},
+        {"DXF in UTM south with --crs", -47.9, -15.8, "32723", "dxf", "--crs EPSG:32723",
+         R"("crs":{"name":"WGS 84 / UTM zone 23S","epsg":32723,"from":"--crs"})"},
     };
+    // clang-format on
     for (const TGdalCase& c : cases) {
         TTempDir dir;
         WriteFileBytes(dir.File("fields.geojson"), FieldsAround(c.lon, c.lat));
         const std::string ext = c.ext;
         const std::string projected = "utm." + ext, degrees = "wgs84." + ext;
         // GDAL writes polygons to DXF as hatches, which are not read; and DXF holds no CRS.
-        std::string gdal = std::string("ogr2ogr -f \"") + c.format + "\"" +
+        const char* format = ext == "shp" ? "ESRI Shapefile" : ext == "mif" ? "MapInfo File" : "DXF";
+        std::string gdal = std::string("ogr2ogr -f \"") + format + "\"" +
                            (ext == "mif" ? " -dsco FORMAT=MIF" : "") +
                            (ext == "dxf" ? " -nlt MULTILINESTRING" : "");
         const std::string reference = c.bReferenceFromSource ? "fields.geojson"
@@ -140,23 +115,26 @@ TEST(TlgisReproject, ProjectedFilesLoadWhereGdalPutsThemInWgs84) {
         ASSERT_EQ(mine.iExit, 0) << c.name << "\n" << mine.strErr;
         ASSERT_EQ(gdals.iExit, 0) << c.name << "\n" << gdals.strErr;
         EXPECT_NE(mine.strOut.find(c.crs), std::string::npos) << c.name << "\n" << mine.strOut.substr(0, 300);
-        const TJsonShapes a = ShapesOf(mine.strOut), b = ShapesOf(gdals.strOut);
-        ASSERT_EQ(a.vertices.size(), b.vertices.size()) << c.name;
-        ASSERT_EQ(a.areas.size(), b.areas.size()) << c.name;
-        EXPECT_GE(a.areas.size(), 2u) << c.name;
-        for (std::size_t i = 0; i < a.vertices.size(); ++i)
-            ASSERT_NEAR(a.vertices[i], b.vertices[i], 1e-7) << c.name << ", coordinate " << i;
-        for (std::size_t i = 0; i < a.areas.size(); ++i)
-            EXPECT_NEAR(a.areas[i], b.areas[i], b.areas[i] * 1e-4) << c.name << ", area " << i;
+        const std::vector<double> a = NumbersAfter(mine.strOut, "\"vertices\":", "]]"),
+                                  b = NumbersAfter(gdals.strOut, "\"vertices\":", "]]"),
+                                  areasA = NumbersAfter(mine.strOut, "\"area_m2\":", ","),
+                                  areasB = NumbersAfter(gdals.strOut, "\"area_m2\":", ",");
+        ASSERT_EQ(a.size(), b.size()) << c.name;
+        ASSERT_EQ(areasA.size(), areasB.size()) << c.name;
+        EXPECT_GE(areasA.size(), 2u) << c.name;
+        for (std::size_t i = 0; i < a.size(); ++i)
+            ASSERT_NEAR(a[i], b[i], 1e-7) << c.name << ", coordinate " << i;
+        for (std::size_t i = 0; i < areasA.size(); ++i)
+            EXPECT_NEAR(areasA[i], areasB[i], areasB[i] * 1e-4) << c.name << ", area " << i;
     }
 }
 
-// A polygon in UTM zone 15N metres.
-std::string UtmShapefile() {
-    return TShpBytes()
-        .Record(1, PolyContent(5, {0},
-                               {{640000, 5040000}, {640000, 5041000}, {641000, 5041000}, {640000, 5040000}}))
-        .Bytes();
+// A polygon in UTM zone 15N metres, with an extra vertex when asked.
+std::string UtmShapefile(std::vector<TXY> extra = {}) {
+    std::vector<TXY> ring = {{640000, 5040000}, {640000, 5041000}};
+    ring.insert(ring.end(), extra.begin(), extra.end());
+    ring.insert(ring.end(), {{641000, 5041000}, {640000, 5040000}});
+    return TShpBytes().Record(1, PolyContent(5, {0}, ring)).Bytes();
 }
 
 TEST(TlgisReproject, CrsThatCannotBeUsedIsOneLineAndNothingIsWritten) {
@@ -165,32 +143,22 @@ TEST(TlgisReproject, CrsThatCannotBeUsedIsOneLineAndNothingIsWritten) {
     if (!missing.empty()) GTEST_SKIP() << missing;
     TTempDir dir;
     const std::string unknownDatum =
-        "PROJCS[\"x\",GEOGCS[\"g\",DATUM[\"D_Nowhere\",SPHEROID[\"s\",6378000,290]],PRIMEM[\"Greenwich\",0],"
-        "UNIT[\"Degree\",0.0174532925199433]],PROJECTION[\"Transverse_Mercator\"],PARAMETER[\"False_"
-        "Easting\","
-        "500000],PARAMETER[\"False_Northing\",0],PARAMETER[\"Central_Meridian\",-93],PARAMETER[\"Scale_"
-        "Factor\","
-        "0.9996],PARAMETER[\"Latitude_Of_Origin\",0],UNIT[\"Meter\",1]]";
+        R"(PROJCS["x",GEOGCS["g",DATUM["D_Nowhere",SPHEROID["s",6378000,290]],PRIMEM["Greenwich",0],)"
+        R"(UNIT["Degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],PARAMETER["False_Easting",500000],)"
+        R"(PARAMETER["False_Northing",0],PARAMETER["Central_Meridian",-93],PARAMETER["Scale_Factor",0.9996],)"
+        R"(PARAMETER["Latitude_Of_Origin",0],UNIT["Meter",1]])";
+    // The last: a vertex far off any projection's domain, which PROJ cannot bring back to the earth.
     for (const auto& [name, prj] : {std::pair<std::string, std::string>{"datum", unknownDatum},
                                     {"garbage", "this is no CRS"},
-                                    {"empty", ""}}) {
-        WriteFileBytes(dir.File(name + ".shp"), UtmShapefile());
+                                    {"empty", ""},
+                                    {"off", "EPSG:32615"}}) {
+        WriteFileBytes(dir.File(name + ".shp"),
+                       name == "off" ? UtmShapefile({{1e30, 1e30}}) : UtmShapefile());
         WriteFileBytes(dir.File(name + ".prj"), prj);
     }
-    WriteFileBytes(
-        dir.File("few.mif"),
-        "Version 300\nCoordSys Earth Projection 8, 104, \"m\", -93\nData\nPline 2\n640000 5040000\n"
-        "641000 5041000\n");
-    // A vertex far off any projection's domain, which PROJ cannot bring back to the earth.
-    WriteFileBytes(dir.File("off.shp"), TShpBytes()
-                                            .Record(1, PolyContent(5, {0},
-                                                                   {{640000, 5040000},
-                                                                    {640000, 5041000},
-                                                                    {1e30, 1e30},
-                                                                    {641000, 5041000},
-                                                                    {640000, 5040000}}))
-                                            .Bytes());
-    WriteFileBytes(dir.File("off.prj"), "EPSG:32615");
+    WriteFileBytes(dir.File("few.mif"),
+                   "Version 300\nCoordSys Earth Projection 8, 104, \"m\", -93\nData\nPline 2\n"
+                   "640000 5040000\n641000 5041000\n");
     WriteFileBytes(dir.File("utm.dxf"),
                    "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\n0\n 10\n640000\n 20\n"
                    "5040000\n 11\n641000\n 21\n5041000\n  0\nENDSEC\n  0\nEOF\n");
