@@ -151,7 +151,8 @@ int TGisFileGeoJson::ReadText(std::string& bytes, TMapLayer& layer) {
     TLayerImport import(layer, m_pLoadReport, DescribeSourceForPrompt(FormatPart()));
     const TGeoJsonRead read =
         ReadGeoJson(bytes, import, m_pLoadReport, [this](std::int64_t position) { ShowProgress(position); });
-    if (layer.m_strLLB.empty()) layer.m_strLLB = read.strName;
+    // A file that is not of the format leaves the layer as it was, its name included.
+    if (layer.m_strLLB.empty() && read.iResult != GISFILE_ERR_OPEN) layer.m_strLLB = read.strName;
     return read.iResult;
 }
 
@@ -183,7 +184,7 @@ int TGisFileKml::ReadText(std::string& bytes, TMapLayer& layer) {
     const TKmlRead read = ReadKml(*text, import, m_pLoadReport, [this, scale](std::int64_t position) {
         ShowProgress(static_cast<std::int64_t>(static_cast<double>(position) * scale));
     });
-    if (layer.m_strLLB.empty()) layer.m_strLLB = read.strName;
+    if (layer.m_strLLB.empty() && read.iResult != GISFILE_ERR_OPEN) layer.m_strLLB = read.strName;
     return read.iResult;
 }
 
