@@ -67,14 +67,14 @@ TEST(ExchangeTool, CommandsWithTheExchangeFormats) {
 // aircraft's, keeps the field and its hole both ways.
 TEST(ExchangeTool, ConvertsBetweenTheSevenFormats) {
     TTempDir dir;
-    WriteFileBytes(dir.File("field.kml"), kGoogleEarthField);
+    WriteFileBytes(dir.File("earth.kml"), kGoogleEarthField);
     const std::vector<int> fieldAndHole = {BOUNDARY_INC, BOUNDARY_EXC};
     for (const std::string format : {"job", "pmh", "dxf", "mif", "shp", "geojson", "kml", "kmz"}) {
         SCOPED_TRACE(format);
         // A JOB file is named by its job number; a shapefile of boundaries is the _Spray_Polys triple.
         const std::string out = format == "job" ? "12.job" : "field." + format;
         const std::string written = format == "shp" ? "field_Spray_Polys.shp" : out;
-        const TCommandResult there = RunCommand(InFolder(dir.Path(), "convert field.kml " + out));
+        const TCommandResult there = RunCommand(InFolder(dir.Path(), "convert earth.kml " + out));
         EXPECT_EQ(there.iExit, 0) << there.strErr;
         const TCommandResult back =
             RunCommand(InFolder(dir.Path(), "convert " + written + " back_" + format + ".kml"));
